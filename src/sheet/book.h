@@ -3,6 +3,7 @@
 #include "grid.h"
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,10 @@ struct Book {
     bool BookChanged = false;  ///< unsaved changes; not cleared by Save
     std::string CurrentFile;   ///< path of the open project
     std::string Caption{untitledCaption};
-    std::string FileName;      ///< cdl1.FileName: the path that the common file dialog holds
+    std::string FileName = "*.grl"; ///< cdl1.FileName: the path that the common file dialog holds
+    std::array<std::string, 4> mnuX; ///< the paths of the menu entries mnuX1 to mnuX4; empty: not shown yet
+    std::uint64_t SavedMark = 0; ///< mark of the grid as it was last made, loaded or saved; 0 while all is empty
+    std::string FileMark;        ///< which version of the project file that was; empty: none known
     std::string DefaultFolder = "C:\\Road"; ///< parent of the project folders that the transfer makes
     Settings settings;
     OffsetArray LeftOffsets{};
