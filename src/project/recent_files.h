@@ -1,0 +1,17 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "sheet/book.h"
+
+// The list of recent projects: "GRL.LVX" in the program folder, one path a line, the newest first, four at
+// most.
+
+namespace project {
+
+/// Fills book.mnuX from the list file. An entry that the list leaves empty keeps its former path.
+void mNu(sheet::Book& book, desktop::Desktop& desktop);
+
+/// Puts cdl1.FileName at the head of the list file, unless it is listed already. Raises the file's error.
+void Sv(const sheet::Book& book, desktop::Desktop& desktop);
+
+} // namespace project

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "sheet/book.h"
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// A copy of an unsaved book in the program folder, for the start after a crash or a power cut. It goes by its
+// own mark: the grid differs from what was last made, loaded or saved. It never touches a project file.
+
+namespace project {
+
+/// True while the grid holds something that no file has.
+[[nodiscard]] bool isUnsaved(const sheet::Book& book);
+
+/// Writes a copy that the next start offers like one of a crash, when the book is unsaved; called before its
+/// grid is dropped without a question. Returns the copy's path, empty when there is none. Raises nothing.
+std::string setAside(const sheet::Book& book, desktop::Desktop& desktop);
+
+/// The copy of this process. It is locked while the process lives, so that another instance does not offer
+/// it.
+class Recovery {
+  public:
+    Recovery(sheet::Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
+    Recovery(const Recovery&) = delete;
+    Recovery& operator=(const Recovery&) = delete;
+    ~Recovery();
+
+    /// Once, after the main window is shown: offers the copies that no running process holds, the newest
+    /// first, until one is taken.
+    void offer();
+
+    /// Writes the copy anew when the book is unsaved and has changed since; removes it when it is not. To be
+    /// called by the window's timer when keys have rested for a second. Returns how long to wait at least
+    /// before the next call: copies are written every 10 seconds at most.
+    std::chrono::milliseconds keep();
+
+    /// A normal end: the copy goes.
+    void discard();
+
+  private:
+    void write();
+
+    sheet::Book& m_book;
+    desktop::Desktop& m_desktop;
+    std::string m_path;
+    int m_lock = -1; // descriptor of the copy, locked
+    std::uint64_t m_mark = 0;
+    std::chrono::system_clock::time_point m_written{};
+    bool m_toldFailure = false;
+};
+
+} // namespace project
