@@ -21,8 +21,8 @@ struct CreateOptions {
 /// commit(). A Database that is destroyed without commit() writes nothing.
 class Database {
   public:
-    /// FileNotFound, FolderNotFound, PermissionDenied, InUse, NotADatabase, UnsupportedVersion, WrongPassword,
-    /// Corrupt. A file without a password opens with any.
+    /// FileNotFound, FolderNotFound, PermissionDenied, InUse, NotADatabase, UnsupportedVersion,
+    /// WrongPassword, Corrupt. A file without a password opens with any.
     [[nodiscard]] static Database open(const std::string& path, std::string_view password = {},
                                        OpenMode mode = OpenMode::ReadWrite);
     [[nodiscard]] static Database open(std::unique_ptr<File> file, std::string_view password = {},
@@ -47,13 +47,14 @@ class Database {
 
     /// AlreadyExists, InvalidDesign.
     Table createTable(const TableDesign& design);
-    /// Adds a column behind the others; it is Null (Boolean: false) in the rows that are there. Handles of the
-    /// table show it at once.
+    /// Adds a column behind the others; it is Null (Boolean: false) in the rows that are there. Handles of
+    /// the table show it at once.
     void addColumn(std::string_view table, const ColumnDesign& column);
 
     [[nodiscard]] bool changed() const; ///< since it was opened or last committed
     /// Replaces the file by the changed content, at once and durably. On an error the file is as it was and
-    /// the changes are still in memory. ChangedUnderneath, ReadOnly, PermissionDenied, Full, Io, EncodedWrite.
+    /// the changes are still in memory. ChangedUnderneath, ReadOnly, PermissionDenied, Full, Io,
+    /// EncodedWrite.
     void commit();
 
     /// The pages, for the structural checker.

@@ -12,12 +12,12 @@ struct ColumnDesign {
     std::string name;
     ColumnType type = ColumnType::Text;
     int size = 0; ///< characters of Text, bytes of Binary; 0 = the longest. Ignored for other types.
-    bool autonumber = false;       ///< Long only
-    bool required = false;         ///< stored as a property of the column
-    bool allowZeroLength = false;  ///< stored as a property of the column
-    bool compressed = true;        ///< Text and Memo of Jet 4: characters below U+0100 may take one byte
-    std::uint8_t precision = 18;   ///< Numeric only
-    std::uint8_t scale = 0;        ///< Numeric only
+    bool autonumber = false;      ///< Long only
+    bool required = false;        ///< stored as a property of the column
+    bool allowZeroLength = false; ///< stored as a property of the column
+    bool compressed = true;       ///< Text and Memo of Jet 4: characters below U+0100 may take one byte
+    std::uint8_t precision = 18;  ///< Numeric only
+    std::uint8_t scale = 0;       ///< Numeric only
 };
 
 struct IndexColumn {

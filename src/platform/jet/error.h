@@ -11,8 +11,8 @@ enum class ErrorKind {
     NotADatabase,       ///< no Jet file at all
     UnsupportedVersion, ///< a later file format (.accdb)
     WrongPassword,
-    Corrupt,     ///< damaged; page() and offset() say where
-    EncodedWrite, ///< the file is encoded: it can be read, not changed
+    Corrupt,         ///< damaged; page() and offset() say where
+    EncodedWrite,    ///< the file is encoded: it can be read, not changed
     UnsupportedSort, ///< text sorted in a way that is not known: the table can be read, not changed
     DuplicateKey,
     NullKey,       ///< Null in a column of a primary key or of an index that requires a value
@@ -21,8 +21,8 @@ enum class ErrorKind {
     TextTooLong,   ///< text or bytes longer than the column
     TypeMismatch,  ///< the value is of another type than the column
     RowTooLong,
-    InvalidDesign, ///< a table, column or index that the format cannot hold
-    Full,          ///< disk full, or the file would exceed the format's limit
+    InvalidDesign,     ///< a table, column or index that the format cannot hold
+    Full,              ///< disk full, or the file would exceed the format's limit
     ChangedUnderneath, ///< another program changed the file since it was opened
     ReadOnly,          ///< opened for reading, or made read-only by its owner
     PermissionDenied,

@@ -12,8 +12,8 @@ struct KeyColumn {
 
 /// Appends to `out` the key bytes of `value` (a flag byte, then the value; only the flag for Null) as index
 /// entries of `format` hold them: plain comparison of the bytes gives the order of the index. The value's
-/// alternative must be the one of the column's type; text is UTF-8 and is ordered by the general legacy order.
-/// Never fails for such values.
+/// alternative must be the one of the column's type; text is UTF-8 and is ordered by the general legacy
+/// order. Never fails for such values.
 void appendKey(Bytes& out, const KeyColumn& column, const Value& value, Format format);
 
 } // namespace jet

@@ -82,8 +82,8 @@ class Table {
     [[nodiscard]] std::int32_t nextAutonumber() const;
 
     [[nodiscard]] Cursor scan() const;
-    [[nodiscard]] Row read(RowId id) const;       ///< NotFound when no row lives there
-    void read(RowId id, Row& into) const;         ///< the same into a row that is used again
+    [[nodiscard]] Row read(RowId id) const; ///< NotFound when no row lives there
+    void read(RowId id, Row& into) const;   ///< the same into a row that is used again
     [[nodiscard]] bool exists(RowId id) const;
 
     /// `row` has one value a column. Null in an autonumber column becomes the next number.

@@ -13,8 +13,21 @@ enum class Format : std::uint8_t { Jet3, Jet4 };
 
 /// Column types; the numbers are those of the file.
 enum class ColumnType : std::uint8_t {
-    Boolean = 1, Byte = 2, Integer = 3, Long = 4, Currency = 5, Single = 6, Double = 7, DateTime = 8,
-    Binary = 9, Text = 10, Ole = 11, Memo = 12, Guid = 15, Numeric = 16, FixedBinary = 17,
+    Boolean = 1,
+    Byte = 2,
+    Integer = 3,
+    Long = 4,
+    Currency = 5,
+    Single = 6,
+    Double = 7,
+    DateTime = 8,
+    Binary = 9,
+    Text = 10,
+    Ole = 11,
+    Memo = 12,
+    Guid = 15,
+    Numeric = 16,
+    FixedBinary = 17,
 };
 
 using Bytes = std::vector<std::uint8_t>;
@@ -56,6 +69,8 @@ using Value = std::variant<Null, bool, std::uint8_t, std::int16_t, std::int32_t,
 /// One value a column, in the order of Table::columns().
 using Row = std::vector<Value>;
 
-[[nodiscard]] inline bool isNull(const Value& value) { return std::holds_alternative<Null>(value); }
+[[nodiscard]] inline bool isNull(const Value& value) {
+    return std::holds_alternative<Null>(value);
+}
 
 } // namespace jet
