@@ -22,8 +22,8 @@ constexpr Colour rgb(unsigned red, unsigned green, unsigned blue) { return {(red
 inline constexpr Colour dataError = rgb(250, 200, 50);          ///< a row that the transfer rejects
 inline constexpr Colour suspiciousReading = rgb(250, 210, 230); ///< a reading that fails the entry checks
 
-/// Told of every change of a visible grid. While the grid is hidden it hears nothing; showing the grid sends
-/// one allChanged.
+/// Told of every change of a visible grid. While the grid is hidden it hears nothing but visibleChanged; showing
+/// the grid sends one allChanged.
 class GridListener {
   public:
     virtual ~GridListener() = default;
@@ -77,12 +77,27 @@ class Grid {
 
     void setListener(GridListener* listener) { m_listener = listener; }
 
+    /// Keeps the listener from hearing single changes of a visible grid while many are made; the end sends one
+    /// allChanged.
+    class Hold {
+      public:
+        explicit Hold(Grid& grid) : m_grid(grid) { m_grid.hold(); }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+        ~Hold() { m_grid.release(); }
+
+      private:
+        Grid& m_grid;
+    };
+
   private:
     struct Cell {
         std::string text;
         Colour background;
     };
 
+    void hold();
+    void release();
     [[nodiscard]] std::size_t index(int row, int col) const;
     [[nodiscard]] const Cell& cell(int row, int col) const { return m_cells[index(row, col)]; }
     template <typename Call>
@@ -99,6 +114,7 @@ class Grid {
     std::vector<Cell> m_cells; // row by row
     std::vector<int> m_colWidths;
     GridListener* m_listener = nullptr;
+    int m_holds = 0;
 };
 
 } // namespace sheet

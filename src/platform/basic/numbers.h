@@ -33,6 +33,10 @@ namespace basic {
 [[nodiscard]] std::string text(float value);
 [[nodiscard]] std::string text(double value);
 
+/// The same digits, but never in exponent form: "10000000", "0.00000001".
+[[nodiscard]] std::string plainText(float value);
+[[nodiscard]] std::string plainText(double value);
+
 /// A number format of the form "#00.0##": before the point '#' and '0', behind it '0' then '#'.
 /// At least as many integer digits as zeros; behind the point at least the zeros, at most zeros and '#'.
 struct Pattern {

@@ -1,0 +1,46 @@
+#include "book.h"
+
+#include <cstring>
+
+namespace sheet {
+namespace {
+
+struct ColumnHead {
+    const char* text;
+    int twips;
+};
+
+constexpr std::array<ColumnHead, columnCount> heads{{{"Chainage", 900},
+                                                     {"Left", 700},
+                                                     {"Center", 650},
+                                                     {"Right", 700},
+                                                     {"B.S.", 700},
+                                                     {"I.S.", 700},
+                                                     {"F.S.", 700},
+                                                     {"Hgt.Inst", 830},
+                                                     {"R.Level.", 920},
+                                                     {"Remark", 1600}}};
+
+} // namespace
+
+Book::Book() { writeHeader(MSFG); }
+
+std::string Book::projectPath() const {
+    const std::size_t prefix = std::strlen(captionPrefix);
+    return Caption.size() > prefix ? Caption.substr(prefix) : std::string();
+}
+
+bool Book::hasFile() const { return Caption.starts_with(captionPrefix) && !projectPath().empty(); }
+
+void Book::setProjectPath(std::string_view path) { Caption = captionPrefix + std::string(path); }
+
+void writeHeader(Grid& grid) {
+    for (int col = 0; col < columnCount; ++col) {
+        const ColumnHead& head = heads[static_cast<std::size_t>(col)];
+        grid.setText(0, col, head.text);
+        grid.setColWidth(col, head.twips);
+    }
+    grid.moveTo(1, 0);
+}
+
+} // namespace sheet
