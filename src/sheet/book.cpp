@@ -23,16 +23,22 @@ constexpr std::array<ColumnHead, columnCount> heads{{{"Chainage", 900},
 
 } // namespace
 
-Book::Book() { writeHeader(MSFG); }
+Book::Book() {
+    writeHeader(MSFG);
+}
 
 std::string Book::projectPath() const {
     const std::size_t prefix = std::strlen(captionPrefix);
     return Caption.size() > prefix ? Caption.substr(prefix) : std::string();
 }
 
-bool Book::hasFile() const { return Caption.starts_with(captionPrefix) && !projectPath().empty(); }
+bool Book::hasFile() const {
+    return Caption.starts_with(captionPrefix) && !projectPath().empty();
+}
 
-void Book::setProjectPath(std::string_view path) { Caption = captionPrefix + std::string(path); }
+void Book::setProjectPath(std::string_view path) {
+    Caption = captionPrefix + std::string(path);
+}
 
 void writeHeader(Grid& grid) {
     for (int col = 0; col < columnCount; ++col) {

@@ -10,14 +10,25 @@
 namespace sheet {
 
 /// Columns of the field book.
-enum Column : int { Chainage, Left, Center, Right, BackSight, InterSight, ForeSight, HgtInst, RLevel, Remark };
+enum Column : int {
+    Chainage,
+    Left,
+    Center,
+    Right,
+    BackSight,
+    InterSight,
+    ForeSight,
+    HgtInst,
+    RLevel,
+    Remark
+};
 inline constexpr int columnCount = 10;
 
 /// Values of the Settings controls that steer keyboard entry; each member is named after its control.
 struct Settings {
-    std::string cboIncr = "10";  ///< chainage increment, metres
+    std::string cboIncr = "10";   ///< chainage increment, metres
     std::string cboSide = "Left"; ///< starting side; only the first letter counts
-    int cboSideIndex = 0;        ///< chosen item of cboSide; -1 when its text was typed and is no item
+    int cboSideIndex = 0;         ///< chosen item of cboSide; -1 when its text was typed and is no item
     bool chkAuto = false;
     bool chkOft = false;
     bool chkFinal = false;
@@ -36,16 +47,17 @@ using OffsetArray = std::array<float, 201>;
 /// commands share.
 struct Book {
     Grid MSFG{columnCount};
-    char CurrentSide = 'C';    ///< 'L', 'R' or 'C': the side being keyed
-    float CurrentHI = 0;       ///< running height of instrument, metres
-    float LastReading = 0;     ///< the reading just keyed or reduced, metres
-    bool BookChanged = false;  ///< unsaved changes; not cleared by Save
-    std::string CurrentFile;   ///< path of the open project
+    char CurrentSide = 'C';   ///< 'L', 'R' or 'C': the side being keyed
+    float CurrentHI = 0;      ///< running height of instrument, metres
+    float LastReading = 0;    ///< the reading just keyed or reduced, metres
+    bool BookChanged = false; ///< unsaved changes; not cleared by Save
+    std::string CurrentFile;  ///< path of the open project
     std::string Caption{untitledCaption};
-    std::string FileName = "*.grl"; ///< cdl1.FileName: the path that the common file dialog holds
+    std::string FileName = "*.grl";  ///< cdl1.FileName: the path that the common file dialog holds
     std::array<std::string, 4> mnuX; ///< the paths of the menu entries mnuX1 to mnuX4; empty: not shown yet
-    std::uint64_t SavedMark = 0; ///< mark of the grid as it was last made, loaded or saved; 0 while all is empty
-    std::string FileMark;        ///< which version of the project file that was; empty: none known
+    std::uint64_t SavedMark =
+        0;                ///< mark of the grid as it was last made, loaded or saved; 0 while all is empty
+    std::string FileMark; ///< which version of the project file that was; empty: none known
     std::string DefaultFolder = "C:\\Road"; ///< parent of the project folders that the transfer makes
     Settings settings;
     OffsetArray LeftOffsets{};
@@ -56,8 +68,8 @@ struct Book {
 
     Book();
 
-    /// The project's path: the caption behind its prefix (cut by the prefix's length). "NoName.grl" or an empty
-    /// text while the book has no file.
+    /// The project's path: the caption behind its prefix (cut by the prefix's length). "NoName.grl" or an
+    /// empty text while the book has no file.
     [[nodiscard]] std::string projectPath() const;
     [[nodiscard]] bool hasFile() const;
     void setProjectPath(std::string_view path);

@@ -8,11 +8,14 @@
 namespace sheet {
 
 Grid::Grid(int cols, int rows)
-    : m_cols(cols), m_rows(rows), m_cells(static_cast<std::size_t>(cols) * static_cast<std::size_t>(rows)),
+    : m_cols(cols),
+      m_rows(rows),
+      m_cells(static_cast<std::size_t>(cols) * static_cast<std::size_t>(rows)),
       m_colWidths(static_cast<std::size_t>(cols)) {}
 
 std::size_t Grid::index(int row, int col) const {
-    if (row < 0 || row >= m_rows || col < 0 || col >= m_cols) throw basic::RuntimeError(basic::SubscriptOutOfRange);
+    if (row < 0 || row >= m_rows || col < 0 || col >= m_cols)
+        throw basic::RuntimeError(basic::SubscriptOutOfRange);
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_cols) + static_cast<std::size_t>(col);
 }
 
@@ -33,9 +36,13 @@ void Grid::setRows(int rows) {
     tell([&](GridListener& listener) { listener.rowsChanged(oldRows, rows); });
 }
 
-void Grid::setRow(int row) { moveTo(row, m_col); }
+void Grid::setRow(int row) {
+    moveTo(row, m_col);
+}
 
-void Grid::setCol(int col) { moveTo(m_row, col); }
+void Grid::setCol(int col) {
+    moveTo(m_row, col);
+}
 
 void Grid::moveTo(int row, int col) {
     if (row < 1) throw basic::RuntimeError(basic::SubscriptOutOfRange);
@@ -87,7 +94,9 @@ void Grid::setFontSize(double points) {
     tell([](GridListener& listener) { listener.allChanged(); });
 }
 
-void Grid::hold() { ++m_holds; }
+void Grid::hold() {
+    ++m_holds;
+}
 
 void Grid::release() {
     --m_holds;

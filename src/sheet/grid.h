@@ -17,13 +17,15 @@ struct Colour {
 };
 
 inline constexpr Colour noColour{};
-constexpr Colour rgb(unsigned red, unsigned green, unsigned blue) { return {(red << 16) | (green << 8) | blue}; }
+constexpr Colour rgb(unsigned red, unsigned green, unsigned blue) {
+    return {(red << 16) | (green << 8) | blue};
+}
 
 inline constexpr Colour dataError = rgb(250, 200, 50);          ///< a row that the transfer rejects
 inline constexpr Colour suspiciousReading = rgb(250, 210, 230); ///< a reading that fails the entry checks
 
-/// Told of every change of a visible grid. While the grid is hidden it hears nothing but visibleChanged; showing
-/// the grid sends one allChanged.
+/// Told of every change of a visible grid. While the grid is hidden it hears nothing but visibleChanged;
+/// showing the grid sends one allChanged.
 class GridListener {
   public:
     virtual ~GridListener() = default;
@@ -45,8 +47,8 @@ class Grid {
 
     [[nodiscard]] int Rows() const { return m_rows; }
     [[nodiscard]] int Cols() const { return m_cols; }
-    /// Drops rows from the bottom or adds empty ones, in amortised constant time a row; never below 1 row (the
-    /// header). The cursor is kept inside.
+    /// Drops rows from the bottom or adds empty ones, in amortised constant time a row; never below 1 row
+    /// (the header). The cursor is kept inside.
     void setRows(int rows);
 
     [[nodiscard]] int Row() const { return m_row; }
@@ -77,8 +79,8 @@ class Grid {
 
     void setListener(GridListener* listener) { m_listener = listener; }
 
-    /// Keeps the listener from hearing single changes of a visible grid while many are made; the end sends one
-    /// allChanged.
+    /// Keeps the listener from hearing single changes of a visible grid while many are made; the end sends
+    /// one allChanged.
     class Hold {
       public:
         explicit Hold(Grid& grid) : m_grid(grid) { m_grid.hold(); }

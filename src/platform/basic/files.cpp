@@ -19,10 +19,14 @@ int copyError(int errorCode) {
     switch (errorCode) {
     case EACCES:
     case EPERM:
-    case EROFS: return PermissionDenied;
-    case ENOENT: return FileNotFound;
-    case ENOTDIR: return PathNotFound;
-    default: return DeviceIoError;
+    case EROFS:
+        return PermissionDenied;
+    case ENOENT:
+        return FileNotFound;
+    case ENOTDIR:
+        return PathNotFound;
+    default:
+        return DeviceIoError;
     }
 }
 
@@ -31,10 +35,14 @@ int openError(FileAction action, int errorCode) {
     case EACCES:
     case EPERM:
     case EROFS:
-    case EISDIR: return PathFileAccessError;
-    case ENOENT: return action == FileAction::OpenForInput ? FileNotFound : PathNotFound;
-    case ENOTDIR: return PathNotFound;
-    default: return DeviceIoError;
+    case EISDIR:
+        return PathFileAccessError;
+    case ENOENT:
+        return action == FileAction::OpenForInput ? FileNotFound : PathNotFound;
+    case ENOTDIR:
+        return PathNotFound;
+    default:
+        return DeviceIoError;
     }
 }
 
@@ -43,10 +51,13 @@ int folderError(int errorCode) {
     case EEXIST:
     case EACCES:
     case EPERM:
-    case EROFS: return PathFileAccessError;
+    case EROFS:
+        return PathFileAccessError;
     case ENOENT:
-    case ENOTDIR: return PathNotFound;
-    default: return DeviceIoError;
+    case ENOTDIR:
+        return PathNotFound;
+    default:
+        return DeviceIoError;
     }
 }
 
@@ -55,10 +66,14 @@ int removeError(int errorCode) {
     case EACCES:
     case EPERM:
     case EROFS:
-    case EISDIR: return PathFileAccessError;
-    case ENOENT: return FileNotFound;
-    case ENOTDIR: return PathNotFound;
-    default: return DeviceIoError;
+    case EISDIR:
+        return PathFileAccessError;
+    case ENOENT:
+        return FileNotFound;
+    case ENOTDIR:
+        return PathNotFound;
+    default:
+        return DeviceIoError;
     }
 }
 
@@ -78,11 +93,15 @@ mode_t modeOf(std::string_view path) {
 void raiseFileError(FileAction action, int errorCode) {
     if (errorCode == ENOSPC || errorCode == EDQUOT) throw RuntimeError(DiskFull);
     switch (action) {
-    case FileAction::Copy: throw RuntimeError(copyError(errorCode));
+    case FileAction::Copy:
+        throw RuntimeError(copyError(errorCode));
     case FileAction::OpenForInput:
-    case FileAction::OpenForOutput: throw RuntimeError(openError(action, errorCode));
-    case FileAction::MakeFolder: throw RuntimeError(folderError(errorCode));
-    case FileAction::Remove: throw RuntimeError(removeError(errorCode));
+    case FileAction::OpenForOutput:
+        throw RuntimeError(openError(action, errorCode));
+    case FileAction::MakeFolder:
+        throw RuntimeError(folderError(errorCode));
+    case FileAction::Remove:
+        throw RuntimeError(removeError(errorCode));
     }
     throw RuntimeError(DeviceIoError);
 }
@@ -91,7 +110,8 @@ std::string nativePath(std::string_view path) {
     if (path.size() < 2 || path[1] != ':' || std::isalpha(static_cast<unsigned char>(path[0])) == 0)
         return std::string(path);
     std::string_view rest = path.substr(2);
-    while (!rest.empty() && (rest.front() == '\\' || rest.front() == '/')) rest.remove_prefix(1);
+    while (!rest.empty() && (rest.front() == '\\' || rest.front() == '/'))
+        rest.remove_prefix(1);
     std::string result = home();
     if (!rest.empty()) result.append("/").append(rest);
     for (std::size_t at = result.size() - rest.size(); at < result.size(); ++at) {
@@ -110,7 +130,9 @@ bool fileExists(std::string_view path) {
     return mode != 0 && !S_ISDIR(mode);
 }
 
-bool folderExists(std::string_view path) { return S_ISDIR(modeOf(path)); }
+bool folderExists(std::string_view path) {
+    return S_ISDIR(modeOf(path));
+}
 
 void fileCopy(std::string_view from, std::string_view to) {
     const Descriptor source(open(nativePath(from).c_str(), O_RDONLY | O_CLOEXEC));

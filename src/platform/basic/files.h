@@ -24,7 +24,7 @@ enum class FileAction { Copy, OpenForInput, OpenForOutput, MakeFolder, Remove };
 /// The part behind the last "/" or "\".
 [[nodiscard]] std::string baseName(std::string_view path);
 
-[[nodiscard]] bool fileExists(std::string_view path);   ///< an existing file that is no folder
+[[nodiscard]] bool fileExists(std::string_view path); ///< an existing file that is no folder
 [[nodiscard]] bool folderExists(std::string_view path);
 
 /// Copies byte for byte, replacing `to` by a complete copy (written beside it and renamed) or not at all.

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 namespace basic {
 namespace {
@@ -24,7 +25,7 @@ class Decimal {
                                        std::chars_format::scientific, digits - 1);
         const char* const mark = std::find(form.data(), end.ptr, 'e');
         m_digits[0] = form[0];
-        std::copy(form.data() + 2, mark, m_digits.data() + 1);
+        std::copy(std::as_const(form).data() + 2, mark, m_digits.data() + 1);
         m_count = digits;
         int power = 0;
         std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end.ptr, power);
@@ -50,21 +51,26 @@ class Decimal {
         const int index = m_point - 1 - power;
         return index >= 0 && index < m_count ? m_digits[static_cast<std::size_t>(index)] : '0';
     }
-    [[nodiscard]] std::string_view digits() const { return {m_digits.data(), static_cast<std::size_t>(m_count)}; }
+    [[nodiscard]] std::string_view digits() const {
+        return {m_digits.data(), static_cast<std::size_t>(m_count)};
+    }
 
     [[nodiscard]] std::string plain(int leastInteger, int decimals) const {
         std::string result;
         if (negative()) result += '-';
-        for (int power = std::max(point(), leastInteger) - 1; power >= 0; --power) result += at(power);
+        for (int power = std::max(point(), leastInteger) - 1; power >= 0; --power)
+            result += at(power);
         if (decimals > 0) result += '.';
-        for (int power = -1; power >= -decimals; --power) result += at(power);
+        for (int power = -1; power >= -decimals; --power)
+            result += at(power);
         return result;
     }
 
   private:
     void increment() {
         int last = m_count - 1;
-        while (last >= 0 && m_digits[static_cast<std::size_t>(last)] == '9') --last;
+        while (last >= 0 && m_digits[static_cast<std::size_t>(last)] == '9')
+            --last;
         if (last < 0) {
             m_digits[0] = '1';
             m_count = 1;
@@ -75,7 +81,8 @@ class Decimal {
         m_count = last + 1;
     }
     void dropZeros() {
-        while (m_count > 0 && m_digits[static_cast<std::size_t>(m_count - 1)] == '0') --m_count;
+        while (m_count > 0 && m_digits[static_cast<std::size_t>(m_count - 1)] == '0')
+            --m_count;
     }
 
     std::array<char, 24> m_digits{};
@@ -86,7 +93,8 @@ class Decimal {
 
 std::string shortest(double value, int digits) {
     const Decimal decimal(value, digits);
-    if (decimal.point() <= digits && decimal.decimals() <= digits) return decimal.plain(1, decimal.decimals());
+    if (decimal.point() <= digits && decimal.decimals() <= digits)
+        return decimal.plain(1, decimal.decimals());
     std::string result = decimal.negative() ? "-" : "";
     result += decimal.digits()[0];
     if (decimal.digits().size() > 1) result.append(".").append(decimal.digits().substr(1));
@@ -123,8 +131,10 @@ bool formatWhole(double value, Pattern pattern, std::string& result) {
     char* last = end;
     for (int decimal = pattern.mostDecimals; decimal > 0; --decimal, whole /= 10) {
         const auto digit = static_cast<char>('0' + whole % 10);
-        if (at == last && digit == '0' && decimal > pattern.leastDecimals) --last, --at;
-        else *--at = digit;
+        if (at == last && digit == '0' && decimal > pattern.leastDecimals)
+            --last, --at;
+        else
+            *--at = digit;
     }
     if (at != last) *--at = '.';
     for (int digits = 0; whole != 0 || digits < pattern.integerDigits; ++digits, whole /= 10)
@@ -136,10 +146,18 @@ bool formatWhole(double value, Pattern pattern, std::string& result) {
 
 } // namespace
 
-std::string text(float value) { return shortest(value, 7); }
-std::string text(double value) { return shortest(value, 15); }
-std::string plainText(float value) { return plain(value, 7); }
-std::string plainText(double value) { return plain(value, 15); }
+std::string text(float value) {
+    return shortest(value, 7);
+}
+std::string text(double value) {
+    return shortest(value, 15);
+}
+std::string plainText(float value) {
+    return plain(value, 7);
+}
+std::string plainText(double value) {
+    return plain(value, 15);
+}
 
 std::string format(double value, Pattern pattern) {
     std::string result;

@@ -14,8 +14,9 @@ namespace {
 
 // A power of ten up to 1e22 and a whole number below 2^53 are exact in a double, so one division of them is
 // rounded once and needs no longer arithmetic.
-constexpr std::array<double, 23> exactPowers{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                             1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::array<double, 23> exactPowers{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                             1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int exactDigits = 15;
 
 struct Number {
@@ -29,14 +30,19 @@ struct Number {
     std::uint64_t digits = 0; // right while significant <= exactDigits
 };
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 Number scan(std::string_view text) {
     Number number;
     const char* at = text.data();
     const char* const end = at + text.size();
-    while (at != end && isBlank(*at)) ++at;
+    while (at != end && isBlank(*at))
+        ++at;
     if (at != end && (*at == '-' || *at == '+')) number.negative = *at++ == '-';
     number.first = at;
     bool point = false;
@@ -44,7 +50,8 @@ Number scan(std::string_view text) {
         if (isDigit(*at)) {
             number.any = true;
             if (number.digits != 0 || *at != '0') ++number.significant;
-            if (number.significant <= exactDigits) number.digits = number.digits * 10 + static_cast<unsigned>(*at - '0');
+            if (number.significant <= exactDigits)
+                number.digits = number.digits * 10 + static_cast<unsigned>(*at - '0');
             if (point) ++number.decimals;
         } else if (*at == '.' && !point) {
             point = true;
@@ -57,7 +64,8 @@ Number scan(std::string_view text) {
         ++at;
         if (at != end && (*at == '-' || *at == '+')) ++at;
         if (at != end && isDigit(*at)) {
-            while (at != end && isDigit(*at)) ++at;
+            while (at != end && isDigit(*at))
+                ++at;
             number.last = at;
             number.exponent = true;
         }
@@ -70,7 +78,8 @@ bool isTooSmall(const Number& number) {
     int power = 0;
     if (number.exponent) {
         const char* mark = number.last;
-        while (*mark != 'e' && *mark != 'E') --mark;
+        while (*mark != 'e' && *mark != 'E')
+            --mark;
         const bool down = mark[1] == '-';
         for (const char* at = mark + 1; at != number.last; ++at) {
             if (isDigit(*at) && power < 100'000'000) power = power * 10 + (*at - '0');
@@ -83,7 +92,8 @@ bool isTooSmall(const Number& number) {
 double valueOf(const Number& number) {
     if (!number.any) return 0;
     double value = 0;
-    if (!number.exponent && number.significant <= exactDigits && number.decimals < static_cast<int>(exactPowers.size())) {
+    if (!number.exponent && number.significant <= exactDigits &&
+        number.decimals < static_cast<int>(exactPowers.size())) {
         value = static_cast<double>(number.digits) / exactPowers[static_cast<std::size_t>(number.decimals)];
     } else if (std::from_chars(number.first, number.last, value).ec == std::errc::result_out_of_range) {
         if (!isTooSmall(number)) throw RuntimeError(Overflow);
@@ -102,7 +112,9 @@ Whole toWhole(double value) {
 
 } // namespace
 
-double val(std::string_view text) { return valueOf(scan(text)); }
+double val(std::string_view text) {
+    return valueOf(scan(text));
+}
 
 bool isNumber(std::string_view text) {
     text = trim(text);
@@ -122,7 +134,11 @@ float cSng(double value) {
     return static_cast<float>(value);
 }
 
-std::int16_t cInt(double value) { return toWhole<std::int16_t>(value); }
-std::int32_t cLng(double value) { return toWhole<std::int32_t>(value); }
+std::int16_t cInt(double value) {
+    return toWhole<std::int16_t>(value);
+}
+std::int32_t cLng(double value) {
+    return toWhole<std::int32_t>(value);
+}
 
 } // namespace basic

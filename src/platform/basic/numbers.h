@@ -49,8 +49,10 @@ struct Pattern {
 consteval Pattern pattern(std::string_view form) {
     Pattern result{0, 0, 0, false};
     for (char c : form) {
-        if (c == '.') result.hasPoint = true;
-        else if (!result.hasPoint) result.integerDigits = static_cast<std::uint8_t>(result.integerDigits + (c == '0'));
+        if (c == '.')
+            result.hasPoint = true;
+        else if (!result.hasPoint)
+            result.integerDigits = static_cast<std::uint8_t>(result.integerDigits + (c == '0'));
         else {
             result.leastDecimals = static_cast<std::uint8_t>(result.leastDecimals + (c == '0'));
             result.mostDecimals = static_cast<std::uint8_t>(result.mostDecimals + 1);
@@ -60,7 +62,8 @@ consteval Pattern pattern(std::string_view form) {
 }
 
 /// `value` in the form of `pattern`, rounding halves away from zero on the value taken at 15 significant
-/// digits. No "-0". With optional decimals only and none of them used, no point is left behind ("3", not "3.").
+/// digits. No "-0". With optional decimals only and none of them used, no point is left behind ("3", not
+/// "3.").
 [[nodiscard]] std::string format(double value, Pattern pattern);
 
 } // namespace basic

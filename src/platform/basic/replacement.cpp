@@ -37,7 +37,8 @@ int openTarget(const std::string& path, const std::string& sibling) {
     }
     const int descriptor = open(sibling.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor >= 0 && exists) {
-        // Keeping the owner needs rights that the user may not have; the mode is set last, as chown clears bits.
+        // Keeping the owner needs rights that the user may not have; the mode is set last, as chown clears
+        // bits.
         if (fchown(descriptor, found.st_uid, found.st_gid) != 0) errno = 0;
         if (fchmod(descriptor, found.st_mode & 07777) != 0) errno = 0;
     }
@@ -57,7 +58,9 @@ int Descriptor::close() {
 }
 
 Replacement::Replacement(std::string path, FileAction action)
-    : m_action(action), m_path(behindLinks(path)), m_sibling(wantsSibling(m_path) ? siblingOf(m_path) : std::string()),
+    : m_action(action),
+      m_path(behindLinks(path)),
+      m_sibling(wantsSibling(m_path) ? siblingOf(m_path) : std::string()),
       m_descriptor(openTarget(m_path, m_sibling)) {
     if (m_descriptor.get() >= 0) return;
     const int errorCode = errno;

@@ -23,10 +23,10 @@ class Descriptor {
     int m_descriptor;
 };
 
-/// The new content of a file, written beside it and renamed over it by `commit`; without a commit the old file
-/// stays as it was. A link is followed first, an existing file keeps its mode and owner, and one that its owner
-/// made read-only is refused, as the rename alone would not. What is no plain file (a pipe, a device) is
-/// written directly.
+/// The new content of a file, written beside it and renamed over it by `commit`; without a commit the old
+/// file stays as it was. A link is followed first, an existing file keeps its mode and owner, and one that
+/// its owner made read-only is refused, as the rename alone would not. What is no plain file (a pipe, a
+/// device) is written directly.
 class Replacement {
   public:
     Replacement(std::string path, FileAction action);

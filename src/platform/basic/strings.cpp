@@ -5,9 +5,15 @@
 namespace basic {
 namespace {
 
-bool continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-char upperChar(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-char lowerChar(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool continues(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+char upperChar(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+char lowerChar(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // The byte at which the character with this index starts; the end when there are not so many.
 std::size_t byteOf(std::string_view text, std::size_t character) {
@@ -47,10 +53,13 @@ bool sameText(std::string_view a, std::string_view b) {
 }
 
 std::size_t length(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return !continues(c); }));
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return !continues(c); }));
 }
 
-std::string_view left(std::string_view text, std::size_t count) { return text.substr(0, byteOf(text, count)); }
+std::string_view left(std::string_view text, std::size_t count) {
+    return text.substr(0, byteOf(text, count));
+}
 
 std::string_view right(std::string_view text, std::size_t count) {
     const std::size_t all = length(text);
@@ -67,7 +76,8 @@ void dropLast(std::string& text) {
 
 void append(std::string& text, char32_t character) {
     const auto put = [&text](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
-    if (character < 0x80) put(character);
+    if (character < 0x80)
+        put(character);
     else if (character < 0x800) {
         put(0xC0 | (character >> 6));
         put(0x80 | (character & 0x3F));

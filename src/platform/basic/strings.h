@@ -12,9 +12,11 @@ namespace basic {
 [[nodiscard]] std::string lower(std::string_view text);
 [[nodiscard]] bool sameText(std::string_view a, std::string_view b); ///< equal but for the case of letters
 [[nodiscard]] std::size_t length(std::string_view text);             ///< characters (code points)
-[[nodiscard]] std::string_view left(std::string_view text, std::size_t count);  ///< the first `count` characters
-[[nodiscard]] std::string_view right(std::string_view text, std::size_t count); ///< the last `count` characters
-void dropLast(std::string& text);                  ///< the last character, all its bytes
-void append(std::string& text, char32_t character); ///< one code point
+[[nodiscard]] std::string_view left(std::string_view text,
+                                    std::size_t count); ///< the first `count` characters
+[[nodiscard]] std::string_view right(std::string_view text,
+                                     std::size_t count); ///< the last `count` characters
+void dropLast(std::string& text);                        ///< the last character, all its bytes
+void append(std::string& text, char32_t character);      ///< one code point
 
 } // namespace basic

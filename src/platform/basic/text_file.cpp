@@ -15,15 +15,19 @@ namespace {
 
 // Windows-1252 from 0x80 to 0x9F; the five unused bytes keep their own value, as Windows maps them.
 constexpr std::array<char16_t, 32> windows1252{
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
-    0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 // Bytes of the well-formed UTF-8 sequence at the start of `bytes` (Unicode, table 3-7); 0 when there is none.
 std::size_t sequence(std::string_view bytes) {
     const auto byte = [bytes](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
     const unsigned lead = byte(0);
     if (lead < 0x80) return 1;
-    const std::size_t size = lead >= 0xC2 && lead <= 0xDF ? 2 : (lead & 0xF0) == 0xE0 ? 3 : lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+    const std::size_t size = lead >= 0xC2 && lead <= 0xDF   ? 2
+                             : (lead & 0xF0) == 0xE0        ? 3
+                             : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                            : 0;
     if (size == 0 || bytes.size() < size) return 0;
     const unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
@@ -49,7 +53,8 @@ std::string readFile(const std::string& path, std::size_t limit) {
     std::string content;
     std::array<char, 65536> buffer{};
     while (content.size() < limit) {
-        const ssize_t count = read(file.get(), buffer.data(), std::min(buffer.size(), limit - content.size()));
+        const ssize_t count =
+            read(file.get(), buffer.data(), std::min(buffer.size(), limit - content.size()));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) raiseFileError(FileAction::OpenForInput, errno);
         if (count == 0) break;
@@ -94,7 +99,8 @@ void writeFile(std::string_view path, std::string_view content) {
 
 void writeLines(std::string_view path, const std::vector<std::string>& lines) {
     std::string content;
-    for (const std::string& line : lines) content.append(line).append("\r\n");
+    for (const std::string& line : lines)
+        content.append(line).append("\r\n");
     writeFile(path, content);
 }
 
