@@ -1,6 +1,8 @@
 #include "sort_tables.h"
 #include "text_key.h"
 
+#include "hex.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,21 +11,6 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-std::string hex(const Bytes& bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (std::uint8_t byte : bytes) {
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
-    }
-    return text;
-}
-
-std::string withoutBlanks(std::string text) {
-    std::erase(text, ' ');
-    return text;
-}
 
 Bytes general(std::u16string_view text, bool ascending = true) {
     Bytes key;

@@ -1,0 +1,97 @@
+#include "statement.h"
+
+#include "errors.h"
+
+#include "basic/strings.h"
+
+#include <optional>
+
+namespace dao {
+
+namespace {
+
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// Cuts a statement into words; a name in brackets is one word whatever it holds.
+class Words {
+  public:
+    explicit Words(std::string_view text) : m_rest(text) {
+        while (!m_rest.empty() && (isBlank(m_rest.back()) || m_rest.back() == ';'))
+            m_rest.remove_suffix(1);
+    }
+
+    bool take(std::string_view keyword) {
+        const Words before = *this;
+        if (const auto word = next(); word && basic::sameText(*word, keyword)) return true;
+        *this = before;
+        return false;
+    }
+
+    std::optional<std::string> name() {
+        skipBlanks();
+        const bool bracketed = !m_rest.empty() && m_rest.front() == '[';
+        const auto word = next();
+        if (!word || word->empty() || (!bracketed && *word == "*")) return std::nullopt;
+        return std::string(*word);
+    }
+
+    std::string_view rest() {
+        skipBlanks();
+        return m_rest;
+    }
+
+  private:
+    void skipBlanks() {
+        while (!m_rest.empty() && isBlank(m_rest.front()))
+            m_rest.remove_prefix(1);
+    }
+
+    std::optional<std::string_view> next() {
+        skipBlanks();
+        if (m_rest.empty()) return std::nullopt;
+        if (m_rest.front() == '[') {
+            const std::size_t end = m_rest.find(']');
+            if (end == std::string_view::npos) return std::nullopt;
+            const std::string_view word = m_rest.substr(1, end - 1);
+            m_rest.remove_prefix(end + 1);
+            return word;
+        }
+        std::size_t length = m_rest.front() == '*' ? 1 : 0;
+        while (length < m_rest.size() && !isBlank(m_rest[length]) && m_rest[length] != '*' &&
+               m_rest[length] != '[')
+            ++length;
+        const std::string_view word = m_rest.substr(0, length);
+        m_rest.remove_prefix(length);
+        return word;
+    }
+
+    std::string_view m_rest;
+};
+
+} // namespace
+
+Statement parseStatement(std::string_view text) {
+    Words words(text);
+    if (words.take("delete")) {
+        if (!words.take("*") || !words.take("from")) raise(EngineError::StatementExpected);
+        const auto table = words.name();
+        if (!table || !words.rest().empty()) raise(EngineError::StatementExpected);
+        return {Statement::Kind::DeleteAll, *table, {}, {}};
+    }
+    if (!words.take("alter")) raise(EngineError::StatementExpected);
+    if (!words.take("table")) raise(EngineError::FieldDefinitionSyntax);
+    const auto table = words.name();
+    if (!table || !words.take("add")) raise(EngineError::FieldDefinitionSyntax);
+    const Words behindAdd = words;
+    auto column = words.take("column") ? words.name() : std::optional<std::string>{};
+    if (!column || words.rest().empty()) {
+        words = behindAdd; // a field that is itself called "column"
+        column = words.name();
+    }
+    if (!column || words.rest().empty()) raise(EngineError::FieldDefinitionSyntax);
+    return {Statement::Kind::AddColumn, *table, *column, std::string(words.rest())};
+}
+
+} // namespace dao
