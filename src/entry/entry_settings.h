@@ -15,7 +15,8 @@ enum class OffsetSide { Left, Right, Both };
 
 /// Adds the offset `distance` (a text, metres) to lstOft, L entries before R entries and each side ascending.
 /// False, with the message shown, when the text reads as 0.
-bool addOffset(sheet::Settings& settings, desktop::Desktop& desktop, std::string_view distance, OffsetSide side);
+bool addOffset(sheet::Settings& settings, desktop::Desktop& desktop, std::string_view distance,
+               OffsetSide side);
 
 /// Removes the entry `selected` of lstOft; shows a message when it is -1 (none selected).
 void removeOffset(sheet::Settings& settings, desktop::Desktop& desktop, int selected);
