@@ -41,6 +41,7 @@ class Field {
     /// Sets the field in the copy buffer, converted to the field's type as Jet does: 3020 without AddNew or
     /// Edit, 3421 for a value that does not convert, 3163 for a text that is too long.
     void setValue(const Value& value);
+    void setValue(const std::string& text) { setValue(Value(text)); }
     void setValue(std::string_view text) { setValue(Value(std::string(text))); }
     void setValue(const char* text) { setValue(Value(std::string(text))); }
 

@@ -1,0 +1,103 @@
+#include "marked_rows.h"
+
+#include "basic/numbers.h"
+#include "basic/strings.h"
+#include "sheet/book.h"
+#include "tools/chainage.h"
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+namespace exchange {
+
+namespace {
+
+using sheet::Grid;
+
+bool isMarked(const Grid& grid, int row) {
+    return grid.CellBackColor(row, sheet::Chainage) == sheet::dataError;
+}
+
+bool isReading(const Grid& grid, int row) {
+    const std::string chainage = basic::upper(grid.Text(row, sheet::Chainage));
+    return !chainage.empty() && chainage != "CP" && grid.Text(row, sheet::Remark) != "TBM";
+}
+
+/// Walks the readings downwards, remembering where each point stood first.
+class Points {
+  public:
+    explicit Points(const Grid& grid) : m_grid(grid) {}
+
+    /// What is wrong with the reading in `row`; rows are to be given in ascending order, every one of them.
+    std::string faultOf(int row) {
+        const bool hasOffset = takeSideAndOffset(row);
+        const std::string chainage = mdlTools::cleanChainage(m_grid.Text(row, sheet::Chainage));
+        int first = remember(chainage, m_side, m_offset, row);
+        // A centre reading is stored at offset 0, whatever number is keyed for it.
+        if (!m_grid.Text(row, sheet::Center).empty()) {
+            const int centre = remember(chainage, 'S', 0, row);
+            if (first == row) first = centre;
+        }
+        const bool noLevel = m_grid.Text(row, sheet::RLevel).empty();
+        if (noLevel && m_grid.Text(row, sheet::InterSight).empty() &&
+            m_grid.Text(row, sheet::ForeSight).empty())
+            return "it holds no reading; delete it if it is a spare row";
+        if (noLevel) return "R.Level. is empty; Cal reduces the book";
+        if (!hasOffset) return "Left, Center and Right are empty";
+        if (first == row) return {};
+        return place(chainage) + " stands in row " + std::to_string(first) + " already";
+    }
+
+  private:
+    bool takeSideAndOffset(int row) {
+        bool filled = false;
+        for (int col : {sheet::Left, sheet::Center, sheet::Right}) {
+            const std::string& text = m_grid.Text(row, col);
+            if (text.empty()) continue;
+            filled = true;
+            m_side = "LCR"[col - sheet::Left];
+            m_offset = basic::val(text);
+        }
+        return filled;
+    }
+
+    int remember(const std::string& chainage, char side, double offset, int row) {
+        return m_firstRows.try_emplace({chainage, side, offset}, row).first->second;
+    }
+
+    std::string place(const std::string& chainage) const {
+        if (m_side == 'C') return "the centre of " + chainage;
+        return (m_side == 'L' ? "left " : "right ") + basic::text(m_offset) + " m of " + chainage;
+    }
+
+    const Grid& m_grid;
+    char m_side = ' ';
+    double m_offset = 0;
+    std::map<std::tuple<std::string, char, double>, int> m_firstRows;
+};
+
+} // namespace
+
+std::vector<MarkedRow> markedRows(const Grid& grid) {
+    std::vector<MarkedRow> result;
+    Points points(grid);
+    for (int row = 1; row < grid.Rows(); ++row) {
+        std::string fault = isReading(grid, row) ? points.faultOf(row) : std::string();
+        if (isMarked(grid, row)) result.push_back({row, std::move(fault)});
+    }
+    return result;
+}
+
+void tellMarkedRow(const Grid& grid, desktop::Desktop& desktop) {
+    if (!isMarked(grid, grid.Row())) return;
+    const std::vector<MarkedRow> marked = markedRows(grid);
+    std::string message =
+        marked.size() == 1 ? "1 row is marked" : std::to_string(marked.size()) + " rows are marked";
+    const auto here = std::ranges::find(marked, grid.Row(), &MarkedRow::row);
+    if (here != marked.end() && !here->fault.empty())
+        message += ". Row " + std::to_string(here->row) + ": " + here->fault;
+    desktop.status(message + ".");
+}
+
+} // namespace exchange

@@ -1,0 +1,155 @@
+#include "reading_walk.h"
+
+#include "basic/numbers.h"
+#include "basic/strings.h"
+#include "sheet/book.h"
+#include "sheet/cells.h"
+#include "tools/chainage.h"
+
+#include <utility>
+
+namespace exchange {
+
+using sheet::cellValue;
+
+namespace {
+
+constexpr sheet::Colour white = sheet::rgb(255, 255, 255);
+
+// Adding 0 makes plain zero of a keyed "-0", which the index would keep apart.
+double offsetOf(const std::string& text) {
+    return basic::val(text) + 0.0;
+}
+
+} // namespace
+
+ReadingWalk::ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect,
+                         const ExportFrame& frame, WalkTally& tally)
+    : m_grid(grid), m_cSect(cSect), m_lSect(lSect), m_frame(frame), m_tally(tally), m_row(tally.row) {}
+
+void ReadingWalk::run(const std::function<void(int rowsDone)>& chainageDone) {
+    m_row = 1;
+    while (m_row < m_grid.Rows()) {
+        normaliseChainage();
+        if (skipped()) {
+            ++m_row;
+            continue;
+        }
+        writeChainage();
+        chainageDone(m_row);
+    }
+    m_row = 0;
+}
+
+void ReadingWalk::normaliseChainage() {
+    const std::string& chainage = text(sheet::Chainage);
+    if (chainage.empty() || chainage == "CP" || chainage.find('-') != std::string::npos) return;
+    const float metres = basic::cSng(basic::val(chainage));
+    m_grid.setText(m_row, sheet::Chainage, mdlTools::ChainageText(metres));
+}
+
+bool ReadingWalk::skipped() const {
+    const std::string& chainage = text(sheet::Chainage);
+    return chainage.empty() || basic::upper(chainage) == "CP" || text(m_grid.Cols() - 1) == "TBM";
+}
+
+void ReadingWalk::writeChainage() {
+    const std::string chainage = text(sheet::Chainage);
+    for (; m_row < m_grid.Rows(); ++m_row) {
+        const std::string& current = text(sheet::Chainage);
+        if (current == "CP") continue;
+        if (current != chainage) return;
+        if (!skipped()) writeReading();
+    }
+}
+
+void ReadingWalk::writeReading() {
+    takeSideAndOffset();
+    const std::string chainage = mdlTools::cleanChainage(text(sheet::Chainage));
+    m_cSect.Seek("=", {chainage, m_side, m_offset});
+    if (!m_cSect.NoMatch()) {
+        reject();
+        return;
+    }
+    m_grid.setCellBackColor(m_row, sheet::Chainage, white);
+    if (text(sheet::RLevel).empty()) {
+        reject();
+        return;
+    }
+    addCrossRecord(chainage);
+}
+
+void ReadingWalk::takeSideAndOffset() {
+    for (auto [col, side] : {std::pair{sheet::Left, "L"}, {sheet::Center, "C"}, {sheet::Right, "R"}}) {
+        if (text(col).empty()) continue;
+        m_side = side;
+        m_offset = offsetOf(text(col));
+    }
+}
+
+void ReadingWalk::reject() {
+    m_grid.setCellBackColor(m_row, sheet::Chainage, sheet::dataError);
+    ++m_tally.errors;
+    m_tally.lowestMarked = m_row;
+}
+
+void ReadingWalk::addCrossRecord(const std::string& chainage) {
+    m_cSect.AddNew();
+    m_cSect.Fields("Chn").setValue(chainage);
+    if (text(sheet::RLevel).empty()) throw MissingLevel{dao::toText(m_cSect.Fields("Chn").value())};
+    m_cSect.Fields("Grl").setValue(cellValue(m_grid, m_row, sheet::RLevel));
+    if (!text(sheet::Left).empty()) {
+        m_cSect.Fields("Side").setValue("L");
+        m_cSect.Fields("Oft").setValue(offsetOf(text(sheet::Left)));
+    }
+    if (!text(sheet::Center).empty()) {
+        m_cSect.Fields("Side").setValue("C");
+        m_cSect.Fields("Oft").setValue(0.0);
+        m_cSect.Fields("Frl").setValue(text(sheet::RLevel));
+        addLongRecord(chainage);
+    }
+    if (!text(sheet::Right).empty()) {
+        m_cSect.Fields("Side").setValue("R");
+        m_cSect.Fields("Oft").setValue(offsetOf(text(sheet::Right)));
+    }
+    m_cSect.Fields("Rmk").setValue("GG");
+    m_cSect.Update();
+}
+
+void ReadingWalk::addLongRecord(const std::string& chainage) {
+    using basic::val;
+    const ExportFrame& f = m_frame;
+    const auto set = [this](std::string_view field, const dao::Value& value) {
+        m_lSect.Fields(field).setValue(value);
+    };
+    const std::string& level = text(sheet::RLevel);
+    const double carriageWay = val(f.txtCrgWid.text) / 2;
+
+    m_lSect.AddNew();
+    set("Chn", chainage);
+    set("Grl", level);
+    set("Frl", level);
+    set("LRW", val(f.txtLW.text));
+    set("RRW", val(f.txtRW.text));
+    set("RCam", 0.09);
+    set("CSlp", val(f.cboCut.text));
+    set("FSlp", val(f.cboFill.text));
+    set("RGIS", val(f.cboGIS.text));
+    set("DrnTWid", val(f.cboGIS.text)); // the road program wants the inner slope here, not the top width
+    set("DrnWid", val(f.txtWDrn.text));
+    set("RGW", val(f.txtWDrn.text));
+    set("DrnDep", val(f.txtDDrn.text));
+    set("RGD", val(f.txtDDrn.text));
+    set("RGOS", val(f.cboGOS.text));
+    set("LGOS", val(f.cboGOS.text));
+    set("LG", true);
+    set("RG", true);
+    set("CamPer", 3);
+    set("ShdPer", 5);
+    set("TKPer", 1);
+    set("LCamW", carriageWay);
+    set("RCamW", carriageWay);
+    m_lSect.Update();
+}
+
+} // namespace exchange

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "dao/dao.h"
+#include "export_frame.h"
+#include "sheet/grid.h"
+
+#include <functional>
+#include <string>
+
+namespace exchange {
+
+/// A reading that reached its record without a level; the walk tests for it beforehand.
+struct MissingLevel {
+    std::string chainage;
+};
+
+/// How far a walk came.
+struct WalkTally {
+    int row = 0;          ///< the row being worked; 0 before and after the walk
+    int errors = 0;       ///< rows left out
+    int lowestMarked = 0; ///< 0 for none
+};
+
+/// Turns the rows of the book into records: one CSect record for each staff reading, one LSect record for
+/// each centre reading. A row whose point is there already or whose level is missing is coloured in its
+/// chainage cell, counted and left out; a good row becomes white. Cost: one index search a reading.
+class ReadingWalk {
+  public:
+    /// cSect must stand on its index CSO.
+    ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect, const ExportFrame& frame,
+                WalkTally& tally);
+
+    /// Works all rows from 1 on; `chainageDone` is told the rows done after each chainage. The engine's
+    /// errors pass, with the tally's row on the reading that raised them.
+    void run(const std::function<void(int rowsDone)>& chainageDone);
+
+  private:
+    void normaliseChainage();
+    [[nodiscard]] bool skipped() const;
+    void writeChainage();
+    void writeReading();
+    void takeSideAndOffset();
+    void reject();
+    void addCrossRecord(const std::string& chainage);
+    void addLongRecord(const std::string& chainage);
+    [[nodiscard]] const std::string& text(int col) const { return m_grid.Text(m_row, col); }
+
+    sheet::Grid& m_grid;
+    dao::Recordset& m_cSect;
+    dao::Recordset& m_lSect;
+    const ExportFrame& m_frame;
+    WalkTally& m_tally;
+    int& m_row;
+    std::string m_side; ///< of the reading; a row without an offset keeps that of the row before
+    double m_offset = 0;
+};
+
+} // namespace exchange

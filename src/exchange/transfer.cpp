@@ -1,0 +1,238 @@
+#include "transfer.h"
+
+#include "basic/files.h"
+#include "basic/numbers.h"
+#include "basic/runtime_error.h"
+#include "basic/strings.h"
+#include "formation_levels.h"
+#include "marked_rows.h"
+#include "project/project_commands.h"
+#include "reading_walk.h"
+#include "road_schema.h"
+#include "sheet/reduction.h"
+#include "tools/road_tables.h"
+#include "work_copy.h"
+
+#include <optional>
+
+namespace exchange {
+
+using basic::RuntimeError;
+using basic::val;
+
+namespace {
+
+constexpr int duplicateKey = 3022;
+constexpr int emptyKey = 3058;
+constexpr sheet::Colour missingLevel = sheet::rgb(230, 200, 200);
+
+bool isBlank(const TextBox& box) {
+    return basic::trim(box.text).empty();
+}
+
+class Transfer {
+  public:
+    Transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame)
+        : m_book(book), m_grid(book.MSFG), m_desktop(desktop), m_frame(frame), m_copy(desktop) {}
+
+    TransferEnd run() {
+        try {
+            return steps();
+        } catch (const RuntimeError& error) {
+            fail(error);
+        } catch (const MissingLevel& reading) {
+            stopAtMissingLevel(reading);
+        }
+        return TransferEnd::Failed;
+    }
+
+  private:
+    TransferEnd steps() {
+        if (!widthsEntered()) return TransferEnd::Stopped;
+        if (m_frame.width == ExportFrame::Total) halveTotalWidth();
+        if (!saved()) return TransferEnd::Stopped;
+        m_copy.open();
+        emptyTables();
+        fillTables();
+        if (m_tally.errors >= 1) {
+            refuse();
+            return TransferEnd::Refused;
+        }
+        layOutFolder();
+        return TransferEnd::Done;
+    }
+
+    bool widthsEntered() {
+        if (m_frame.width != ExportFrame::Sides) return true;
+        if (val(m_frame.txtLW.text) == 0) return askFor("txtLW", "Enter Left Roadwidth 1st ...");
+        if (val(m_frame.txtRW.text) == 0) return askFor("txtRW", "Enter Right Roadwidth 1st ...");
+        return true;
+    }
+
+    bool askFor(std::string_view control, std::string_view message) {
+        m_desktop.messageBox(message);
+        m_frame.focus = control;
+        return false;
+    }
+
+    void halveTotalWidth() {
+        m_frame.txtLW.text = basic::format(val(m_frame.txtTW.text) / 2, basic::pattern("0.0##"));
+        m_frame.txtRW.text = m_frame.txtLW.text;
+    }
+
+    bool saved() {
+        project::saveProject(m_book, m_desktop);
+        if (m_book.hasFile()) return true;
+        m_desktop.messageBox("1st save this file...");
+        m_frame.Enb();
+        return false;
+    }
+
+    static void emptyTables() {
+        for (const char* statement :
+             {"Delete * From Lsect", "Delete * From Csect", "Delete * From Plan", "Delete * From dddd"})
+            mdlTools::RoadDb->Execute(statement);
+    }
+
+    void fillTables() {
+        dao::Recordset cSect = mdlTools::RoadDb->OpenRecordset("CSect");
+        dao::Recordset dddd = mdlTools::RoadDb->OpenRecordset("dddd");
+        mdlTools::RoadLSect = mdlTools::RoadDb->OpenRecordset("LSect");
+        upgradeLSect();
+        writeTitleLines(dddd);
+        cSect.setIndex("CSO");
+        walkRows(cSect);
+    }
+
+    /// The defaults of the second and third line are crossed over, and the fourth looks at the third's box:
+    /// the road program's users know them so.
+    void writeTitleLines(dao::Recordset& dddd) const {
+        const ExportFrame& f = m_frame;
+        const auto add = [&dddd](const std::optional<std::string>& line) {
+            dddd.AddNew();
+            if (line) dddd.Fields("dddd").setValue(*line);
+            dddd.Update();
+        };
+        const bool noDivision = isBlank(f.txtDiv);
+        add(isBlank(f.txtName) ? "Type here ProjectName - Shri. Dorvan Kessel" : f.txtName.text);
+        add(isBlank(f.txtSubDiv) ? "Type here div. - Shri. Dorvan Kessel" : f.txtSubDiv.text);
+        add(noDivision ? "Type here SubDn - Shri. Dorvan Kessel" : f.txtDiv.text);
+        add(noDivision ? "$Shri. Dorvan Kessel" : "$" + f.txtSurvey.text);
+        add(noDivision ? std::nullopt : std::optional<std::string>(""));
+    }
+
+    void walkRows(dao::Recordset& cSect) {
+        m_desktop.showProgress();
+        m_grid.setVisible(false);
+        const auto rows = static_cast<float>(m_grid.Rows());
+        ReadingWalk(m_grid, cSect, *mdlTools::RoadLSect, m_frame, m_tally).run([&](int rowsDone) {
+            m_desktop.setProgress(static_cast<float>(rowsDone) * 100 / rows);
+        });
+        m_grid.setVisible(true);
+        m_desktop.hideProgress();
+    }
+
+    void refuse() {
+        m_desktop.messageBox("There are " + std::to_string(m_tally.errors) +
+                             " Errors in your dataentry Please ckeck & then transfer it...");
+        m_copy.remove();
+        cancelExport(m_desktop, m_frame);
+        m_grid.moveTo(m_tally.lowestMarked, sheet::Chainage);
+        m_desktop.focusGrid();
+        tellMarkedRow(m_grid, m_desktop);
+    }
+
+    void layOutFolder() {
+        const std::string project = m_book.projectPath();
+        const std::string folder = freeFolder(project);
+        if (!basic::folderExists(folder)) basic::makeFolder(folder);
+        m_folder = folder;
+        m_copy.close();
+        basic::fileCopy(m_copy.path(), folder + "/Road.mdb");
+        basic::fileCopy(desktop::programFile(m_desktop, "Rod.dwg"), folder + "/Road.dwg");
+        basic::fileCopy(desktop::programFile(m_desktop, "Rod1.dwg"), folder + "/LRod.dwg");
+        basic::fileCopy(project, folder + "/" + basic::baseName(project));
+        m_desktop.messageBox(folder + " Folder is Created");
+        m_copy.remove();
+        m_frame.Enb();
+    }
+
+    /// The default folder, then the project's base name, with an "X" more for each road that is there
+    /// already.
+    std::string freeFolder(const std::string& project) {
+        const std::string stem = project.substr(0, project.size() - std::min<std::size_t>(4, project.size()));
+        std::string folder = basic::nativePath(m_book.DefaultFolder) + "/" + basic::baseName(stem);
+        const std::string usual = basic::nativePath("C:\\Road");
+        if (!basic::folderExists(usual)) basic::makeFolder(usual);
+        while (basic::fileExists(folder + "/Road.mdb")) {
+            m_desktop.messageBox(folder + " Folder is Allready Exists...");
+            folder += "X";
+        }
+        return folder;
+    }
+
+    void fail(const RuntimeError& error) {
+        const bool walking = m_tally.row > 0;
+        if (walking) m_grid.moveTo(m_tally.row, sheet::Chainage);
+        m_grid.setCellBackColor(sheet::dataError);
+        m_grid.setVisible(true);
+        const int number = error.number();
+        if (number == duplicateKey || number == emptyKey) {
+            m_grid.setCol(sheet::Chainage);
+            m_desktop.messageBox("Chainage " + m_grid.Text() +
+                                 (number == duplicateKey ? " have some data entry Mistake CHECK IT!!!"
+                                                         : " have some data Missing CHECK IT!!!"));
+            m_desktop.focusGrid();
+        } else {
+            m_desktop.messageBox(error.description());
+        }
+        m_copy.remove();
+        cancelExport(m_desktop, m_frame);
+        if (walking) tellMarkedRow(m_grid, m_desktop);
+        if (!m_folder.empty()) m_desktop.status(m_folder + " is not complete: " + error.description());
+    }
+
+    void stopAtMissingLevel(const MissingLevel& reading) {
+        m_grid.moveTo(m_tally.row, sheet::Chainage);
+        m_desktop.messageBox("There is no rl of Chn " + reading.chainage);
+        m_grid.setCellBackColor(missingLevel);
+        m_grid.setVisible(true);
+        cancelExport(m_desktop, m_frame);
+    }
+
+    sheet::Book& m_book;
+    sheet::Grid& m_grid;
+    desktop::Desktop& m_desktop;
+    ExportFrame& m_frame;
+    WorkCopy m_copy;
+    WalkTally m_tally;
+    std::string m_folder; ///< the project folder once it is made
+};
+
+} // namespace
+
+void showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+    if (book.MSFG.Rows() < 3) {
+        desktop.messageBox("1st Enter Field Book Data...");
+        return;
+    }
+    frame.Dsb();
+    sheet::reduceLevels(book, desktop);
+    frame.visible = true;
+}
+
+TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+    if (frame.chkFRL) {
+        CFrl(book.MSFG, desktop, frame);
+        frame.Enb();
+        return TransferEnd::Sent;
+    }
+    return Transfer(book, desktop, frame).run();
+}
+
+void cancelExport(desktop::Desktop& desktop, ExportFrame& frame) {
+    desktop.hideProgress();
+    frame.Enb();
+}
+
+} // namespace exchange

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "export_frame.h"
+#include "sheet/book.h"
+
+namespace exchange {
+
+/// How a transfer ended. Whatever it is, nothing is left behind in the program folder.
+enum class TransferEnd {
+    Done,    ///< the project folder is made
+    Sent,    ///< levels went as formation levels; what failed on the way is in the status bar
+    Stopped, ///< something to enter first; the frame says what
+    Refused, ///< rows are marked; the cursor stands on the lowest of them
+    Failed,  ///< an error, which was shown
+};
+
+/// The export button: reduces the book and shows the frame; a book without a row below the starting one only
+/// gets a message.
+void showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
+
+/// Transfer in the frame: checks the book, saves it, and makes the project folder of the road program under
+/// the default folder: Road.mdb, Road.dwg, LRod.dwg and a copy of the project. Works on "Rodd.mdb" in the
+/// program folder, a copy of the template "Rod.mdb". Never throws a RuntimeError.
+TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
+
+/// Cancel in the frame.
+void cancelExport(desktop::Desktop& desktop, ExportFrame& frame);
+
+} // namespace exchange
