@@ -1,0 +1,23 @@
+#pragma once
+
+#include "desktop/desktop.h"
+
+#include <string>
+#include <string_view>
+
+// The program's one password, in the program folder: the field "pwd" of the first record of table "Pwd" in
+// the database "suprt.dll" or, without that file, the first line of "lgn.lgn". Both are readable by their
+// owner only.
+
+namespace project {
+
+/// The stored password; empty when nothing is stored. Raises the store's error.
+[[nodiscard]] std::string storedPassword(desktop::Desktop& desktop);
+
+/// The same for the login, which makes an empty "lgn.lgn" where there is neither store.
+[[nodiscard]] std::string passwordForLogin(desktop::Desktop& desktop);
+
+/// Stores `password` as it stands. Raises the store's error; the old password then holds.
+void storePassword(desktop::Desktop& desktop, std::string_view password);
+
+} // namespace project
