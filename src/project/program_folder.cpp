@@ -60,13 +60,14 @@ std::string programFolder() {
     if (data != nullptr && *data == '/') return (fs::path(data) / "zavrogrl").string();
     const char* home = std::getenv("HOME");
     const fs::path base(home != nullptr && *home != 0 ? std::string(home) : basic::nativePath("C:\\"));
-    return (base / ".local" / "share" / "zavrogrl").string();
+    return (base / ".local" / "share" / "zavrogrl" / "templates").string();
 }
 
 std::string shippedFolder() {
     std::error_code error;
     const fs::path binary = fs::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (binary.parent_path().parent_path() / "share" / "zavrogrl").string();
+    return error ? std::string()
+                 : (binary.parent_path().parent_path() / "share" / "zavrogrl" / "templates").string();
 }
 
 std::string prepareProgramFolder(std::string_view folder, std::string_view shipped) {

@@ -10,7 +10,8 @@ namespace project {
 /// "zavrogrl" in the user's data folder: $XDG_DATA_HOME, or ~/.local/share where that is not set.
 [[nodiscard]] std::string programFolder();
 
-/// The files that ship with the program that is running: share/zavrogrl beside the folder of its binary.
+/// The files that ship with the program that is running: share/zavrogrl/templates beside the folder of
+/// its binary, in the build tree as in an installation.
 [[nodiscard]] std::string shippedFolder();
 
 /// Makes `folder` for its owner alone and lays in the files of `shipped` that it lacks; a file that is there,

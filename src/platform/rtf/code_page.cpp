@@ -15,50 +15,78 @@ const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // what iconv_open answers 
 
 std::string nameOf(int page) {
     switch (page) {
-    case 1361: return "JOHAB";
-    case 10000: return "MACINTOSH";
-    case 65001: return "UTF-8";
-    default: return "CP" + std::to_string(page);
+    case 1361:
+        return "JOHAB";
+    case 10000:
+        return "MACINTOSH";
+    case 65001:
+        return "UTF-8";
+    default:
+        return "CP" + std::to_string(page);
     }
 }
 
 // The two bullets that word processors take from the symbol font; the rest is read as Western text.
 void appendSymbols(std::string& out, std::string_view bytes, CodePage& pages) {
     for (const char c : bytes) {
-        if (c == '\xB7') out += "\u2022";
-        else if (c == '\xA7') out += "\u25AA";
-        else pages.append(out, std::string_view(&c, 1), kWestern);
+        if (c == '\xB7')
+            out += "\u2022";
+        else if (c == '\xA7')
+            out += "\u25AA";
+        else
+            pages.append(out, std::string_view(&c, 1), kWestern);
     }
 }
 
 bool isAscii(std::string_view bytes) {
-    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 } // namespace
 
 int pageOfCharset(int charset, int standard) {
     switch (charset) {
-    case 0: return kWestern;
-    case 2: return kSymbolPage;
-    case 77: return 10000;
-    case 128: return 932;
-    case 129: return 949;
-    case 130: return 1361;
-    case 134: return 936;
-    case 136: return 950;
-    case 161: return 1253;
-    case 162: return 1254;
-    case 163: return 1258;
-    case 177: return 1255;
-    case 178: return 1256;
-    case 186: return 1257;
-    case 204: return 1251;
-    case 222: return 874;
-    case 238: return 1250;
-    case 254: return 437;
-    case 255: return 850;
-    default: return standard;
+    case 0:
+        return kWestern;
+    case 2:
+        return kSymbolPage;
+    case 77:
+        return 10000;
+    case 128:
+        return 932;
+    case 129:
+        return 949;
+    case 130:
+        return 1361;
+    case 134:
+        return 936;
+    case 136:
+        return 950;
+    case 161:
+        return 1253;
+    case 162:
+        return 1254;
+    case 163:
+        return 1258;
+    case 177:
+        return 1255;
+    case 178:
+        return 1256;
+    case 186:
+        return 1257;
+    case 204:
+        return 1251;
+    case 222:
+        return 874;
+    case 238:
+        return 1250;
+    case 254:
+        return 437;
+    case 255:
+        return 850;
+    default:
+        return standard;
     }
 }
 

@@ -14,8 +14,12 @@ constexpr std::size_t kMostCells = 63;
 constexpr std::size_t kMostTabs = 64;
 constexpr int kLongestLength = 31680; // 22 inches, the format's own largest measure
 
-int length(std::optional<int> number) { return std::clamp(number.value_or(0), -kLongestLength, kLongestLength); }
-bool isOn(std::optional<int> number) { return number.value_or(1) != 0; }
+int length(std::optional<int> number) {
+    return std::clamp(number.value_or(0), -kLongestLength, kLongestLength);
+}
+bool isOn(std::optional<int> number) {
+    return number.value_or(1) != 0;
+}
 
 // The target in HYPERLINK "target" or, for a place in the same document, HYPERLINK \l "place".
 std::string linkOf(std::string_view instruction) {
@@ -58,7 +62,9 @@ Document read(std::string_view bytes) {
     return Parser(source).run();
 }
 
-Parser::Parser(std::string_view source) : m_tokens(source) { m_groups.emplace_back(); }
+Parser::Parser(std::string_view source) : m_tokens(source) {
+    m_groups.emplace_back();
+}
 
 Document Parser::run() {
     bool more = true;
@@ -66,13 +72,27 @@ Document Parser::run() {
         const Token token = m_tokens.next();
         if (token.kind != Token::Kind::Text && token.kind != Token::Kind::Byte) flush();
         switch (token.kind) {
-        case Token::Kind::End: more = false; break;
-        case Token::Kind::Open: open(); break;
-        case Token::Kind::Close: more = close(); break;
-        case Token::Kind::Word: word(token); break;
-        case Token::Kind::Symbol: symbol(token.text.front()); break;
-        case Token::Kind::Byte: bytes(std::string_view(&token.byte, 1)); break;
-        case Token::Kind::Text: bytes(token.text); break;
+        case Token::Kind::End:
+            more = false;
+            break;
+        case Token::Kind::Open:
+            open();
+            break;
+        case Token::Kind::Close:
+            more = close();
+            break;
+        case Token::Kind::Word:
+            word(token);
+            break;
+        case Token::Kind::Symbol:
+            symbol(token.text.front());
+            break;
+        case Token::Kind::Byte:
+            bytes(std::string_view(&token.byte, 1));
+            break;
+        case Token::Kind::Text:
+            bytes(token.text);
+            break;
         }
     }
     flush();
@@ -130,9 +150,15 @@ void Parser::word(const Token& token) {
         m_standardFont = number.value_or(0);
         group().character.font = fontIndex(m_standardFont);
         break;
-    case Action::SkipAfterUnicode: group().unicodeSkip = std::clamp(number.value_or(1), 0, 255); break;
-    case Action::Unicode: unicode(number.value_or(0)); break;
-    case Action::Insert: character(static_cast<char32_t>(known->value)); break;
+    case Action::SkipAfterUnicode:
+        group().unicodeSkip = std::clamp(number.value_or(1), 0, 255);
+        break;
+    case Action::Unicode:
+        unicode(number.value_or(0));
+        break;
+    case Action::Insert:
+        character(static_cast<char32_t>(known->value));
+        break;
     default:
         characterWord(*known, number);
         paragraphWord(*known, number);
@@ -143,14 +169,29 @@ void Parser::word(const Token& token) {
 bool Parser::groupWord(const Word& word) {
     Destination& destination = group().destination;
     switch (word.action) {
-    case Action::SkipGroup: destination = Destination::Skip; return true;
-    case Action::ShownGroup: destination = Destination::Body; return true;
-    case Action::FontTable: destination = Destination::Fonts; return true;
-    case Action::ColourTable: destination = Destination::Colours; return true;
-    case Action::Field: m_instruction.clear(); return true;
-    case Action::FieldInstruction: destination = Destination::FieldInstruction; return true;
-    case Action::FieldResult: group().character.link = linkOf(m_instruction); return true;
-    default: return false;
+    case Action::SkipGroup:
+        destination = Destination::Skip;
+        return true;
+    case Action::ShownGroup:
+        destination = Destination::Body;
+        return true;
+    case Action::FontTable:
+        destination = Destination::Fonts;
+        return true;
+    case Action::ColourTable:
+        destination = Destination::Colours;
+        return true;
+    case Action::Field:
+        m_instruction.clear();
+        return true;
+    case Action::FieldInstruction:
+        destination = Destination::FieldInstruction;
+        return true;
+    case Action::FieldResult:
+        group().character.link = linkOf(m_instruction);
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -168,24 +209,44 @@ void Parser::characterWord(const Word& word, std::optional<int> number) {
     case Action::FontNumber:
         if (group().destination != Destination::Fonts) {
             format.font = fontIndex(number.value_or(0));
-        } else if (m_fontIndex.try_emplace(number.value_or(0), static_cast<int>(m_document.fonts.size())).second) {
+        } else if (m_fontIndex.try_emplace(number.value_or(0), static_cast<int>(m_document.fonts.size()))
+                       .second) {
             m_document.fonts.emplace_back();
             m_fontPages.push_back(m_page);
         }
         break;
-    case Action::FontSize: format.halfPoints = std::clamp(number.value_or(24), 2, 800); break;
-    case Action::Bold: format.bold = isOn(number); break;
-    case Action::Italic: format.italic = isOn(number); break;
-    case Action::Underline: format.underline = isOn(number); break;
-    case Action::NoUnderline: format.underline = false; break;
-    case Action::Strike: format.strike = isOn(number); break;
+    case Action::FontSize:
+        format.halfPoints = std::clamp(number.value_or(24), 2, 800);
+        break;
+    case Action::Bold:
+        format.bold = isOn(number);
+        break;
+    case Action::Italic:
+        format.italic = isOn(number);
+        break;
+    case Action::Underline:
+        format.underline = isOn(number);
+        break;
+    case Action::NoUnderline:
+        format.underline = false;
+        break;
+    case Action::Strike:
+        format.strike = isOn(number);
+        break;
     case Action::ScriptKind:
         format.script = isOn(number) ? static_cast<Script>(word.value) : Script::Normal;
         break;
-    case Action::Hidden: group().hidden = isOn(number); break;
-    case Action::TextColour: format.text = colour(number); break;
-    case Action::BackColour: format.background = colour(number); break;
-    default: break;
+    case Action::Hidden:
+        group().hidden = isOn(number);
+        break;
+    case Action::TextColour:
+        format.text = colour(number);
+        break;
+    case Action::BackColour:
+        format.background = colour(number);
+        break;
+    default:
+        break;
     }
 }
 
@@ -196,21 +257,38 @@ void Parser::paragraphWord(const Word& word, std::optional<int> number) {
         format = {};
         group().inTable = false;
         break;
-    case Action::Align: format.alignment = static_cast<Alignment>(word.value); break;
-    case Action::LeftIndent: format.left = length(number); break;
-    case Action::RightIndent: format.right = length(number); break;
-    case Action::FirstIndent: format.first = length(number); break;
-    case Action::SpaceBefore: format.before = length(number); break;
-    case Action::SpaceAfter: format.after = length(number); break;
-    case Action::Outline: format.outline = std::clamp(number.value_or(0), -1, 8); break;
+    case Action::Align:
+        format.alignment = static_cast<Alignment>(word.value);
+        break;
+    case Action::LeftIndent:
+        format.left = length(number);
+        break;
+    case Action::RightIndent:
+        format.right = length(number);
+        break;
+    case Action::FirstIndent:
+        format.first = length(number);
+        break;
+    case Action::SpaceBefore:
+        format.before = length(number);
+        break;
+    case Action::SpaceAfter:
+        format.after = length(number);
+        break;
+    case Action::Outline:
+        format.outline = std::clamp(number.value_or(0), -1, 8);
+        break;
     case Action::TabStop:
         if (format.tabs.size() < kMostTabs) format.tabs.push_back(length(number));
         break;
-    case Action::ParagraphEnd: endParagraph(); break;
+    case Action::ParagraphEnd:
+        endParagraph();
+        break;
     case Action::SectionEnd:
         if (!m_runs.empty()) endParagraph();
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -218,14 +296,24 @@ void Parser::tableWord(const Word& word, std::optional<int> number) {
     const auto part = static_cast<std::uint8_t>(std::clamp(number.value_or(0), 0, 255));
     const auto mixed = [this]() -> Colour& { return m_nextColour ? *m_nextColour : m_nextColour.emplace(); };
     switch (word.action) {
-    case Action::InTable: group().inTable = true; break;
-    case Action::RowDefaults: m_edges.clear(); break;
+    case Action::InTable:
+        group().inTable = true;
+        break;
+    case Action::RowDefaults:
+        m_edges.clear();
+        break;
     case Action::CellEdge:
         if (m_edges.size() < kMostCells) m_edges.push_back(length(number));
         break;
-    case Action::CellEnd: endCell(); break;
-    case Action::RowEnd: endRow(); break;
-    case Action::NestedCellEnd: text("\t"); break;
+    case Action::CellEnd:
+        endCell();
+        break;
+    case Action::RowEnd:
+        endRow();
+        break;
+    case Action::NestedCellEnd:
+        text("\t");
+        break;
     case Action::Charset:
         if (!m_fontPages.empty()) m_fontPages.back() = pageOfCharset(number.value_or(1), m_page);
         break;
@@ -235,10 +323,17 @@ void Parser::tableWord(const Word& word, std::optional<int> number) {
     case Action::FontFamily:
         if (!m_document.fonts.empty()) m_document.fonts.back().family = static_cast<Family>(word.value);
         break;
-    case Action::Red: mixed().red = part; break;
-    case Action::Green: mixed().green = part; break;
-    case Action::Blue: mixed().blue = part; break;
-    default: break;
+    case Action::Red:
+        mixed().red = part;
+        break;
+    case Action::Green:
+        mixed().green = part;
+        break;
+    case Action::Blue:
+        mixed().blue = part;
+        break;
+    default:
+        break;
     }
 }
 
@@ -290,7 +385,8 @@ int Parser::fontIndex(int number) const {
 int Parser::currentPage() const {
     const Group& current = m_groups.back();
     if (current.destination == Destination::Fonts) return m_fontPages.empty() ? m_page : m_fontPages.back();
-    return current.character.font >= 0 ? m_fontPages[static_cast<std::size_t>(current.character.font)] : m_page;
+    return current.character.font >= 0 ? m_fontPages[static_cast<std::size_t>(current.character.font)]
+                                       : m_page;
 }
 
 std::optional<Colour> Parser::colour(std::optional<int> number) const {

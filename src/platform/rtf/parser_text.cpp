@@ -19,16 +19,27 @@ void Parser::symbol(char c) {
     switch (c) {
     case '\\':
     case '{':
-    case '}': bytes(std::string_view(&c, 1)); break;
-    case '~': character(0x00A0); break;
-    case '-': character(0x00AD); break;
-    case '_': character(0x2011); break;
-    case '\t': character('\t'); break;
+    case '}':
+        bytes(std::string_view(&c, 1));
+        break;
+    case '~':
+        character(0x00A0);
+        break;
+    case '-':
+        character(0x00AD);
+        break;
+    case '_':
+        character(0x2011);
+        break;
+    case '\t':
+        character('\t');
+        break;
     case '\r':
     case '\n':
         if (group().destination == Destination::Body) endParagraph();
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -79,8 +90,11 @@ void Parser::character(char32_t c) {
 
 void Parser::text(std::string_view utf8) {
     switch (group().destination) {
-    case Destination::Skip: return;
-    case Destination::FieldInstruction: m_instruction += utf8; return;
+    case Destination::Skip:
+        return;
+    case Destination::FieldInstruction:
+        m_instruction += utf8;
+        return;
     case Destination::Fonts:
         if (!m_document.fonts.empty()) m_document.fonts.back().name += utf8.substr(0, utf8.find(';'));
         return;
@@ -88,12 +102,14 @@ void Parser::text(std::string_view utf8) {
         for (const char c : utf8)
             if (c == ';') m_colours.push_back(std::exchange(m_nextColour, std::nullopt));
         return;
-    case Destination::Body: break;
+    case Destination::Body:
+        break;
     }
     if (group().hidden || utf8.empty()) return;
     if (m_runs.empty() || m_runs.back().format != group().character)
         m_runs.push_back({std::string(utf8), group().character});
-    else m_runs.back().text += utf8;
+    else
+        m_runs.back().text += utf8;
 }
 
 std::string plainText(const Document& document) {

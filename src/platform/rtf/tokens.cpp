@@ -6,8 +6,12 @@ namespace rtf {
 
 namespace {
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 int hexValue(char c) {
     if (isDigit(c)) return c - '0';
@@ -79,6 +83,8 @@ Token Tokens::word() {
     return token;
 }
 
-void Tokens::skip(std::size_t bytes) { m_at += std::min(bytes, m_source.size() - m_at); }
+void Tokens::skip(std::size_t bytes) {
+    m_at += std::min(bytes, m_source.size() - m_at);
+}
 
 } // namespace rtf

@@ -9,9 +9,15 @@ namespace rtf {
 
 namespace {
 
-constexpr int of(Alignment alignment) { return static_cast<int>(alignment); }
-constexpr int of(Family family) { return static_cast<int>(family); }
-constexpr int of(Script script) { return static_cast<int>(script); }
+constexpr int of(Alignment alignment) {
+    return static_cast<int>(alignment);
+}
+constexpr int of(Family family) {
+    return static_cast<int>(family);
+}
+constexpr int of(Script script) {
+    return static_cast<int>(script);
+}
 
 constexpr auto kWords = [] {
     std::array words{
@@ -151,8 +157,9 @@ constexpr auto kWords = [] {
 } // namespace
 
 const Word* findWord(std::string_view name) {
-    const auto found = std::lower_bound(kWords.begin(), kWords.end(), name,
-                                        [](const Word& word, std::string_view key) { return word.name < key; });
+    const auto found =
+        std::lower_bound(kWords.begin(), kWords.end(), name,
+                         [](const Word& word, std::string_view key) { return word.name < key; });
     return found != kWords.end() && found->name == name ? &*found : nullptr;
 }
 
