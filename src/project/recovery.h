@@ -5,13 +5,16 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <string_view>
 
 // A copy of an unsaved book in the program folder, for the start after a crash or a power cut. It goes by its
 // own mark: the grid differs from what was last made, loaded or saved. It never touches a project file.
 
 namespace project {
+
+/// Copies are files in the program folder whose names begin so.
+inline constexpr const char* copyPrefix = "recovery-";
 
 /// True while the grid holds something that no file has.
 [[nodiscard]] bool isUnsaved(const sheet::Book& book);
@@ -20,11 +23,13 @@ namespace project {
 /// grid is dropped without a question. Returns the copy's path, empty when there is none. Raises nothing.
 std::string setAside(const sheet::Book& book, desktop::Desktop& desktop);
 
+class LockedFile;
+
 /// The copy of this process. It is locked while the process lives, so that another instance does not offer
 /// it.
 class Recovery {
   public:
-    Recovery(sheet::Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
+    Recovery(sheet::Book& book, desktop::Desktop& desktop);
     Recovery(const Recovery&) = delete;
     Recovery& operator=(const Recovery&) = delete;
     ~Recovery();
@@ -33,24 +38,25 @@ class Recovery {
     /// first, until one is taken.
     void offer();
 
-    /// Writes the copy anew when the book is unsaved and has changed since; removes it when it is not. To be
-    /// called by the window's timer when keys have rested for a second. Returns how long to wait at least
-    /// before the next call: copies are written every 10 seconds at most.
+    /// Writes the copy anew when the book is unsaved and has changed since; removes it when it is not
+    /// unsaved. To be called by the window's timer when keys have rested for a second. Returns how long to
+    /// wait at least before the next call: a copy is written every 10 seconds at most.
     std::chrono::milliseconds keep();
 
     /// A normal end: the copy goes.
     void discard();
 
   private:
-    void write();
+    void write(std::uint64_t mark);
+    void restore(const struct BookCopy& copy);
 
     sheet::Book& m_book;
     desktop::Desktop& m_desktop;
-    std::string m_path;
-    int m_lock = -1; // descriptor of the copy, locked
-    std::uint64_t m_mark = 0;
+    std::string m_path; // of this process's copy; empty while there is none
+    std::unique_ptr<LockedFile> m_file;
+    std::uint64_t m_mark = 0; // of the grid in the copy
     std::chrono::system_clock::time_point m_written{};
-    bool m_toldFailure = false;
+    bool m_failureTold = false;
 };
 
 } // namespace project

@@ -33,7 +33,8 @@ std::string Book::projectPath() const {
 }
 
 bool Book::hasFile() const {
-    return Caption.starts_with(captionPrefix) && !projectPath().empty();
+    const std::string path = projectPath();
+    return !path.empty() && path != "NoName.grl";
 }
 
 void Book::setProjectPath(std::string_view path) {

@@ -1,0 +1,28 @@
+#include "append.h"
+
+#include "project_file.h"
+
+#include <optional>
+
+namespace project {
+
+void appendProject(sheet::Book& book, desktop::Desktop& desktop) {
+    std::optional<std::string> chosen = desktop.fileDialog(desktop::FileDialog::Open, book.FileName);
+    if (!chosen || chosen->empty() || *chosen == "*.grl") return;
+    book.FileName = std::move(*chosen);
+    try {
+        GrlReader reader(book.FileName);
+        if (reader.count() == 0) return;
+        const int rows = book.MSFG.Rows();
+        if (reader.count() > mostRows - rows)
+            throw basic::RuntimeError(7, "The two books together have too many rows");
+        book.MSFG.setRows(rows + reader.count());
+        reader.fill(book, desktop, rows);
+        desktop.status(std::to_string(reader.count()) + " rows were added below row " +
+                       std::to_string(rows - 1) + ".");
+    } catch (const basic::RuntimeError& error) {
+        desktop.messageBox(error.description());
+    }
+}
+
+} // namespace project

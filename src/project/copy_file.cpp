@@ -1,0 +1,183 @@
+#include "copy_file.h"
+
+#include "basic/files.h"
+#include "basic/numbers.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include <utility>
+
+namespace project {
+
+namespace {
+
+constexpr std::string_view firstLine = "ZavroGrl unsaved book 1";
+
+void addEscaped(std::string& out, std::string_view text) {
+    for (const char c : text) {
+        switch (c) {
+        case '\t':
+            out += "\\t";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        default:
+            out += c;
+        }
+    }
+}
+
+std::string unescaped(std::string_view text) {
+    std::string plain;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\\' || at + 1 == text.size()) {
+            plain += text[at];
+            continue;
+        }
+        ++at;
+        plain += text[at] == 't' ? '\t' : text[at] == 'n' ? '\n' : text[at];
+    }
+    return plain;
+}
+
+/// Takes the text up to `end` off the front of `from`; nothing when `end` does not come.
+std::optional<std::string_view> take(std::string_view& from, char end) {
+    const std::size_t at = from.find(end);
+    if (at == std::string_view::npos) return std::nullopt;
+    const std::string_view part = from.substr(0, at);
+    from.remove_prefix(at + 1);
+    return part;
+}
+
+/// The value of the next line, which must begin with `name` and a blank.
+std::optional<std::string> takeNamed(std::string_view& from, std::string_view name) {
+    const std::optional<std::string_view> line = take(from, '\n');
+    if (!line || !line->starts_with(name) || line->size() == name.size()) return std::nullopt;
+    return unescaped(line->substr(name.size() + 1));
+}
+
+std::optional<std::vector<std::string>> parseRow(std::string_view line) {
+    std::vector<std::string> cells;
+    while (const std::optional<std::string_view> cell = take(line, '\t'))
+        cells.push_back(unescaped(*cell));
+    cells.push_back(unescaped(line));
+    if (cells.size() != sheet::columnCount) return std::nullopt;
+    return cells;
+}
+
+} // namespace
+
+std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_point written) {
+    std::string out(firstLine);
+    const auto line = [&out](std::string_view name, std::string_view value) {
+        out += '\n';
+        out += name;
+        out += ' ';
+        addEscaped(out, value);
+    };
+    line("written", std::to_string(std::chrono::system_clock::to_time_t(written)));
+    line("caption", book.Caption);
+    line("file", book.FileName);
+    line("mark", book.FileMark);
+    line("side", std::string(1, book.CurrentSide));
+    std::array<char, 32> height{};
+    const auto end = std::to_chars(height.data(), height.data() + height.size(), book.CurrentHI).ptr;
+    line("height", std::string_view(height.data(), static_cast<std::size_t>(end - height.data())));
+    const sheet::Grid& grid = book.MSFG;
+    for (int row = 1; row < grid.Rows(); ++row) {
+        out += "\nrow";
+        for (int col = 0; col < grid.Cols(); ++col) {
+            out += col == 0 ? ' ' : '\t';
+            addEscaped(out, grid.Text(row, col));
+        }
+    }
+    out += "\nend\n";
+    return out;
+}
+
+std::optional<BookCopy> parseCopy(std::string_view content) {
+    if (take(content, '\n') != firstLine) return std::nullopt;
+    const auto written = takeNamed(content, "written");
+    auto caption = takeNamed(content, "caption");
+    auto fileName = takeNamed(content, "file");
+    auto mark = takeNamed(content, "mark");
+    const auto side = takeNamed(content, "side");
+    const auto height = takeNamed(content, "height");
+    if (!written || !caption || !fileName || !mark || !side || side->size() != 1 || !height)
+        return std::nullopt;
+
+    BookCopy copy;
+    std::time_t seconds = 0;
+    std::from_chars(written->data(), written->data() + written->size(), seconds);
+    copy.written = std::chrono::system_clock::from_time_t(seconds);
+    copy.caption = std::move(*caption);
+    copy.fileName = std::move(*fileName);
+    copy.fileMark = std::move(*mark);
+    copy.side = side->front();
+    std::from_chars(height->data(), height->data() + height->size(), copy.height);
+    while (const std::optional<std::string_view> line = take(content, '\n')) {
+        if (*line == "end" && !copy.rows.empty()) return copy;
+        std::optional<std::vector<std::string>> row;
+        if (line->starts_with("row ")) row = parseRow(line->substr(4));
+        if (!row) return std::nullopt;
+        copy.rows.push_back(std::move(*row));
+    }
+    return std::nullopt;
+}
+
+LockedFile::LockedFile(LockedFile&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+
+LockedFile& LockedFile::operator=(LockedFile&& other) noexcept {
+    std::swap(m_descriptor, other.m_descriptor);
+    return *this;
+}
+
+LockedFile::~LockedFile() {
+    if (isHeld()) close(m_descriptor);
+}
+
+LockedFile LockedFile::write(const std::string& path, std::string_view content) {
+    const std::string draft = path + ".tmp";
+    LockedFile file(open(draft.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+    bool good = file.isHeld() && flock(file.m_descriptor, LOCK_EX | LOCK_NB) == 0;
+    while (good && !content.empty()) {
+        const ssize_t count = ::write(file.m_descriptor, content.data(), content.size());
+        if (count > 0)
+            content.remove_prefix(static_cast<std::size_t>(count));
+        else
+            good = count < 0 && errno == EINTR;
+    }
+    good = good && fsync(file.m_descriptor) == 0 && std::rename(draft.c_str(), path.c_str()) == 0;
+    if (!good) {
+        const int error = errno;
+        unlink(draft.c_str());
+        basic::raiseFileError(basic::FileAction::OpenForOutput, error);
+    }
+    return file;
+}
+
+LockedFile LockedFile::lock(const std::string& path) {
+    LockedFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (file.isHeld() && flock(file.m_descriptor, LOCK_EX | LOCK_NB) != 0) file = LockedFile();
+    return file;
+}
+
+std::string LockedFile::read() const {
+    std::string content;
+    std::array<char, 65536> part;
+    ssize_t count = 0;
+    while ((count = ::pread(m_descriptor, part.data(), part.size(), static_cast<off_t>(content.size()))) > 0)
+        content.append(part.data(), static_cast<std::size_t>(count));
+    return content;
+}
+
+} // namespace project

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "sheet/book.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The recovery copy as a file: a text of one line a row, the cells parted by tabs, between a few named lines
+// and the line "end", without which the file counts as damaged.
+
+namespace project {
+
+struct BookCopy {
+    std::chrono::system_clock::time_point written;
+    std::string caption;
+    std::string fileName;
+    std::string fileMark;
+    char side = 'C';
+    float height = 0;
+    std::vector<std::vector<std::string>> rows;
+};
+
+[[nodiscard]] std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_point written);
+
+/// The copy in `content`; nothing when it is damaged or none of ours.
+[[nodiscard]] std::optional<BookCopy> parseCopy(std::string_view content);
+
+/// A file that this process holds locked; the lock ends with the object or the process, the file stays.
+class LockedFile {
+  public:
+    LockedFile() = default;
+    LockedFile(LockedFile&& other) noexcept;
+    LockedFile& operator=(LockedFile&& other) noexcept;
+    ~LockedFile();
+
+    /// Writes `content` as `path` whole: the file is locked and on the disk before it gets its name. Raises
+    /// the error of opening a file for writing.
+    static LockedFile write(const std::string& path, std::string_view content);
+    /// Locks an existing file; one that is not held (see below) when it is gone or another holds it.
+    static LockedFile lock(const std::string& path);
+
+    [[nodiscard]] bool isHeld() const { return m_descriptor >= 0; }
+    [[nodiscard]] std::string read() const;
+
+  private:
+    explicit LockedFile(int descriptor) : m_descriptor(descriptor) {}
+    int m_descriptor = -1;
+};
+
+} // namespace project

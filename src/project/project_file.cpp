@@ -1,0 +1,264 @@
+#include "project_file.h"
+
+#include "basic/files.h"
+#include "basic/numbers.h"
+#include "marks.h"
+#include "sheet/cells.h"
+#include "tools/chainage.h"
+#include "tools/safe_field_value.h"
+
+#include <array>
+#include <cmath>
+#include <optional>
+
+namespace project {
+
+namespace {
+
+constexpr const char* table = "Grl";
+constexpr int outOfMemory = 7;
+constexpr int invalidPassword = 3031;
+constexpr int unrecognizedFormat = 3343;
+
+/// The fields of Grl, looked up once and not by name in each record. A field that an unusual file lacks is an
+/// error where it is used.
+class Fields {
+  public:
+    enum Name { Chn, Oft, B, i, F, HI, rl, Rem, count };
+
+    explicit Fields(dao::Recordset& grl) : m_grl(grl) {
+        for (std::size_t name = 0; name < count; ++name) {
+            try {
+                m_fields[name] = grl.Fields(names[name]);
+            } catch (const basic::RuntimeError&) {
+                m_fields[name].reset();
+            }
+        }
+    }
+
+    dao::Field& operator[](Name name) {
+        if (!m_fields[name]) m_fields[name] = m_grl.Fields(names[name]); // raises that there is none
+        return *m_fields[name];
+    }
+
+  private:
+    static constexpr std::array<const char*, count> names{"Chn", "Oft", "B", "i", "F", "HI", "rl", "Rem"};
+    dao::Recordset& m_grl;
+    std::array<std::optional<dao::Field>, count> m_fields;
+};
+
+/// Fields that hold the text of one cell, with the cell's column.
+struct CellField {
+    Fields::Name name;
+    int col;
+};
+constexpr std::array<CellField, 6> cellFields{{{Fields::B, sheet::BackSight},
+                                               {Fields::i, sheet::InterSight},
+                                               {Fields::F, sheet::ForeSight},
+                                               {Fields::HI, sheet::HgtInst},
+                                               {Fields::rl, sheet::RLevel},
+                                               {Fields::Rem, sheet::Remark}}};
+
+/// Shows the grid again and hides the progress bar, however the work ends.
+class HiddenGrid {
+  public:
+    HiddenGrid(sheet::Grid& grid, desktop::Desktop& desktop) : m_grid(grid), m_desktop(desktop) {
+        m_desktop.showProgress();
+        m_grid.setVisible(false);
+    }
+    HiddenGrid(const HiddenGrid&) = delete;
+    HiddenGrid& operator=(const HiddenGrid&) = delete;
+    ~HiddenGrid() {
+        m_grid.setVisible(true);
+        m_desktop.hideProgress();
+    }
+
+  private:
+    sheet::Grid& m_grid;
+    desktop::Desktop& m_desktop;
+};
+
+/// Writes rows into the records of a table and counts what the table does not take.
+class RowWriter {
+  public:
+    RowWriter(dao::Recordset& grl, const sheet::Grid& grid) : m_grl(grl), m_fields(grl), m_grid(grid) {}
+
+    void write(int row) {
+        m_row = row;
+        m_grl.AddNew();
+        set(Fields::Chn, sheet::Chainage, [&] { return dao::Value(text(sheet::Chainage)); });
+        writeOffset();
+        for (const auto [name, col] : cellFields)
+            if (!text(col).empty()) set(name, col, [&] { return dao::Value(text(col)); });
+        attempt(sheet::Chainage, [&] { m_grl.Update(); });
+    }
+
+    [[nodiscard]] const Refused& refused() const { return m_refused; }
+
+  private:
+    [[nodiscard]] const std::string& text(int col) const { return m_grid.Text(m_row, col); }
+
+    /// Right goes before Left and Left before Center, whatever a row fills. A text that is no number leaves
+    /// what was there before it.
+    void writeOffset() {
+        const std::string& center = text(sheet::Center);
+        const bool sided = !text(sheet::Left).empty() || !text(sheet::Right).empty();
+        if (center.empty() || !sided)
+            set(Fields::Oft, sheet::Center, [&] { return number(center.empty() ? 0 : basic::cDbl(center)); });
+        if (!text(sheet::Left).empty())
+            set(Fields::Oft, sheet::Left, [&] { return number(-basic::val(text(sheet::Left))); });
+        if (!text(sheet::Right).empty())
+            set(Fields::Oft, sheet::Right, [&] { return number(basic::val(text(sheet::Right))); });
+    }
+
+    static dao::Value number(double value) { return value == 0 ? 0.0 : value; } // never minus zero
+
+    template <typename Make>
+    void set(Fields::Name name, int col, Make&& make) {
+        attempt(col, [&] { m_fields[name].setValue(make()); });
+    }
+
+    template <typename Step>
+    void attempt(int col, Step&& step) {
+        try {
+            step();
+        } catch (const basic::RuntimeError&) {
+            if (m_refused.count++ == 0) {
+                m_refused.row = m_row;
+                m_refused.col = col;
+            }
+        }
+    }
+
+    dao::Recordset& m_grl;
+    Fields m_fields;
+    const sheet::Grid& m_grid;
+    int m_row = 0;
+    Refused m_refused;
+};
+
+/// A value as a number, if it reads as one.
+std::optional<double> numberOf(const dao::Value& value) {
+    if (const auto* whole = std::get_if<std::int32_t>(&value)) return *whole;
+    if (const auto* single = std::get_if<float>(&value)) return *single;
+    if (const auto* real = std::get_if<double>(&value)) return *real;
+    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && basic::isNumber(*text))
+        return basic::cDbl(*text);
+    return std::nullopt;
+}
+
+std::string levelText(const dao::Value& value) {
+    const std::optional<double> number = numberOf(value);
+    return number ? sheet::levelText(*number) : dao::toText(value);
+}
+
+/// The text of an offset without its sign, in the column of its side.
+void showOffset(sheet::Grid& grid, int row, const dao::Value& value) {
+    if (dao::isNull(value)) return;
+    const std::optional<double> number = numberOf(value);
+    if (!number) throw basic::RuntimeError(basic::TypeMismatch);
+    if (*number == 0)
+        grid.setText(row, sheet::Center, "0");
+    else if (*number > 0)
+        grid.setText(row, sheet::Right, dao::toText(value));
+    else if (const auto* single = std::get_if<float>(&value))
+        grid.setText(row, sheet::Left, basic::text(-*single));
+    else
+        grid.setText(row, sheet::Left, basic::text(-*number));
+}
+
+void showRecord(Fields& fields, sheet::Book& book, int row) {
+    sheet::Grid& grid = book.MSFG;
+    grid.setText(row, sheet::Chainage, mdlTools::cleanChainage(dao::toText(fields[Fields::Chn].value())));
+    showOffset(grid, row, fields[Fields::Oft].value());
+    for (const auto [name, col] : cellFields) {
+        const dao::Value value = fields[name].value();
+        const bool level = name == Fields::HI || name == Fields::rl;
+        grid.setText(row, col, level ? levelText(value) : dao::toText(value));
+    }
+    if (!dao::isNull(fields[Fields::HI].value())) {
+        const std::optional<double> height = numberOf(mdlTools::SafeFieldValue(fields[Fields::HI]));
+        if (height) book.CurrentHI = basic::cSng(*height);
+    }
+}
+
+} // namespace
+
+Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view path) {
+    sheet::Grid& grid = book.MSFG;
+    dao::Database database = dao::OpenDatabase(basic::nativePath(path), connect);
+    dao::Recordset grl = database.OpenRecordset(table);
+    const HiddenGrid hidden(grid, desktop);
+    if (grl.RecordCount() > 0) {
+        grl.MoveFirst();
+        while (!grl.EOF_()) {
+            grl.Delete();
+            desktop.setProgress(grl.PercentPosition());
+            grl.MoveNext();
+        }
+    }
+    RowWriter writer(grl, grid);
+    for (int row = 1; row < grid.Rows(); ++row) {
+        writer.write(row);
+        desktop.setProgress(static_cast<float>(row) * 100 / static_cast<float>(grid.Rows()));
+    }
+    database.Close();
+    return writer.refused();
+}
+
+GrlReader::GrlReader(std::string_view path)
+    : m_database(dao::OpenDatabase(basic::nativePath(path), connect)),
+      m_grl(m_database.OpenRecordset(table)),
+      m_count(m_grl.RecordCount()) {
+    if (m_count > mostRows)
+        throw basic::RuntimeError(outOfMemory, "The file has " + std::to_string(m_count) +
+                                                   " rows; a book takes " + std::to_string(mostRows) +
+                                                   " at most");
+}
+
+void GrlReader::fill(sheet::Book& book, desktop::Desktop& desktop, int firstRow) {
+    // No guard here: after an error the grid stays hidden and the bar shown, until Open shows the grid again.
+    desktop.showProgress();
+    book.MSFG.setVisible(false);
+    Fields fields(m_grl);
+    m_grl.MoveFirst();
+    for (std::int32_t k = 0; k < m_count; ++k) {
+        showRecord(fields, book, firstRow + k);
+        desktop.setProgress(m_grl.PercentPosition());
+        m_grl.MoveNext();
+    }
+    // Cell by cell the cursor came to the last one; the Down key that follows leaves it there.
+    book.MSFG.moveTo(firstRow + m_count - 1, sheet::Remark);
+    book.MSFG.setVisible(true);
+    desktop.hideProgress();
+    desktop.focusGrid();
+}
+
+bool op(sheet::Book& book, desktop::Desktop& desktop) {
+    try {
+        book.setProjectPath(book.FileName);
+        book.MSFG.setRows(2);
+        book.FileMark.clear();
+        std::string mark = fileMark(book.FileName);
+        GrlReader reader(book.FileName);
+        if (reader.count() > 0) {
+            book.MSFG.setRows(reader.count() + 1);
+            reader.fill(book, desktop, 1);
+        }
+        book.FileMark = std::move(mark);
+        book.SavedMark = gridMark(book.MSFG);
+        return true;
+    } catch (const basic::RuntimeError& error) {
+        showLoadError(desktop, error);
+        return false;
+    }
+}
+
+void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error) {
+    if (error.number() == unrecognizedFormat || error.number() == invalidPassword)
+        desktop.messageBox(notAProjectFile);
+    else if (error.number() != basic::PermissionDenied)
+        desktop.messageBox(std::to_string(error.number()) + "  " + error.description());
+}
+
+} // namespace project

@@ -1,0 +1,49 @@
+#include "recent_files.h"
+
+#include "basic/files.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace project {
+
+namespace {
+
+using Entries = std::array<std::string, 4>;
+
+std::string listFile(desktop::Desktop& desktop) {
+    return desktop::programFile(desktop, "GRL.LVX");
+}
+
+/// A missing or unreadable list is an empty one.
+Entries readList(desktop::Desktop& desktop) {
+    Entries entries;
+    const std::string file = listFile(desktop);
+    if (!basic::fileExists(file)) return entries;
+    try {
+        std::vector<std::string> lines = basic::readLines(file);
+        std::move(lines.begin(),
+                  lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), entries.size())),
+                  entries.begin());
+    } catch (const basic::RuntimeError& error) {
+        desktop.status("The list of recent projects was not read: " + error.description());
+    }
+    return entries;
+}
+
+} // namespace
+
+void mNu(sheet::Book& book, desktop::Desktop& desktop) {
+    Entries entries = readList(desktop);
+    for (std::size_t k = 0; k < entries.size(); ++k)
+        if (!entries[k].empty()) book.mnuX[k] = std::move(entries[k]);
+}
+
+void Sv(const sheet::Book& book, desktop::Desktop& desktop) {
+    const Entries entries = readList(desktop);
+    if (std::find(entries.begin(), entries.end(), book.FileName) != entries.end()) return;
+    basic::writeLines(listFile(desktop), {book.FileName, entries[0], entries[1], entries[2]});
+}
+
+} // namespace project

@@ -1,0 +1,163 @@
+#include "recovery.h"
+
+#include "basic/files.h"
+#include "copy_file.h"
+#include "marks.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <filesystem>
+#include <unistd.h>
+#include <vector>
+
+namespace project {
+
+namespace {
+
+using std::chrono::system_clock;
+constexpr std::chrono::seconds leastPause{10};
+constexpr std::string_view copyEnding = ".txt";
+constexpr std::string_view draftEnding = ".tmp";
+
+std::string newCopyPath(desktop::Desktop& desktop) {
+    static int count = 0;
+    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(desktop.now().time_since_epoch());
+    return desktop.programFolder() + '/' + copyPrefix + std::to_string(now.count()) + '-' +
+           std::to_string(getpid()) + '-' + std::to_string(++count) + std::string(copyEnding);
+}
+
+void remove(const std::string& path) {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+}
+
+std::string clockTime(system_clock::time_point when) {
+    const std::time_t seconds = system_clock::to_time_t(when);
+    std::tm local{};
+    std::array<char, 8> text{};
+    localtime_r(&seconds, &local);
+    return {text.data(), std::strftime(text.data(), text.size(), "%H:%M", &local)};
+}
+
+struct Found {
+    std::string path;
+    LockedFile file;
+    BookCopy copy;
+};
+
+/// The whole copies that nobody holds, locked now, the newest first.
+std::vector<Found> findCopies(const std::string& folder) {
+    std::vector<Found> found;
+    std::error_code none;
+    for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end;
+         entry.increment(none)) {
+        const std::string path = entry->path().string();
+        if (!entry->path().filename().string().starts_with(copyPrefix)) continue;
+        LockedFile file = LockedFile::lock(path);
+        if (!file.isHeld()) continue;
+        if (path.ends_with(draftEnding))
+            remove(path); // its process died while writing it
+        else if (std::optional<BookCopy> copy = parseCopy(file.read()))
+            found.push_back({path, std::move(file), std::move(*copy)});
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Found& a, const Found& b) { return a.copy.written > b.copy.written; });
+    return found;
+}
+
+} // namespace
+
+bool isUnsaved(const sheet::Book& book) {
+    return gridMark(book.MSFG) != book.SavedMark;
+}
+
+std::string setAside(const sheet::Book& book, desktop::Desktop& desktop) {
+    if (!isUnsaved(book)) return {};
+    std::string path = newCopyPath(desktop);
+    try {
+        LockedFile::write(path, copyText(book, desktop.now()));
+        return path;
+    } catch (const basic::RuntimeError& error) {
+        desktop.status("No copy of the unsaved book could be kept: " + error.description());
+        return {};
+    }
+}
+
+Recovery::Recovery(sheet::Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
+
+Recovery::~Recovery() = default;
+
+void Recovery::offer() {
+    for (Found& found : findCopies(m_desktop.programFolder())) {
+        const std::string question =
+            "An unsaved book from " + clockTime(found.copy.written) + " was found. Open it?";
+        const bool wanted = m_desktop.messageBox(question, desktop::Buttons::YesNo) == desktop::Answer::Yes;
+        if (wanted) {
+            restore(found.copy);
+            write(gridMark(m_book.MSFG));
+            if (m_path.empty()) return; // the old copy stays the only one
+        }
+        remove(found.path);
+        if (wanted) return;
+    }
+}
+
+std::chrono::milliseconds Recovery::keep() {
+    const std::uint64_t mark = gridMark(m_book.MSFG);
+    if (mark == m_book.SavedMark) {
+        discard();
+        return std::chrono::milliseconds{0};
+    }
+    if (!m_path.empty() && mark == m_mark) return std::chrono::milliseconds{0};
+    const system_clock::duration since = m_desktop.now() - m_written;
+    if (since >= system_clock::duration::zero() && since < leastPause)
+        return std::chrono::duration_cast<std::chrono::milliseconds>(leastPause - since);
+    write(mark);
+    return std::chrono::milliseconds{0};
+}
+
+void Recovery::discard() {
+    if (!m_path.empty()) remove(m_path);
+    m_path.clear();
+    m_file.reset();
+}
+
+void Recovery::write(std::uint64_t mark) {
+    const std::string path = m_path.empty() ? newCopyPath(m_desktop) : m_path;
+    m_written = m_desktop.now();
+    try {
+        m_file = std::make_unique<LockedFile>(LockedFile::write(path, copyText(m_book, m_written)));
+        m_path = path;
+        m_mark = mark;
+        m_failureTold = false;
+    } catch (const basic::RuntimeError& error) {
+        if (!m_failureTold)
+            m_desktop.status("No copy of the unsaved book could be kept: " + error.description());
+        m_failureTold = true;
+    }
+}
+
+void Recovery::restore(const BookCopy& copy) {
+    sheet::Grid& grid = m_book.MSFG;
+    grid.setVisible(false);
+    grid.setRows(static_cast<int>(copy.rows.size()) + 1);
+    int row = 0;
+    for (const std::vector<std::string>& cells : copy.rows) {
+        ++row;
+        for (int col = 0; col < sheet::columnCount; ++col)
+            grid.setText(row, col, cells[static_cast<std::size_t>(col)]);
+    }
+    grid.moveTo(row, sheet::Chainage);
+    grid.setVisible(true);
+    m_book.Caption = copy.caption;
+    m_book.FileName = copy.fileName;
+    m_book.FileMark = copy.fileMark;
+    m_book.CurrentSide = copy.side;
+    m_book.CurrentHI = copy.height;
+    m_book.BookChanged = true;
+    m_book.SavedMark = 0;
+    m_desktop.focusGrid();
+}
+
+} // namespace project
