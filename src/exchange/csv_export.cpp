@@ -1,0 +1,74 @@
+#include "csv_export.h"
+
+#include "csv_line.h"
+
+#include "basic/files.h"
+#include "basic/strings.h"
+#include "entry/chainage.h"
+#include "sheet/long_work.h"
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+
+namespace exchange {
+namespace {
+
+/// `name` with its last `count` characters replaced. Raises InvalidProcedureCall when it has not so many.
+std::string withEnding(const std::string& name, std::size_t count, const char* ending) {
+    const std::size_t length = basic::length(name);
+    if (length < count) throw basic::RuntimeError(basic::InvalidProcedureCall);
+    return std::string(basic::left(name, length - count)) + ending;
+}
+
+/// Has `write` make the file at the project's path, its last `count` characters replaced by `ending`, and
+/// tells how it went.
+void createFile(const sheet::Book& book, desktop::Desktop& desktop, std::size_t count, const char* ending,
+                const std::function<void(const std::string& path)>& write) {
+    std::string place;
+    try {
+        const std::string path = withEnding(book.projectPath(), count, ending);
+        place = basic::nativePath(path);
+        write(path);
+    } catch (const basic::RuntimeError& error) {
+        desktop.status(place.empty() ? error.description()
+                                     : place + " is not created: " + error.description());
+        return;
+    }
+    // A name without a folder lies in the current folder, which nothing else on the screen tells.
+    std::error_code unknown;
+    const std::filesystem::path whole = std::filesystem::absolute(place, unknown);
+    if (!unknown && whole != place) desktop.status(whole.string() + " is created");
+    desktop.messageBox(place + " File is Created");
+}
+
+} // namespace
+
+std::string csvText(const sheet::Grid& grid, const std::function<void(int)>& rowDone) {
+    std::string text;
+    for (int row = 0; row < grid.Rows(); ++row) {
+        appendCsvLine(text, grid, row);
+        if (rowDone) rowDone(row + 1);
+    }
+    return text;
+}
+
+void exportCsv(sheet::Book& book, desktop::Desktop& desktop) {
+    if (book.Caption.size() < std::strlen(sheet::Book::captionPrefix)) return;
+    entry::leaveCell(book, desktop);
+    createFile(book, desktop, std::strlen("grl"), "csv", [&](const std::string& path) {
+        sheet::LongWork work(book.MSFG, desktop);
+        const int rows = book.MSFG.Rows();
+        basic::writeFile(path, csvText(book.MSFG, [&](int done) { work.done(done, rows); }));
+    });
+}
+
+void exportChangePoints(sheet::Grid& list, sheet::Book& book, desktop::Desktop& desktop) {
+    entry::leaveCell(book, desktop);
+    createFile(book, desktop, std::strlen(".grl"), "cp.csv", [&](const std::string& path) {
+        const sheet::HiddenGrid hidden(list);
+        basic::writeFile(path, csvText(list));
+    });
+}
+
+} // namespace exchange

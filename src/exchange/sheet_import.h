@@ -1,0 +1,19 @@
+#pragma once
+
+#include "desktop/desktop.h"
+#include "sheet/book.h"
+#include "spreadsheet/spreadsheet.h"
+
+namespace exchange {
+
+/// Replaces the book by the sheet that is open in the running spreadsheet program: columns A to J from sheet
+/// row 2 on, up to the first row that is wholly empty (that row comes too, and one more is added). Readings
+/// and offsets get up to three decimals, heights and levels exactly three; a text that is no number is taken
+/// as it stands.
+///
+/// Everything is read before the grid is touched: whatever fails, and when `goOn` says no, the book stays as
+/// it was and the status bar says why. An unsaved book is set aside first. The levels are left as read.
+void importSheet(sheet::Book& book, desktop::Desktop& desktop, spreadsheet::RunningSpreadsheet& spreadsheet,
+                 const spreadsheet::GoOn& goOn);
+
+} // namespace exchange
