@@ -1,0 +1,213 @@
+#include "basic/numbers.h"
+#include "basic/runtime_error.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+namespace {
+
+template <typename Call>
+int errorOf(Call&& call) {
+    try {
+        call();
+    } catch (const basic::RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+TEST(Numbers, ValTakesTheLeadingNumber) {
+    const struct {
+        const char* text;
+        double value;
+    } cases[] = {
+        {"", 0},
+        {"abc", 0},
+        {"1.235m", 1.235},
+        {"  2.5", 2.5},
+        {"\t\r\n3", 3},
+        {"-1.5", -1.5},
+        {"+7", 7},
+        {"-", 0},
+        {".", 0},
+        {".5", 0.5},
+        {"5.", 5},
+        {"1.2.3", 1.2},
+        {"1,235", 1},
+        {"1e2", 100},
+        {"1E-2x", 0.01},
+        {"1e", 1},
+        {"1e+", 1},
+        {"2ex", 2},
+        {"1 2", 1},
+        {"&HFF", 0},
+        {"0x10", 0},
+        {"12&", 12},
+        {"1d2", 1},
+        {"inf", 0},
+        {"nan", 0},
+        {"--1", 0},
+        {"- 1", 0},
+        {"1e-400", 0},
+        {"0e999", 0},
+        {"-0", 0},
+        {"0.1", 0.1},
+        {"007.250", 7.25},
+        {"1e22", 1e22},
+        {"9007199254740993", 9007199254740992.0},
+        {"0.000000000000000000000000000001", 1e-30},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(basic::val(each.text), each.value) << each.text;
+    EXPECT_EQ(errorOf([] { (void)basic::val("1e999"); }), basic::Overflow);
+    EXPECT_EQ(errorOf([] { (void)basic::val("-1e99999999999999999999"); }), basic::Overflow);
+    EXPECT_EQ(errorOf([] { (void)basic::val(std::string(400, '9')); }), basic::Overflow);
+    EXPECT_EQ(basic::val("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(basic::val("1" + std::string(400, '0') + "e-400"), 1);
+}
+
+TEST(Numbers, ValReadsAsTheLibraryDoes) {
+    std::mt19937 random(20);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        const auto digits = 1 + random() % 20;
+        const auto point = random() % 22;
+        for (auto at = 0UL; at < digits; ++at) {
+            if (at == point) text += '.';
+            text += static_cast<char>('0' + random() % 10);
+        }
+        if (random() % 8 == 0) text += "e" + std::to_string(static_cast<int>(random() % 60) - 30);
+        EXPECT_EQ(basic::val(text), std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
+TEST(Numbers, StrictConversionsRefuseWhatIsNoNumber) {
+    for (const char* text : {"", " ", "x", "1x", "1 2", "1e", "1,5", "."}) {
+        EXPECT_FALSE(basic::isNumber(text)) << text;
+        EXPECT_EQ(errorOf([&] { (void)basic::cDbl(text); }), basic::TypeMismatch) << text;
+    }
+    for (const char* text : {"1", " -1.5 ", "+.5", "5.", "1e3"})
+        EXPECT_TRUE(basic::isNumber(text)) << text;
+    EXPECT_EQ(basic::cDbl(" -1.5 "), -1.5);
+}
+
+TEST(Numbers, WholeNumbersRoundHalfToEvenAndOverflow) {
+    const struct {
+        double value;
+        int whole;
+    } cases[] = {{0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {32767.4, 32767}, {-32768.5, -32768}};
+    for (const auto& each : cases) {
+        EXPECT_EQ(basic::cInt(each.value), each.whole) << each.value;
+        EXPECT_EQ(basic::cLng(each.value), each.whole) << each.value;
+    }
+    for (const double value : {32767.5, -32769.0, 1e30, std::nan("")})
+        EXPECT_EQ(errorOf([&] { (void)basic::cInt(value); }), basic::Overflow) << value;
+    for (const double value : {2147483647.5, -2147483649.0, HUGE_VAL})
+        EXPECT_EQ(errorOf([&] { (void)basic::cLng(value); }), basic::Overflow) << value;
+    EXPECT_EQ(basic::cSng(3.4028235e38), 3.4028235e38F);
+    for (const double value : {1e39, -3.5e38, HUGE_VAL, std::nan("")})
+        EXPECT_EQ(errorOf([&] { (void)basic::cSng(value); }), basic::Overflow) << value;
+}
+
+TEST(Numbers, ShortestTexts) {
+    const struct {
+        float value;
+        const char* text;
+    } singles[] = {{0, "0"},
+                   {-0.0F, "0"},
+                   {0.75F, "0.75"},
+                   {-2.5F, "-2.5"},
+                   {0.1F, "0.1"},
+                   {5, "5"},
+                   {250, "250"},
+                   {1.0F / 3, "0.3333333"},
+                   {101.525F, "101.525"},
+                   {9999999, "9999999"},
+                   {1e7F, "1E+07"},
+                   {16777216, "1.677722E+07"},
+                   {1e-7F, "0.0000001"},
+                   {1.5e-7F, "1.5E-07"},
+                   {1e38F, "1E+38"}};
+    for (const auto& each : singles)
+        EXPECT_EQ(basic::text(each.value), each.text);
+    const struct {
+        double value;
+        const char* text;
+    } doubles[] = {{0.1, "0.1"},       {1.0 / 3, "0.333333333333333"},
+                   {0.1 + 0.2, "0.3"}, {123456789012345, "123456789012345"},
+                   {1e15, "1E+15"},    {-1e-300, "-1E-300"}};
+    for (const auto& each : doubles)
+        EXPECT_EQ(basic::text(each.value), each.text);
+    EXPECT_EQ(basic::plainText(1e10F), "10000000000");
+    EXPECT_EQ(basic::plainText(1.5e-9F), "0.0000000015");
+    EXPECT_EQ(basic::plainText(-1.23456789), "-1.23456789");
+    EXPECT_EQ(basic::plainText(-0.0), "0");
+}
+
+TEST(Format, EveryPatternOfTheProgram) {
+    using basic::format;
+    using basic::pattern;
+    const struct {
+        std::string got;
+        const char* want;
+    } cases[] = {
+        {format(100, pattern("#0.000")), "100.000"},
+        {format(0.5, pattern("#0.000")), "0.500"},
+        {format(-0.0004, pattern("#0.000")), "0.000"},
+        {format(-0.0005, pattern("#0.000")), "-0.001"},
+        {format(1.0005, pattern("#0.000")), "1.001"},
+        {format(2.6745, pattern("#0.000")), "2.675"},
+        {format(double{101.525F}, pattern("#0.000")), "101.525"},
+        {format(999.9995, pattern("#0.000")), "1000.000"},
+        {format(1e20, pattern("#0.000")), "100000000000000000000.000"},
+        {format(1e-20, pattern("#0.000")), "0.000"},
+        {format(2.5, pattern("#00.00")), "02.50"},
+        {format(100, pattern("#00.00")), "100.00"},
+        {format(-2, pattern("#00.00")), "-02.00"},
+        {format(4, pattern("#0.0##")), "4.0"},
+        {format(1.25, pattern("#0.0##")), "1.25"},
+        {format(1.2345, pattern("#0.0##")), "1.235"},
+        {format(5, pattern("000")), "005"},
+        {format(5.5, pattern("000")), "006"},
+        {format(1234, pattern("000")), "1234"},
+        {format(262.5, pattern("000.###")), "262.5"},
+        {format(262, pattern("000.###")), "262"},
+        {format(0.0004, pattern("000.###")), "000"},
+        {format(9, pattern("#00")), "09"},
+        {format(-1, pattern("#00")), "-01"},
+        {format(12.5, pattern("#0.###")), "12.5"},
+        {format(3, pattern("#0.###")), "3"},
+        {format(0.5, pattern("0.0##")), "0.5"},
+        {format(1.005, pattern("#0.00")), "1.01"},
+        {format(1.5, pattern("#0.00#")), "1.50"},
+        {format(1.505, pattern("#0.00#")), "1.505"},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(each.got, each.want);
+    EXPECT_EQ(errorOf([] { (void)format(HUGE_VAL, pattern("#0.000")); }), basic::Overflow);
+}
+
+// The quick way and the digits that the C library prints must agree, above all next to the ties.
+TEST(Format, RoundsThePrintedDigitsHalfAway) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 50000; ++i) {
+        double value = static_cast<double>(random() % 40'000'000) / 10000 - 2000;
+        for (auto step = random() % 4; step > 0; --step)
+            value = std::nextafter(value, random() % 2 ? 1e9 : -1e9);
+        char digits[64];
+        std::snprintf(digits, sizeof digits, "%.15g", value);
+        const long double printed = std::strtold(digits, nullptr);
+        // Lifted by less than a 16th digit, so that a printed tie is one in binary too.
+        const long double rounded = std::round(printed * 1000.0L * (1 + 1e-18L)) / 1000.0L;
+        std::snprintf(digits, sizeof digits, "%.3Lf", rounded);
+        const std::string want = std::string(digits) == "-0.000" ? "0.000" : digits;
+        EXPECT_EQ(basic::format(value, basic::pattern("#0.000")), want) << i;
+    }
+}
+
+} // namespace
