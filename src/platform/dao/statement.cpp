@@ -81,16 +81,16 @@ Statement parseStatement(std::string_view text) {
         return {Statement::Kind::DeleteAll, *table, {}, {}};
     }
     if (!words.take("alter")) raise(EngineError::StatementExpected);
-    if (!words.take("table")) raise(EngineError::FieldDefinitionSyntax);
+    if (!words.take("table")) raise(EngineError::FieldDefinition);
     const auto table = words.name();
-    if (!table || !words.take("add")) raise(EngineError::FieldDefinitionSyntax);
+    if (!table || !words.take("add")) raise(EngineError::FieldDefinition);
     const Words behindAdd = words;
     auto column = words.take("column") ? words.name() : std::optional<std::string>{};
     if (!column || words.rest().empty()) {
         words = behindAdd; // a field that is itself called "column"
         column = words.name();
     }
-    if (!column || words.rest().empty()) raise(EngineError::FieldDefinitionSyntax);
+    if (!column || words.rest().empty()) raise(EngineError::FieldDefinition);
     return {Statement::Kind::AddColumn, *table, *column, std::string(words.rest())};
 }
 

@@ -1,0 +1,170 @@
+#include "recordset_state.h"
+
+#include "conversion.h"
+
+#include "basic/strings.h"
+
+#include <algorithm>
+
+namespace dao {
+
+const std::string& Field::Name() const {
+    return m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).name;
+}
+
+DataType Field::Type() const {
+    const auto type = m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).type;
+    return type == jet::ColumnType::FixedBinary ? DataType::Binary : static_cast<DataType>(type);
+}
+
+int Field::Size() const {
+    return m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).size;
+}
+
+Value Field::value() const {
+    Recordset::State& state = *m_owner->m_state;
+    state.mustBeOpen();
+    const auto at = static_cast<std::size_t>(m_number);
+    return translated(Name(), [&] {
+        const jet::Row& row =
+            state.buffer == Recordset::State::Buffer::None ? state.currentRow() : state.edited;
+        return fromColumn(row.at(at), state.table.columns().at(at));
+    });
+}
+
+void Field::setValue(const Value& value) {
+    Recordset::State& state = *m_owner->m_state;
+    state.mustBeOpen();
+    if (state.buffer == Recordset::State::Buffer::None) raise(EngineError::UpdateWithoutEdit);
+    const auto at = static_cast<std::size_t>(m_number);
+    state.edited.at(at) = toColumn(value, state.table.columns().at(at));
+}
+
+Recordset::Recordset(std::unique_ptr<State> state) : m_state(std::move(state)) {
+    m_state->toFirst();
+}
+Recordset::~Recordset() = default;
+Recordset::Recordset(Recordset&&) noexcept = default;
+Recordset& Recordset::operator=(Recordset&&) noexcept = default;
+
+void Recordset::AddNew() {
+    m_state->mustBeOpen();
+    jet::Row row(m_state->table.columns().size());
+    for (std::size_t i = 0; i < row.size(); ++i)
+        if (m_state->table.columns()[i].type == jet::ColumnType::Boolean) row[i] = false;
+    m_state->startEdit(State::Buffer::Add, std::move(row));
+}
+
+void Recordset::Edit() {
+    m_state->mustBeOpen();
+    translated(m_state->table.name(),
+               [&] { m_state->startEdit(State::Buffer::Edit, m_state->currentRow()); });
+}
+
+void Recordset::Update() {
+    m_state->mustBeOpen();
+    if (m_state->buffer == State::Buffer::None) raise(EngineError::UpdateWithoutEdit);
+    translated(m_state->table.name(), [&] {
+        if (m_state->buffer == State::Buffer::Add) {
+            static_cast<void>(m_state->table.insert(m_state->edited));
+        } else {
+            m_state->table.update(m_state->mustStand(), m_state->edited);
+            m_state->rowLoaded = false;
+        }
+    });
+    ++m_state->connection->changes;
+    m_state->buffer = State::Buffer::None;
+}
+
+void Recordset::Delete() {
+    m_state->mustBeOpen();
+    translated(m_state->table.name(), [&] { m_state->table.erase(m_state->mustStand()); });
+    m_state->deleted = true;
+    m_state->rowLoaded = false;
+    m_state->buffer = State::Buffer::None;
+}
+
+void Recordset::MoveFirst() {
+    m_state->mustBeOpen();
+    translated(m_state->table.name(), [&] { m_state->toFirst(); });
+    if (!m_state->current) raise(EngineError::NoCurrentRecord);
+}
+
+void Recordset::MoveNext() {
+    m_state->mustBeOpen();
+    if (!m_state->current) raise(EngineError::NoCurrentRecord);
+    translated(m_state->table.name(), [&] { m_state->toNext(); });
+}
+
+bool Recordset::BOF() const {
+    m_state->mustBeOpen();
+    return m_state->atEnd && m_state->passed == 0;
+}
+
+bool Recordset::EOF_() const {
+    m_state->mustBeOpen();
+    return m_state->atEnd;
+}
+
+std::int32_t Recordset::RecordCount() const {
+    m_state->mustBeOpen();
+    return static_cast<std::int32_t>(m_state->table.rowCount());
+}
+
+float Recordset::PercentPosition() const {
+    m_state->mustBeOpen();
+    if (m_state->atEnd) return 100;
+    return std::min(100.0F,
+                    100.0F * static_cast<float>(m_state->passed) / static_cast<float>(m_state->total));
+}
+
+int Recordset::FieldCount() const {
+    m_state->mustBeOpen();
+    return static_cast<int>(m_state->table.columns().size());
+}
+
+Field Recordset::Fields(int number) {
+    if (number < 0 || number >= FieldCount()) raise(EngineError::NotInCollection);
+    return {*this, number};
+}
+
+Field Recordset::Fields(std::string_view name) {
+    m_state->mustBeOpen();
+    const auto number = m_state->table.column(name);
+    if (!number) raise(EngineError::NotInCollection);
+    return {*this, *number};
+}
+
+void Recordset::setIndex(std::string_view name) {
+    m_state->mustBeOpen();
+    const auto found = m_state->table.index(name);
+    if (!found) raise(EngineError::NoSuchIndex, name);
+    m_state->index = found;
+    m_state->orderedAt.reset();
+    translated(name, [&] { m_state->toFirst(); });
+}
+
+void Recordset::Seek(std::string_view comparison, const std::vector<Value>& keys) {
+    m_state->mustBeOpen();
+    if (basic::trim(comparison) != "=") raise(EngineError::NotSupported);
+    if (!m_state->index) raise(EngineError::NoIndexChosen);
+    translated(m_state->table.name(), [&] {
+        const auto found = m_state->find(keys);
+        m_state->noMatch = !found;
+        m_state->standOn(found);
+        m_state->atEnd = false;
+        m_state->orderedAt.reset();
+    });
+}
+
+bool Recordset::NoMatch() const {
+    m_state->mustBeOpen();
+    return m_state->noMatch;
+}
+
+void Recordset::Close() {
+    m_state->mustBeOpen();
+    m_state->closed = true;
+}
+
+} // namespace dao
