@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPushButton>
+
+#include <functional>
+
+namespace shell {
+
+/// A push button as the windows of the program know it: a long caption wraps to two lines, Return clicks the
+/// button that has the focus, and Ctrl+Return does not.
+class CommandButton final : public QPushButton {
+  public:
+    CommandButton(const QString& name, const QString& caption, QWidget* parent);
+
+    std::function<void()> mouseMove;        ///< the pointer moved over the button
+    std::function<void(char32_t)> keyPress; ///< a character was typed on it, before it clicks
+
+    void setCaptionBold(bool bold);
+    [[nodiscard]] bool captionBold() const { return font().bold(); }
+
+    /// The least width at which the caption, bold, takes at most `lines` lines.
+    [[nodiscard]] int widthForLines(int lines) const;
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+  private:
+    [[nodiscard]] QFont boldFont() const;
+    [[nodiscard]] QRect captionBox(const QFont& face, int width) const;
+};
+
+/// A caption without the mark of its access key.
+[[nodiscard]] QString plainCaption(QString caption);
+
+} // namespace shell

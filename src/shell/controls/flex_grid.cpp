@@ -1,0 +1,325 @@
+#include "flex_grid.h"
+
+#include "../text.h"
+#include "characters.h"
+#include "grid_delegate.h"
+#include "grid_model.h"
+#include "metrics.h"
+
+#include "sheet/book.h"
+
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace shell {
+namespace {
+
+// A digit of the font for which the column widths were laid down, in pixels at 8.25 points.
+constexpr double standardDigit = 6.0;
+
+std::optional<entry::EditKey> editKey(int key) {
+    switch (key) {
+    case Qt::Key_Delete:
+        return entry::EditKey::Delete;
+    case Qt::Key_F2:
+        return entry::EditKey::F2;
+    case Qt::Key_F3:
+        return entry::EditKey::F3;
+    case Qt::Key_F9:
+        return entry::EditKey::F9;
+    case Qt::Key_F12:
+        return entry::EditKey::F12;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+FlexGrid::FlexGrid(sheet::Grid& grid, QWidget* parent)
+    : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)) {
+    setModel(m_model);
+    setItemDelegate(new GridDelegate(*m_model, this));
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setShowGrid(false); // the delegate draws the lines
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setSelectionMode(ContiguousSelection);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setMouseTracking(true);
+    viewport()->setMouseTracking(true);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setMinimumSectionSize(1);
+    m_model->pending = [this] { schedule(); };
+    flush();
+}
+
+FlexGrid::~FlexGrid() {
+    m_model->pending = nullptr;
+}
+
+int FlexGrid::fullWidth() const {
+    int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    const double scale = QFontMetricsF(font()).horizontalAdvance(u'0') / standardDigit;
+    for (int col = 0; col < m_grid.Cols(); ++col)
+        width += int(pixels(m_grid.ColWidth(col)) * scale + 0.5);
+    return width;
+}
+
+void FlexGrid::schedule() {
+    if (std::exchange(m_scheduled, true)) return;
+    QTimer::singleShot(0, this, [this] { flush(); });
+}
+
+void FlexGrid::flush() {
+    m_scheduled = false;
+    m_model->flush();
+    applyFont();
+    applyWidths();
+    if (m_grid.Visible()) showCursor();
+    // A command hides the grid only while it runs; the widget follows when the grid stays hidden.
+    if (isHidden() == m_grid.Visible()) setVisible(m_grid.Visible());
+    if (flushed) flushed();
+}
+
+void FlexGrid::applyFont() {
+    if (std::exchange(m_fontSize, m_grid.FontSize()) == m_grid.FontSize()) return;
+    QFont face = font();
+    face.setPointSizeF(m_grid.FontSize());
+    setFont(face);
+    face.setBold(true);
+    horizontalHeader()->setFont(face);
+    const int height = QFontMetrics(face).height();
+    verticalHeader()->setMinimumSectionSize(height + 5);
+    verticalHeader()->setDefaultSectionSize(height + 5);
+    horizontalHeader()->setFixedHeight(height + 10);
+    verticalScrollBar()->setSingleStep(height + 5);
+    m_widths.clear();
+}
+
+void FlexGrid::applyWidths() {
+    std::vector<int> widths;
+    for (int col = 0; col < m_grid.Cols(); ++col)
+        widths.push_back(m_grid.ColWidth(col));
+    if (widths == m_widths) return;
+    m_widths = std::move(widths);
+
+    // Widths follow the digits of the font; Remark takes what is left.
+    const double scale = QFontMetricsF(font()).horizontalAdvance(u'0') / standardDigit;
+    int left = viewport()->width();
+    for (int col = 0; col < m_grid.Cols(); ++col) {
+        const int width = int(pixels(m_widths[std::size_t(col)]) * scale + 0.5);
+        setColumnHidden(col, width == 0);
+        if (col == sheet::Remark) continue;
+        setColumnWidth(col, width);
+        left -= width;
+    }
+    if (m_grid.Cols() <= sheet::Remark) return;
+    setColumnWidth(sheet::Remark, std::max(left, int(pixels(m_widths[sheet::Remark]) * scale + 0.5)));
+}
+
+void FlexGrid::showCursor() {
+    const Cell cursor{m_grid.Row(), m_grid.Col()};
+    const Cell end{m_grid.RowSel(), m_grid.ColSel()};
+    const QModelIndex from = m_model->index(cursor.row - 1, cursor.col);
+    const QModelIndex to = m_model->index(end.row - 1, end.col);
+    const bool same = cursor.row == m_shownCursor.row && cursor.col == m_shownCursor.col &&
+                      end.row == m_shownEnd.row && end.col == m_shownEnd.col && currentIndex() == to;
+    if (same) return;
+    updateCursorCells();
+    m_shownCursor = cursor;
+    m_shownEnd = end;
+    selectionModel()->setCurrentIndex(to, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(QItemSelection(from, to), QItemSelectionModel::ClearAndSelect);
+    updateCursorCells();
+    scrollTo(to);
+}
+
+void FlexGrid::updateCursorCells() {
+    const QModelIndex cursor = m_model->index(m_shownCursor.row - 1, m_shownCursor.col);
+    const QModelIndex end = m_model->index(m_shownEnd.row - 1, m_shownEnd.col);
+    viewport()->update(visualRect(cursor).united(visualRect(end)));
+}
+
+void FlexGrid::keyPressEvent(QKeyEvent* event) {
+    if (navigate(*event)) {
+        event->accept();
+        return;
+    }
+    const bool plain = !(event->modifiers() & (Qt::AltModifier | Qt::MetaModifier));
+    const char32_t character = characterOf(*event);
+    if (const auto key = editKey(event->key()); key && plain && keyDown) {
+        keyDown(*key);
+    } else if (event->key() == Qt::Key_Slash && event->modifiers().testFlag(Qt::KeypadModifier) && keyDown) {
+        // The keypad's divide is a key without an effect, not a character.
+    } else if (character != 0 && character != 9 && keyPress) {
+        keyPress(character);
+    } else {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    flush();
+}
+
+void FlexGrid::inputMethodEvent(QInputMethodEvent* event) {
+    for (const uint code : event->commitString().toUcs4()) {
+        if (keyPress) keyPress(char32_t(code));
+    }
+    event->accept();
+    flush();
+}
+
+QVariant FlexGrid::inputMethodQuery(Qt::InputMethodQuery query) const {
+    if (query == Qt::ImEnabled) return bool(keyPress);
+    if (query == Qt::ImCursorRectangle) return visualRect(m_model->index(m_grid.Row() - 1, m_grid.Col()));
+    return QTableView::inputMethodQuery(query);
+}
+
+bool FlexGrid::navigate(const QKeyEvent& event) {
+    const bool extend = event.modifiers().testFlag(Qt::ShiftModifier);
+    const bool control = event.modifiers().testFlag(Qt::ControlModifier);
+    if (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) return false;
+    Cell to = extend ? Cell{m_grid.RowSel(), m_grid.ColSel()} : Cell{m_grid.Row(), m_grid.Col()};
+    const int page =
+        std::max(1, viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize()) - 1);
+    const int lastRow = m_grid.Rows() - 1;
+    const int lastCol = m_grid.Cols() - 1;
+    switch (event.key()) {
+    case Qt::Key_Up:
+        to.row -= 1;
+        break;
+    case Qt::Key_Down:
+        to.row += 1;
+        break;
+    case Qt::Key_Left:
+        to.col -= 1;
+        break;
+    case Qt::Key_Right:
+        to.col += 1;
+        break;
+    case Qt::Key_PageUp:
+        to.row -= page;
+        break;
+    case Qt::Key_PageDown:
+        to.row += page;
+        break;
+    case Qt::Key_Home:
+        to = {control ? 1 : to.row, 0};
+        break;
+    case Qt::Key_End:
+        to = {control ? lastRow : to.row, lastCol};
+        break;
+    default:
+        return false;
+    }
+    goTo(Cell{std::clamp(to.row, 1, lastRow), std::clamp(to.col, 0, lastCol)}, extend);
+    return true;
+}
+
+void FlexGrid::goTo(Cell cell, bool extend) {
+    if (extend) {
+        m_grid.setSelection(cell.row, cell.col);
+    } else if (cell.row != m_grid.Row() || cell.col != m_grid.Col()) {
+        if (leaveCell) leaveCell();
+        m_grid.moveTo(std::min(cell.row, m_grid.Rows() - 1), cell.col);
+    } else if (m_grid.RowSel() != cell.row || m_grid.ColSel() != cell.col) {
+        m_grid.moveTo(cell.row, cell.col);
+    }
+    flush();
+}
+
+FlexGrid::Cell FlexGrid::cellAt(const QPoint& point) const {
+    const int row = verticalHeader()->logicalIndexAt(std::clamp(point.y(), 0, viewport()->height() - 1));
+    const int col = horizontalHeader()->logicalIndexAt(std::clamp(point.x(), 0, viewport()->width() - 1));
+    return {row < 0 ? m_grid.Rows() - 1 : row + 1, col < 0 ? m_grid.Cols() - 1 : col};
+}
+
+void FlexGrid::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+    if (event->button() != Qt::LeftButton || !indexAt(event->position().toPoint()).isValid()) return;
+    goTo(cellAt(event->position().toPoint()), event->modifiers().testFlag(Qt::ShiftModifier));
+    // The check of the cell that was left may have shown a message, and the button was let go there.
+    m_dragging = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || !event->spontaneous();
+}
+
+void FlexGrid::mouseMoveEvent(QMouseEvent* event) {
+    event->accept();
+    if (mouseMove) mouseMove();
+    if (!m_dragging || !event->buttons().testFlag(Qt::LeftButton)) return;
+    const QPoint point = event->position().toPoint();
+    dragTo(point);
+    if (viewport()->rect().contains(point))
+        m_autoScroll.stop();
+    else if (!m_autoScroll.isActive())
+        m_autoScroll.start(50, this);
+}
+
+void FlexGrid::dragTo(const QPoint& point) {
+    Cell cell = cellAt(point);
+    if (point.y() < 0)
+        cell.row = std::max(1, m_grid.RowSel() - 1);
+    else if (point.y() >= viewport()->height())
+        cell.row = std::min(m_grid.Rows() - 1, m_grid.RowSel() + 1);
+    if (cell.row == m_grid.RowSel() && cell.col == m_grid.ColSel()) return;
+    goTo(cell, true);
+}
+
+void FlexGrid::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_autoScroll.timerId())
+        QTableView::timerEvent(event);
+    else if (m_dragging)
+        dragTo(viewport()->mapFromGlobal(QCursor::pos()));
+    else
+        m_autoScroll.stop();
+}
+
+void FlexGrid::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+    m_dragging = false;
+    m_autoScroll.stop();
+}
+
+void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
+    if (doubleClick && event->button() == Qt::LeftButton) doubleClick();
+}
+
+void FlexGrid::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    m_widths.clear();
+    applyWidths();
+}
+
+void FlexGrid::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    updateCursorCells();
+}
+
+void FlexGrid::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    updateCursorCells();
+}
+
+void FlexGrid::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::StyleChange) {
+        m_fontSize = 0;
+        schedule();
+    }
+}
+
+} // namespace shell

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "sheet/grid.h"
+
+#include <QAbstractTableModel>
+
+#include <functional>
+
+namespace shell {
+
+/// Shows a sheet::Grid to a view; holds no text of its own. Row 0 of the grid is the horizontal header, so
+/// row r of the model is row r + 1 of the grid.
+///
+/// What the grid tells is gathered and passed to the view in one go by flush(): a command that writes many
+/// cells costs the view one change. The first change after a flush calls `pending`.
+class GridModel final : public QAbstractTableModel, public sheet::GridListener {
+  public:
+    explicit GridModel(sheet::Grid& grid, QObject* parent = nullptr);
+    ~GridModel() override;
+
+    std::function<void()> pending;
+
+    void flush();
+    [[nodiscard]] const sheet::Grid& grid() const { return m_grid; }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    void cellChanged(int row, int col) override;
+    void rowsChanged(int oldRows, int newRows) override;
+    void cursorMoved() override { wake(); }
+    void visibleChanged() override { wake(); }
+    void allChanged() override;
+
+  private:
+    struct Box {
+        int top, left, bottom, right;
+    };
+    static constexpr Box nothing{0x7FFFFFFF, 0x7FFFFFFF, -1, -1};
+
+    void wake();
+
+    sheet::Grid& m_grid;
+    int m_rows; // data rows that the view knows of
+    Box m_changed = nothing;
+    bool m_headerChanged = false;
+    bool m_allChanged = false;
+    bool m_awake = false;
+};
+
+/// Left for chainage and remark, right for the numbers between them.
+[[nodiscard]] Qt::Alignment columnAlignment(int col);
+
+} // namespace shell

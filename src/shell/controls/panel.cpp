@@ -1,0 +1,115 @@
+#include "panel.h"
+
+#include "command_button.h"
+#include "metrics.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace shell {
+
+Panel::Panel(const QString& name, const QString& title, QWidget* parent)
+    : QFrame(parent), m_scroll(new QScrollArea), m_body(nullptr), m_buttons(new QHBoxLayout) {
+    setObjectName(name);
+    setAccessibleName(title);
+    setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Raised));
+    setAutoFillBackground(true);
+
+    auto* heading = new QLabel(title);
+    heading->setObjectName(name + QStringLiteral("Title"));
+    QFont face = heading->font();
+    face.setBold(true);
+    face.setPointSizeF(face.pointSizeF() * 1.25);
+    heading->setFont(face);
+
+    auto* rule = new QFrame;
+    rule->setFrameStyle(int(QFrame::HLine) | int(QFrame::Sunken));
+
+    auto* inside = new QWidget;
+    m_body = new QGridLayout(inside);
+    m_body->setContentsMargins(0, 0, 0, 0);
+    m_body->setHorizontalSpacing(10);
+    m_body->setVerticalSpacing(7);
+    m_body->setColumnStretch(1, 1);
+    m_scroll->setWidget(inside);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    m_buttons->addStretch(1);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(panelMargin, panelMargin - 4, panelMargin, panelMargin);
+    column->setSpacing(10);
+    column->addWidget(heading);
+    column->addWidget(rule);
+    column->addWidget(m_scroll, 1);
+    column->addLayout(m_buttons);
+    hide();
+}
+
+void Panel::placeWithin(const QRect& area) {
+    m_area = area;
+    place();
+}
+
+void Panel::place() {
+    if (m_area.isEmpty()) return;
+    QWidget* inside = m_scroll->widget();
+    if (inside->layout() != nullptr) inside->layout()->activate();
+    const QSize content = inside->sizeHint().expandedTo(inside->minimumSizeHint());
+    const QSize around = layout()->sizeHint() - m_scroll->sizeHint();
+    QSize wanted(std::max(content.width() + 2 * panelMargin + 2 * frameWidth(), layout()->sizeHint().width()),
+                 content.height() + around.height());
+    if (wanted.height() > m_area.height())
+        wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
+    const QSize size = wanted.boundedTo(m_area.size());
+    const QPoint corner((m_area.width() - size.width()) / 2, (m_area.height() - size.height()) / 3);
+    setGeometry(QRect(m_area.topLeft() + corner, size));
+}
+
+bool Panel::event(QEvent* event) {
+    const bool done = QFrame::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) place();
+    return done;
+}
+
+QLabel* Panel::makeLabel(const QString& name, const QString& caption) {
+    auto* label = new QLabel(caption);
+    label->setObjectName(name);
+    return label;
+}
+
+QLabel* Panel::addLine(const QString& label, QWidget* field, const QString& unit) {
+    const int row = m_body->rowCount();
+    auto* caption = new QLabel(label);
+    caption->setBuddy(field);
+    if (field->accessibleName().isEmpty()) {
+        QString name = plainCaption(label).trimmed();
+        while (name.endsWith(u':') || name.endsWith(u' '))
+            name.chop(1);
+        field->setAccessibleName(unit.isEmpty() ? name : name + QStringLiteral(", ") + unit);
+    }
+    m_body->addWidget(caption, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
+    m_body->addWidget(field, row, 1);
+    if (!unit.isEmpty()) m_body->addWidget(new QLabel(unit), row, 2, Qt::AlignLeft | Qt::AlignVCenter);
+    return caption;
+}
+
+void Panel::addWide(QWidget* widget) {
+    m_body->addWidget(widget, m_body->rowCount(), 0, 1, 3);
+}
+
+void keepRoomWhenHidden(QWidget& widget) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget.setSizePolicy(policy);
+}
+
+} // namespace shell

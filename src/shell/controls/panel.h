@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QFrame>
+
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QScrollArea;
+
+namespace shell {
+
+/// A frame of controls laid over the grid: a title, a body of aligned labels and boxes, and a row of buttons
+/// with the default action at its right end. When the window is too small for it the body scrolls; nothing is
+/// ever cut.
+class Panel : public QFrame {
+  public:
+    Panel(const QString& name, const QString& title, QWidget* parent);
+
+    /// Takes its place in the middle of `area`, at most as large as that; kept for later changes of its size.
+    void placeWithin(const QRect& area);
+
+    [[nodiscard]] QGridLayout& body() { return *m_body; }
+    [[nodiscard]] QHBoxLayout& buttons() { return *m_buttons; } ///< filled from the right end's left side on
+
+    /// One line of the body: label, field, and a unit behind it. The label is the field's buddy and gives it
+    /// its accessible name. Returns the label.
+    QLabel* addLine(const QString& label, QWidget* field, const QString& unit = {});
+    /// One widget over the whole width of the body.
+    void addWide(QWidget* widget);
+    /// A label that stands alone, named `name`.
+    QLabel* makeLabel(const QString& name, const QString& caption);
+
+  protected:
+    bool event(QEvent* event) override;
+
+  private:
+    void place();
+
+    QRect m_area;
+    QScrollArea* m_scroll;
+    QGridLayout* m_body;
+    QHBoxLayout* m_buttons;
+};
+
+/// Keeps the room of a control that comes and goes, so that nothing jumps.
+void keepRoomWhenHidden(QWidget& widget);
+
+} // namespace shell

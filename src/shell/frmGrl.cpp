@@ -1,0 +1,211 @@
+#include "frmGrl.h"
+
+#include "button_column.h"
+#include "controls/command_button.h"
+#include "controls/flex_grid.h"
+#include "controls/metrics.h"
+#include "settings_frame.h"
+#include "text.h"
+
+#include "basic/files.h"
+#include "entry/chainage.h"
+#include "entry/entry_settings.h"
+#include "sheet/cells.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStatusBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace shell {
+namespace {
+
+// What the grid leaves of the window's width and height for the button column and the bars, in twips.
+constexpr int besideGrid = 2100;
+constexpr int aboveAndBelowGrid = 1110;
+// A window smaller than this is about to be minimised; it is left alone.
+constexpr int leastWidth = 2500;
+constexpr int leastHeight = 700;
+
+constexpr int progressHeight = 10;
+
+} // namespace
+
+frmGrl::frmGrl(Surroundings surroundings) : m_desktop(std::move(surroundings), this) {
+    setObjectName(QStringLiteral("frmGrl"));
+    auto* form = new QWidget;
+    form->setObjectName(QStringLiteral("form"));
+    form->setMouseTracking(true);
+    form->installEventFilter(this);
+    setCentralWidget(form);
+
+    m_grid = new FlexGrid(m_book.MSFG, form);
+    m_grid->setObjectName(QStringLiteral("MSFG"));
+    m_grid->setAccessibleName(text("Field book"));
+    m_grid->keyPress = [this](char32_t character) { MSFG_KeyPress(character); };
+    m_grid->keyDown = [this](entry::EditKey key) { MSFG_KeyDown(key); };
+    m_grid->leaveCell = [this] { MSFG_LeaveCell(); };
+    m_grid->mouseMove = [this] { MSFG_MouseMove(); };
+    m_grid->flushed = [this] { showStatus(); };
+
+    m_pbr1 = new QProgressBar(form);
+    m_pbr1->setObjectName(QStringLiteral("pbr1"));
+    m_pbr1->setAccessibleName(text("Progress"));
+    m_pbr1->setRange(0, 100);
+    m_pbr1->setTextVisible(false);
+    m_pbr1->hide();
+
+    buildButtons();
+    buildMenus();
+    buildStatusBar();
+    buildFrames();
+    buildTabOrder();
+    showBook();
+}
+
+frmGrl::~frmGrl() {
+    m_grid->flushed = nullptr;
+}
+
+void frmGrl::Form_Load() {
+    m_book.BookChanged = false;
+    sheet::writeHeader(m_book.MSFG);
+    button("cmdExport").setEnabled(basic::fileExists(desktop::programFile(m_desktop, "Rod.dwg")));
+    std::fill_n(m_book.LeftOffsets.begin(), 11, 0.0F);
+    std::fill_n(m_book.RightOffsets.begin(), 11, 0.0F);
+    m_ff->chkOft_Click();
+
+    const QSize screenSize = screen()->availableGeometry().size();
+    const QSize whole(m_grid->fullWidth() + 2 * pixels(besideGrid), 46 * m_grid->fontMetrics().height());
+    resize(whole.expandedTo(screenSize * 6 / 10).boundedTo(screenSize * 95 / 100));
+    show();
+    button("cmdOpen").setFocus();
+
+    m_book.CurrentSide = 'C';
+    entry::readSettings(m_book.settings, m_desktop);
+    m_ff->showSettings();
+    mNu();
+    showBook();
+}
+
+void frmGrl::Form_Resize() {
+    if (width() < pixels(leastWidth) || height() < pixels(leastHeight)) return;
+    arrange();
+    const QSize half = screen()->geometry().size() / 2;
+    QSize wanted = size();
+    if (width() < half.width())
+        wanted.setWidth(half.width());
+    else if (height() < half.height())
+        wanted.setHeight(half.height());
+    if (wanted == size() || isMaximized() || isFullScreen()) {
+        m_snappedFrom = {};
+    } else if (m_snappedFrom != size()) {
+        // Asked once: a window manager that wants this size keeps it.
+        m_snappedFrom = size();
+        resize(wanted);
+    }
+}
+
+void frmGrl::arrange() {
+    const QWidget* form = centralWidget();
+    const int bars = height() - form->height();
+    const int beside = std::max(pixels(besideGrid), 3 * margin + m_column->leastWidth());
+    const int aboveAndBelow = std::max(pixels(aboveAndBelowGrid), bars + 3 * margin + progressHeight);
+    const QRect grid(margin, margin, std::max(1, width() - beside), std::max(1, height() - aboveAndBelow));
+    m_grid->setGeometry(grid);
+    const int columnLeft = grid.right() + 1 + margin;
+    m_columnScroll->setGeometry(columnLeft, margin, width() - columnLeft - margin,
+                                form->height() - 2 * margin);
+    const int below = form->height() - grid.bottom() - 1;
+    m_pbr1->setGeometry(grid.left(), grid.bottom() + 1 + (below - progressHeight) / 2, grid.width(),
+                        progressHeight);
+    m_ff->placeWithin(grid.adjusted(4, 4, -4, -4));
+}
+
+void frmGrl::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmGrl::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (m_column != nullptr && m_ff != nullptr && event->type() == QEvent::FontChange) arrange();
+}
+
+void frmGrl::closeEvent(QCloseEvent* event) {
+    event->ignore(); // only the exit command ends the program
+    Form_Unload();
+}
+
+bool frmGrl::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseMove) Form_MouseMove();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmGrl::run(Handler command, bool walksGrid) {
+    if (m_ended) return;
+    m_desktop.status({});
+    if (walksGrid) MSFG_LeaveCell();
+    (this->*command)();
+    showBook();
+}
+
+void frmGrl::showBook() {
+    setWindowTitle(fromUtf8(m_book.Caption).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    for (std::size_t k = 0; k < m_mnuX.size(); ++k) {
+        if (m_book.mnuX[k].empty()) continue;
+        m_mnuX[k]->setText(fromUtf8(m_book.mnuX[k]).replace(u'&', QStringLiteral("&&")));
+        m_mnuX[k]->setVisible(true);
+    }
+    m_grid->flush();
+}
+
+void frmGrl::showStatus() {
+    const sheet::Grid& grid = m_book.MSFG;
+    m_lblSide->setText(text("Side %1").arg(QLatin1Char(m_book.CurrentSide)));
+    m_lblHI->setText(text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
+    m_lblReading->setText(text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
+    m_lblRow->setText(text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
+}
+
+void frmGrl::MouseMove(CommandButton& button, bool bold) {
+    if (!isActiveWindow()) return;
+    button.setFocus(Qt::MouseFocusReason);
+    if (bold) button.setCaptionBold(true);
+}
+
+void frmGrl::Form_MouseMove() {
+    for (const auto& [name, button] : m_buttons)
+        button->setCaptionBold(false);
+}
+
+void frmGrl::MSFG_MouseMove() {
+    if (isActiveWindow() && !m_grid->hasFocus()) m_grid->setFocus(Qt::MouseFocusReason);
+}
+
+void frmGrl::typeIntoGrid(char32_t character) {
+    if (m_grid->isHidden() || !m_grid->isEnabled()) return;
+    m_grid->setFocus();
+    MSFG_KeyPress(character);
+}
+
+void frmGrl::enableForEntry(bool enable) {
+    m_grid->setEnabled(enable);
+    if (enable) m_desktop.focusGrid();
+}
+
+void frmGrl::endProgram() {
+    m_ended = true;
+    hide();
+    m_desktop.endProgram();
+}
+
+} // namespace shell

@@ -1,0 +1,147 @@
+#pragma once
+
+#include "qt_desktop.h"
+
+#include "entry/key_entry.h"
+#include "sheet/book.h"
+
+#include <QMainWindow>
+
+#include <array>
+#include <map>
+#include <string>
+
+class QAction;
+class QLabel;
+class QProgressBar;
+class QScrollArea;
+
+namespace shell {
+
+class ButtonColumn;
+class CommandButton;
+class FlexGrid;
+class SettingsFrame;
+
+/// The main window: the grid, the column of command buttons, the menus, the frames laid over the grid, the
+/// progress bar and the status bar. It owns the book for the whole run. Handlers are named after the control
+/// and the event that they handle; a menu item's handler runs the handler of its button.
+class frmGrl final : public QMainWindow {
+  public:
+    explicit frmGrl(Surroundings surroundings = {});
+    ~frmGrl() override;
+
+    /// Opens the window: header, start-up files, focus. Call once.
+    void Form_Load();
+
+    [[nodiscard]] sheet::Book& book() { return m_book; }
+    [[nodiscard]] QtDesktop& desktop() { return m_desktop; }
+    [[nodiscard]] FlexGrid& grid() { return *m_grid; }
+    [[nodiscard]] bool ended() const { return m_ended; } ///< the exit command has ended the program
+
+    /// Brings caption, menus, grid and status bar in step with the book. Runs after every command and key.
+    void showBook();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    using Handler = void (frmGrl::*)();
+    struct ButtonRow;
+    struct MenuRow;
+    static const ButtonRow buttonTable[];
+    static const MenuRow menuTable[];
+
+    void buildButtons();
+    void buildMenus();
+    void buildStatusBar();
+    void buildFrames();
+    void buildTabOrder();
+    void arrange();
+    [[nodiscard]] CommandButton& button(const char* name) { return *m_buttons.at(name); }
+    void showStatus();
+
+    /// One command of the user: `walksGrid` when it goes over the whole grid, so that the cell being edited
+    /// is checked first.
+    void run(Handler command, bool walksGrid);
+    void typeIntoGrid(char32_t character);
+    void enableForEntry(bool enable);
+    void endProgram();
+
+    // The window and the grid.
+    void Form_Resize();
+    void Form_Unload();
+    void Form_MouseMove();
+    void MSFG_KeyPress(char32_t character);
+    void MSFG_KeyDown(entry::EditKey key);
+    void MSFG_LeaveCell();
+    void MSFG_MouseMove();
+    void MouseMove(CommandButton& button, bool bold);
+
+    // The buttons.
+    void cmdNew_Click();
+    void cmdOpen_Click();
+    void cmdSave_Click();
+    void cmdCal_Click();
+    void cmdCP_Click();
+    void cmdList_Click();
+    void cmdIns_Click();
+    void cmdInss_Click();
+    void cmdDel_Click();
+    void cmdDels_Click();
+    void cmdS_Click();
+    void cmdL_Click();
+    void cmdR_Click();
+    void cmdP_Click();
+    void cmdImpExl_Click();
+    void cmdExpTxt_Click();
+    void cmdExpTxt_KeyPress(char32_t character);
+    void cmdExport_Click();
+    void cmdExit_Click();
+    void cmdOK_Click();
+
+    // The menus.
+    void mnuNew_Click();
+    void mnuOpen_Click();
+    void mnuSaveas_Click();
+    void mnuSave_Click();
+    void mnuAppend_Click();
+    void mnuX1_Click();
+    void mnuX2_Click();
+    void mnuX3_Click();
+    void mnuX4_Click();
+    void mnuExit_Click();
+    void mnuSettings_Click();
+    void mnuExport_Click();
+    void mnuExcel_Click();
+    void mnuImport_Click();
+    void mnuSetPath_Click();
+    void mnuPass_Click();
+    void MnuHelp1_Click();
+    void mnuAbout_Click();
+
+    void mNu();
+    void Dsb();
+    void Enb();
+
+    sheet::Book m_book;
+    QtDesktop m_desktop;
+    FlexGrid* m_grid = nullptr;
+    ButtonColumn* m_column = nullptr;
+    QScrollArea* m_columnScroll = nullptr;
+    QProgressBar* m_pbr1 = nullptr;
+    SettingsFrame* m_ff = nullptr;
+    std::map<std::string, CommandButton*, std::less<>> m_buttons;
+    std::array<QAction*, 4> m_mnuX{};
+    QLabel* m_lblSide = nullptr;
+    QLabel* m_lblHI = nullptr;
+    QLabel* m_lblReading = nullptr;
+    QLabel* m_lblRow = nullptr;
+    QSize m_snappedFrom;
+    bool m_ended = false;
+};
+
+} // namespace shell

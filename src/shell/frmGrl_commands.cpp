@@ -1,0 +1,144 @@
+#include "frmGrl.h"
+
+#include "controls/command_button.h"
+#include "controls/flex_grid.h"
+#include "settings_frame.h"
+
+#include "entry/chainage.h"
+#include "entry/entry_settings.h"
+#include "entry/row_editing.h"
+#include "sheet/reduction.h"
+
+namespace shell {
+
+void frmGrl::Form_Unload() {
+    run(&frmGrl::cmdExit_Click, false);
+}
+
+void frmGrl::MSFG_KeyPress(char32_t character) {
+    entry::keyPress(m_book, m_desktop, character);
+}
+void frmGrl::MSFG_KeyDown(entry::EditKey key) {
+    entry::keyDown(m_book, m_desktop, key);
+}
+void frmGrl::MSFG_LeaveCell() {
+    entry::leaveCell(m_book, m_desktop);
+}
+
+void frmGrl::cmdNew_Click() {}
+void frmGrl::cmdOpen_Click() {}
+void frmGrl::cmdSave_Click() {}
+void frmGrl::cmdCal_Click() {
+    sheet::reduceLevels(m_book, m_desktop);
+}
+void frmGrl::cmdCP_Click() {}
+void frmGrl::cmdExit_Click() {
+    endProgram();
+}
+
+void frmGrl::cmdIns_Click() {
+    entry::insertRow(m_book, m_desktop);
+}
+void frmGrl::cmdInss_Click() {
+    entry::insertRows(m_book, m_desktop);
+}
+void frmGrl::cmdDel_Click() {
+    entry::deleteRow(m_book, m_desktop);
+}
+void frmGrl::cmdDels_Click() {
+    entry::deleteRows(m_book, m_desktop);
+}
+
+void frmGrl::cmdS_Click() {
+    typeIntoGrid(U'*');
+}
+void frmGrl::cmdL_Click() {
+    typeIntoGrid(U'L');
+}
+void frmGrl::cmdR_Click() {
+    typeIntoGrid(U'R');
+}
+void frmGrl::cmdP_Click() {
+    typeIntoGrid(U'p');
+}
+
+void frmGrl::cmdImpExl_Click() {}
+void frmGrl::cmdExpTxt_Click() {}
+void frmGrl::cmdExport_Click() {}
+
+void frmGrl::cmdExpTxt_KeyPress(char32_t character) {
+    if (character == 10) button("cmdImpExl").show();
+}
+
+void frmGrl::cmdList_Click() {
+    m_grid->setEnabled(false);
+    m_ff->show();
+    m_ff->raise();
+    m_ff->setFocus();
+}
+
+void frmGrl::cmdOK_Click() {
+    try {
+        entry::acceptSettings(m_book, m_desktop);
+    } catch (const basic::RuntimeError& error) {
+        // Too many offsets: the frame stays, so that some can be deleted. Only the file fails later than
+        // that.
+        if (error.number() != basic::SubscriptOutOfRange) m_ff->hide();
+        enableForEntry(m_ff->isHidden());
+        m_desktop.messageBox(error.description());
+        return;
+    }
+    m_ff->hide();
+    enableForEntry(true);
+}
+
+void frmGrl::mnuNew_Click() {
+    cmdNew_Click();
+}
+void frmGrl::mnuOpen_Click() {
+    cmdOpen_Click();
+}
+void frmGrl::mnuSaveas_Click() {}
+void frmGrl::mnuSave_Click() {
+    cmdSave_Click();
+}
+void frmGrl::mnuAppend_Click() {}
+void frmGrl::mnuX1_Click() {}
+void frmGrl::mnuX2_Click() {}
+void frmGrl::mnuX3_Click() {}
+void frmGrl::mnuX4_Click() {}
+void frmGrl::mnuExit_Click() {
+    cmdExit_Click();
+}
+void frmGrl::mnuSettings_Click() {
+    cmdList_Click();
+}
+void frmGrl::mnuExport_Click() {
+    cmdExport_Click();
+}
+void frmGrl::mnuExcel_Click() {
+    cmdExpTxt_Click();
+}
+void frmGrl::mnuImport_Click() {
+    cmdImpExl_Click();
+}
+void frmGrl::mnuSetPath_Click() {}
+void frmGrl::mnuPass_Click() {}
+void frmGrl::MnuHelp1_Click() {}
+void frmGrl::mnuAbout_Click() {}
+
+void frmGrl::mNu() {}
+
+void frmGrl::Dsb() {
+    for (const char* name :
+         {"cmdDel", "cmdIns", "cmdList", "cmdNew", "cmdOpen", "cmdSave", "cmdCal", "cmdExit"})
+        button(name).setEnabled(false);
+}
+
+void frmGrl::Enb() {
+    for (const char* name :
+         {"cmdDel", "cmdIns", "cmdList", "cmdNew", "cmdOpen", "cmdSave", "cmdCal", "cmdExit"})
+        button(name).setEnabled(true);
+}
+
+} // namespace shell

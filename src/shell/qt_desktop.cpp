@@ -1,0 +1,190 @@
+#include "qt_desktop.h"
+
+#include "basic/files.h"
+#include "program_folder.h"
+#include "text.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr const char* projectFilter = "*.grl";
+
+desktop::Answer answerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes:
+        return desktop::Answer::Yes;
+    case QMessageBox::No:
+        return desktop::Answer::No;
+    case QMessageBox::Cancel:
+        return desktop::Answer::Cancel;
+    default:
+        return desktop::Answer::Ok;
+    }
+}
+
+} // namespace
+
+QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
+    : m_surroundings(std::move(surroundings)), m_window(window) {
+    if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = userProgramFolder();
+    if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = installedTemplates();
+    m_early = fromUtf8(prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
+}
+
+void QtDesktop::attach(QProgressBar& progress, QLabel& status, QWidget& grid) {
+    m_progress = &progress;
+    m_status = &status;
+    m_grid = &grid;
+    if (!m_early.isEmpty()) this->status(toUtf8(m_early));
+}
+
+QWidget* QtDesktop::owner() const {
+    QWidget* active = QApplication::activeModalWidget();
+    return active != nullptr ? active : m_window.data();
+}
+
+desktop::Answer QtDesktop::messageBox(std::string_view text, desktop::Buttons buttons,
+                                      std::string_view title) {
+    QMessageBox box(owner());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(fromUtf8(text));
+    box.setWindowTitle(title.empty() ? QString::fromLatin1(applicationTitle) : fromUtf8(title));
+    box.setIcon(buttons == desktop::Buttons::Ok ? QMessageBox::Information : QMessageBox::Question);
+    switch (buttons) {
+    case desktop::Buttons::Ok:
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    case desktop::Buttons::YesNo:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+        break;
+    case desktop::Buttons::YesNoCancel:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        box.setEscapeButton(QMessageBox::Cancel);
+        break;
+    }
+    box.setDefaultButton(buttons == desktop::Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    return answerOf(box.exec());
+}
+
+std::string QtDesktop::inputBox(std::string_view prompt, std::string_view title, std::string_view initial) {
+    QInputDialog box(owner());
+    box.setInputMode(QInputDialog::TextInput);
+    box.setWindowTitle(fromUtf8(title));
+    box.setLabelText(fromUtf8(prompt));
+    box.setTextValue(fromUtf8(initial));
+    return box.exec() == QDialog::Accepted ? toUtf8(box.textValue()) : std::string();
+}
+
+std::optional<std::string> QtDesktop::fileDialog(desktop::FileDialog kind, std::string_view initialName) {
+    const bool open = kind == desktop::FileDialog::Open;
+    QFileDialog dialog(owner(), open ? text("Open") : text("Save As"));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile); // also for Open: a missing file is the command's to report
+    dialog.setDefaultSuffix(QStringLiteral("grl"));
+
+    const QString name = fromUtf8(initialName);
+    const QFileInfo initial(name);
+    const QString ownName = initial.fileName();
+    const bool otherKind =
+        !ownName.isEmpty() && initial.suffix().compare(QLatin1String("grl"), Qt::CaseInsensitive) != 0;
+    if (otherKind)
+        dialog.setNameFilters({QStringLiteral("*.") + initial.suffix(), QLatin1String(projectFilter)});
+    else
+        dialog.setNameFilter(QLatin1String(projectFilter));
+
+    if (name.contains(u'/') && initial.dir().exists()) m_lastFolder = initial.absolutePath();
+    if (m_lastFolder.isEmpty())
+        m_lastFolder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QDir(m_lastFolder).exists()) m_lastFolder = QDir::homePath();
+    dialog.setDirectory(m_lastFolder);
+    if (!ownName.isEmpty() && ownName != QLatin1String(projectFilter)) dialog.selectFile(ownName);
+    if (auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+        box->selectAll();
+        box->setFocus();
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+
+    const QString chosen = dialog.selectedFiles().constFirst();
+    if (QFileInfo(chosen).fileName() == QLatin1String(projectFilter)) return std::nullopt;
+    m_lastFolder = QFileInfo(chosen).absolutePath();
+    return toUtf8(chosen);
+}
+
+std::optional<std::string> QtDesktop::clipboardText() {
+    const QMimeData* held = QGuiApplication::clipboard()->mimeData();
+    if (held == nullptr || !held->hasText()) return std::nullopt;
+    return toUtf8(held->text());
+}
+
+void QtDesktop::setClipboardText(std::string_view text) {
+    QGuiApplication::clipboard()->setText(fromUtf8(text));
+}
+
+void QtDesktop::beep() {
+    QApplication::beep();
+}
+
+void QtDesktop::showProgress() {
+    if (!m_progress) return;
+    m_progress->setValue(0);
+    m_progress->show();
+    m_progress->repaint();
+}
+
+void QtDesktop::setProgress(float percent) {
+    const int whole = std::clamp(int(percent), 0, 100);
+    if (!m_progress || whole == m_progress->value()) return;
+    m_progress->setValue(whole);
+    m_progress->repaint(); // at once: the command does not return to the event loop before its end
+}
+
+void QtDesktop::hideProgress() {
+    if (m_progress) m_progress->hide();
+}
+
+void QtDesktop::status(std::string_view message) {
+    if (!m_status) {
+        m_early = fromUtf8(message);
+        return;
+    }
+    m_status->setText(fromUtf8(message));
+    m_status->setToolTip(m_status->text());
+}
+
+void QtDesktop::focusGrid() {
+    if (m_grid && !m_grid->isHidden()) m_grid->setFocus();
+}
+
+bool QtDesktop::moveToTrash(std::string_view path) {
+    if (!m_surroundings.hasTrash) return false;
+    // Qt makes the trash of the home folder only when the folder above it is there.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+    return QFile::moveToTrash(fromUtf8(basic::nativePath(path)));
+}
+
+void QtDesktop::endProgram() const {
+    if (m_surroundings.endProgram)
+        m_surroundings.endProgram();
+    else
+        QCoreApplication::exit(0);
+}
+
+} // namespace shell

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "desktop/desktop.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <string>
+
+class QLabel;
+class QProgressBar;
+
+namespace shell {
+
+/// The title of message boxes that have none of their own, and the name of the program.
+inline constexpr const char* applicationTitle = "ZavroGrl";
+
+/// What a window of the program finds around it; a session or a test brings its own.
+struct Surroundings {
+    std::string programFolder;  ///< empty: the user's own, below the XDG data home
+    std::string templateFolder; ///< empty: where the installation keeps its templates
+    bool hasTrash = true;
+    std::function<void()> endProgram; ///< empty: leaves the event loop
+};
+
+/// The desktop on Qt: modal boxes over the active window, the common file dialog, clipboard, trash, and the
+/// progress bar and status field of the main window once they are given.
+class QtDesktop final : public desktop::Desktop {
+  public:
+    /// Makes the program folder (mode 0700) when it is missing and lays in the installed templates that are
+    /// not there; what is there is never overwritten. A folder that cannot be made or filled is said in the
+    /// status bar later.
+    explicit QtDesktop(Surroundings surroundings = {}, QWidget* window = nullptr);
+
+    void attach(QProgressBar& progress, QLabel& status, QWidget& grid);
+
+    desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons = desktop::Buttons::Ok,
+                               std::string_view title = {}) override;
+    std::string inputBox(std::string_view prompt, std::string_view title,
+                         std::string_view initial = {}) override;
+    std::optional<std::string> fileDialog(desktop::FileDialog kind, std::string_view initialName) override;
+    std::optional<std::string> clipboardText() override;
+    void setClipboardText(std::string_view text) override;
+    void beep() override;
+    void showProgress() override;
+    void setProgress(float percent) override;
+    void hideProgress() override;
+    void status(std::string_view message) override;
+    void focusGrid() override;
+    bool moveToTrash(std::string_view path) override;
+    std::chrono::system_clock::time_point now() override { return std::chrono::system_clock::now(); }
+    std::string programFolder() override { return m_surroundings.programFolder; }
+
+    void endProgram() const;
+
+  private:
+    [[nodiscard]] QWidget* owner() const;
+
+    Surroundings m_surroundings;
+    QPointer<QWidget> m_window;
+    QPointer<QProgressBar> m_progress;
+    QPointer<QLabel> m_status;
+    QPointer<QWidget> m_grid;
+    QString m_lastFolder;
+    QString m_early; // said before there was a status bar
+};
+
+} // namespace shell

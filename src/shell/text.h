@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace shell {
+
+/// A text as the user sees it: every caption, tooltip and message of the window passes here, so that a
+/// translation file can be laid over the English texts.
+[[nodiscard]] QString text(const char* english);
+
+/// UTF-8 to Qt and back.
+[[nodiscard]] QString fromUtf8(std::string_view utf8);
+[[nodiscard]] std::string toUtf8(const QString& text);
+
+} // namespace shell
