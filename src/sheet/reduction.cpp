@@ -5,6 +5,8 @@
 #include "basic/numbers.h"
 #include "basic/strings.h"
 
+#include <string>
+
 namespace sheet {
 namespace {
 
@@ -44,19 +46,21 @@ void reduceRow(Book& book, int row) {
 void reduceLevels(Book& book, desktop::Desktop& desktop) {
     Grid& grid = book.MSFG;
     if (grid.Rows() < 3) return;
+    int row = 1;
     try {
         desktop.showProgress();
         grid.setVisible(false);
         book.CurrentHI = basic::cSng(cellValue(grid, 1, RLevel) + cellValue(grid, 1, BackSight));
         grid.setText(1, HgtInst, levelText(book.CurrentHI));
         const auto rows = static_cast<float>(grid.Rows());
-        for (int row = 2; row < grid.Rows(); ++row) {
+        for (row = 2; row < grid.Rows(); ++row) {
             reduceRow(book, row);
             desktop.setProgress(static_cast<float>(row) * 100 / rows);
         }
         grid.setVisible(true);
         desktop.hideProgress();
     } catch (const basic::RuntimeError& error) {
+        desktop.status("Cal stopped at row " + std::to_string(row));
         desktop.messageBox(error.description());
     }
 }

@@ -34,8 +34,12 @@ void fileCopy(std::string_view from, std::string_view to);
 void makeFolder(std::string_view path); ///< one level; see MakeFolder above
 void kill(std::string_view path);       ///< deletes a file; FileNotFound when there is none
 
-/// The lines of a text file without their ends (CR LF, LF). A byte-order mark is dropped; bytes that are no
-/// valid UTF-8 are taken as Windows-1252. At most `limit` bytes are read.
+/// A text file as UTF-8: bytes that are no valid UTF-8 are taken as Windows-1252. At most `limit` bytes are
+/// read.
+[[nodiscard]] std::string readFile(std::string_view path, std::size_t limit = std::size_t{64} << 20);
+
+/// The lines of a text file without their ends (CR LF, LF) and without a byte-order mark; otherwise as
+/// `readFile`.
 [[nodiscard]] std::vector<std::string> readLines(std::string_view path,
                                                  std::size_t limit = std::size_t{64} << 20);
 

@@ -47,22 +47,6 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
-std::string readFile(const std::string& path, std::size_t limit) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.get() < 0) raiseFileError(FileAction::OpenForInput, errno);
-    std::string content;
-    std::array<char, 65536> buffer{};
-    while (content.size() < limit) {
-        const ssize_t count =
-            read(file.get(), buffer.data(), std::min(buffer.size(), limit - content.size()));
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) raiseFileError(FileAction::OpenForInput, errno);
-        if (count == 0) break;
-        content.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    return content;
-}
-
 } // namespace
 
 std::string toUtf8(std::string_view bytes) {
@@ -76,8 +60,25 @@ std::string toUtf8(std::string_view bytes) {
     return result;
 }
 
+std::string readFile(std::string_view path, std::size_t limit) {
+    const Descriptor file(open(nativePath(path).c_str(), O_RDONLY | O_CLOEXEC));
+    if (file.get() < 0) raiseFileError(FileAction::OpenForInput, errno);
+    std::string content;
+    std::array<char, 65536> buffer{};
+    while (content.size() < limit) {
+        const ssize_t count =
+            read(file.get(), buffer.data(), std::min(buffer.size(), limit - content.size()));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) raiseFileError(FileAction::OpenForInput, errno);
+        if (count == 0) break;
+        content.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    if (!isUtf8(content)) content = toUtf8(content);
+    return content;
+}
+
 std::vector<std::string> readLines(std::string_view path, std::size_t limit) {
-    const std::string content = toUtf8(readFile(nativePath(path), limit));
+    const std::string content = readFile(path, limit);
     std::string_view rest = content;
     if (rest.substr(0, 3) == "\xEF\xBB\xBF") rest.remove_prefix(3);
     std::vector<std::string> lines;
