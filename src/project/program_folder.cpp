@@ -60,7 +60,7 @@ std::string programFolder() {
     if (data != nullptr && *data == '/') return (fs::path(data) / "zavrogrl").string();
     const char* home = std::getenv("HOME");
     const fs::path base(home != nullptr && *home != 0 ? std::string(home) : basic::nativePath("C:\\"));
-    return (base / ".local" / "share" / "zavrogrl" / "templates").string();
+    return (base / ".local" / "share" / "zavrogrl").string();
 }
 
 std::string shippedFolder() {

@@ -1,7 +1,7 @@
 #include "qt_desktop.h"
 
 #include "basic/files.h"
-#include "program_folder.h"
+#include "project/program_folder.h"
 #include "text.h"
 
 #include <QApplication>
@@ -41,9 +41,9 @@ desktop::Answer answerOf(int button) {
 
 QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
     : m_surroundings(std::move(surroundings)), m_window(window) {
-    if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = userProgramFolder();
-    if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = installedTemplates();
-    m_early = fromUtf8(prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
+    if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = project::programFolder();
+    if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = project::shippedFolder();
+    m_early = fromUtf8(project::prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
 }
 
 void QtDesktop::attach(QProgressBar& progress, QLabel& status, QWidget& grid) {

@@ -35,9 +35,24 @@ void CommandButton::setCaptionBold(bool bold) {
     setFont(face);
 }
 
+QFont CommandButton::plainFont() const {
+    QFont face = font();
+    face.setBold(false);
+    return face;
+}
+
 QFont CommandButton::boldFont() const {
     QFont face = font();
     face.setBold(true);
+    return face;
+}
+
+QFont CommandButton::fittingFont(int width) const {
+    if (!captionBold()) return font();
+    QFont face = font();
+    const int height = captionBox(plainFont(), width).height();
+    for (int spacing = 100; spacing > 84 && captionBox(face, width).height() > height; spacing -= 2)
+        face.setLetterSpacing(QFont::PercentageSpacing, spacing);
     return face;
 }
 
@@ -65,7 +80,7 @@ int CommandButton::widthForLines(int lines) const {
 }
 
 int CommandButton::heightForWidth(int width) const {
-    return captionBox(boldFont(), std::max(1, width - 2 * sidePadding)).height() + 2 * topPadding;
+    return captionBox(plainFont(), std::max(1, width - 2 * sidePadding)).height() + 2 * topPadding;
 }
 
 QSize CommandButton::sizeHint() const {
@@ -85,10 +100,13 @@ void CommandButton::paintEvent(QPaintEvent*) {
     initStyleOption(&option);
     const QString caption = option.text;
     option.text.clear();
+    // Return presses the button with the focus, so the focus is always shown.
+    if (hasFocus()) option.state |= QStyle::State_KeyboardFocusChange;
     painter.drawControl(QStyle::CE_PushButton, option);
     const QRect box = rect().adjusted(sidePadding - 1, 1, 1 - sidePadding, -1);
     int flags = captionFlags;
     if (!style()->styleHint(QStyle::SH_UnderlineShortcut, &option, this)) flags |= Qt::TextHideMnemonic;
+    painter.setFont(fittingFont(width() - 2 * sidePadding));
     style()->drawItemText(&painter, box, flags, palette(), isEnabled(), caption, QPalette::ButtonText);
 }
 

@@ -31,7 +31,10 @@ class CommandButton final : public QPushButton {
     void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
+    [[nodiscard]] QFont plainFont() const;
     [[nodiscard]] QFont boldFont() const;
+    /// The font of the caption, drawn closer where bold letters would need one line more than plain ones.
+    [[nodiscard]] QFont fittingFont(int width) const;
     [[nodiscard]] QRect captionBox(const QFont& face, int width) const;
 };
 
