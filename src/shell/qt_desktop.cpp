@@ -43,7 +43,8 @@ QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
     : m_surroundings(std::move(surroundings)), m_window(window) {
     if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = project::programFolder();
     if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = project::shippedFolder();
-    m_early = fromUtf8(project::prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
+    m_early =
+        fromUtf8(project::prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
 }
 
 void QtDesktop::attach(QProgressBar& progress, QLabel& status, QWidget& grid) {
