@@ -1,0 +1,46 @@
+#include "frmAbout.h"
+
+#include "branding.h"
+#include "text.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace shell {
+
+FrmAbout::FrmAbout(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("frmAbout"));
+    const QString title = QCoreApplication::applicationName();
+    setWindowTitle(text("About ") + title);
+
+    QVBoxLayout* body = branding::layOut(*this);
+    if (auto* picIcon = findChild<branding::Drawing*>()) picIcon->setObjectName(QStringLiteral("picIcon"));
+    QLabel* lblTitle = branding::makeTitle(title, this);
+    lblTitle->setObjectName(QStringLiteral("lblTitle"));
+    body->addWidget(lblTitle);
+    body->addWidget(branding::makeText(branding::versionText(), this, QStringLiteral("lblVersion")));
+    body->addWidget(branding::makeText(
+        text("A field book for the levelling of roads: readings in, reduced levels, change "
+             "points and road data out."),
+        this, QStringLiteral("lblDescription")));
+    body->addWidget(branding::makeText(
+        text("Free software under the MIT licence, without any warranty. Check the levels that "
+             "you build on."),
+        this, QStringLiteral("lblDisclaimer")));
+
+    auto* cmdSysInfo = new QPushButton(text("&System Info..."), this);
+    cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
+    cmdSysInfo->setAutoDefault(false);
+    auto* cmdOK = new QPushButton(text("OK"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    body->addStretch(1);
+    body->addLayout(branding::makeButtonRow({cmdSysInfo, cmdOK}));
+    setMinimumWidth(460);
+    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    cmdOK->setFocus();
+}
+
+} // namespace shell

@@ -1,0 +1,144 @@
+#include "frmHelp.h"
+
+#include "basic/files.h"
+#include "branding.h"
+#include "characters.h"
+#include "metrics.h"
+#include "rtf_reader.h"
+#include "text.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QScreen>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+
+namespace shell {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr const char* helpFile = "ZavroGrl.rtf";
+constexpr int firstSize = 8;
+constexpr char32_t controlG = 7;
+
+} // namespace
+
+FrmHelp::FrmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_desktop(desktop) {
+    setObjectName(QStringLiteral("frmHelp"));
+    setWindowTitle(text("Help"));
+
+    auto* body = new QVBoxLayout(this);
+    body->setContentsMargins(branding::margin, branding::margin, branding::margin, branding::margin);
+    body->setSpacing(branding::spacing);
+    RTB = new QTextBrowser(this);
+    RTB->setObjectName(QStringLiteral("RTB"));
+    RTB->setAccessibleName(text("Help text"));
+    RTB->setOpenLinks(false);
+    connect(RTB, &QTextBrowser::anchorClicked, this, [this](const QUrl& target) {
+        if (target.isRelative() && target.hasFragment()) RTB->scrollToAnchor(target.fragment());
+    });
+    body->addWidget(RTB, 1);
+
+    cmdOK = new QPushButton(text("OK"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    cmdOK->installEventFilter(this);
+    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    QHBoxLayout* row = branding::makeButtonRow({cmdOK});
+    row->insertWidget(0, new branding::Drawing(this, branding::drawingSide / 2));
+    body->addLayout(row);
+
+    lbl = new QLabel(text("ZavroGrl\nFor everyone who holds the staff and reads the level"), this);
+    lbl->setObjectName(QStringLiteral("lbl"));
+    lbl->setAlignment(Qt::AlignCenter);
+    lbl->hide();
+
+    const QSize room = screen()->availableSize();
+    resize(std::min(820, room.width() * 9 / 10), std::min(760, room.height() * 9 / 10));
+    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    Timer1.start(60ms);
+    Form_Load();
+}
+
+void FrmHelp::Form_Load() {
+    cmdOK->setFocus();
+    const std::string path = desktop::programFile(m_desktop, helpFile);
+    if (basic::fileExists(path))
+        loadRtf(path, *RTB->document(), palette());
+    else
+        m_desktop.messageBox("Sorry, Help File not available ...");
+}
+
+bool FrmHelp::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == cmdOK && event->type() == QEvent::KeyPress)
+        cmdOK_KeyPress(characterOf(*static_cast<QKeyEvent*>(event)));
+    return QDialog::eventFilter(watched, event);
+}
+
+void FrmHelp::cmdOK_KeyPress(char32_t character) {
+    if (character != controlG) return;
+    const bool again = m_credits.animating;
+    shrinkHelp();
+    if (!again) m_credits.top = (height() / 2) * 15;
+    growCredits();
+    m_credits.animating = true;
+    m_credits.colour = {255, 255, 255};
+    placeCredits();
+}
+
+void FrmHelp::shrinkHelp() {
+    lbl->show();
+    lbl->lower(); // the button stays in front
+    RTB->clear();
+    if (RTB->isHidden()) return;
+    QSizePolicy kept = RTB->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    RTB->setSizePolicy(kept);
+    // Every fourth step is painted: the box is gone in well under a second.
+    for (QRect box = RTB->geometry(); box.height() > 0; box.setTop(box.top() + 1)) {
+        RTB->setGeometry(box);
+        if (box.height() % 4 == 0) repaint();
+    }
+    RTB->hide();
+}
+
+void FrmHelp::growCredits() {
+    for (m_credits.size = firstSize; m_credits.size < Credits::largest; ++m_credits.size) {
+        placeCredits();
+        lbl->repaint();
+    }
+}
+
+void FrmHelp::placeCredits() {
+    QFont font = lbl->font();
+    font.setPointSize(m_credits.size);
+    lbl->setFont(font);
+    lbl->adjustSize();
+    lbl->move((width() - lbl->width()) / 2, pixels(m_credits.top));
+    const auto& [red, green, blue] = m_credits.colour;
+    QPalette colours = lbl->palette();
+    colours.setColor(QPalette::WindowText,
+                     QColor(std::min(red, 255), std::min(green, 255), std::min(blue, 255)));
+    lbl->setPalette(colours);
+}
+
+void FrmHelp::Timer1_Timer() {
+    if (!m_credits.animating) return;
+    m_credits.tick(height() * 15, lbl->height() * 15,
+                   [] { return QRandomGenerator::global()->generateDouble(); });
+    placeCredits();
+}
+
+void FrmHelp::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (m_credits.animating) placeCredits();
+}
+
+} // namespace shell

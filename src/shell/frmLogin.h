@@ -1,0 +1,41 @@
+#pragma once
+
+#include "desktop/desktop.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <string>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace shell {
+
+/// Asks for the program's password. The user name is shown and never read.
+class FrmLogin final : public QDialog {
+  public:
+    /// `next` runs after the right password, `end` when the user gives up.
+    FrmLogin(desktop::Desktop& desktop, std::function<void()> next, std::function<void()> end,
+             QWidget* parent = nullptr);
+
+    void reject() override; ///< Esc and the frame's button do what Cancel does
+
+  private:
+    void Form_Load();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    desktop::Desktop& m_desktop;
+    QLineEdit* txtUserName;
+    QLineEdit* txtPassword;
+    QPushButton* cmdOK;
+    QPushButton* cmdCancel;
+    QLabel* lblStore;
+    std::string m_stored;
+    std::function<void()> m_next;
+    std::function<void()> m_end;
+};
+
+} // namespace shell

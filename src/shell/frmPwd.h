@@ -1,0 +1,43 @@
+#pragma once
+
+#include "desktop/desktop.h"
+
+#include <QDialog>
+
+#include <string>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace shell {
+
+/// Changes the program's password: the old one first, then the new one twice.
+class FrmPwd final : public QDialog {
+  public:
+    explicit FrmPwd(desktop::Desktop& desktop, QWidget* parent = nullptr);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void Form_Load();
+    void cmdOK_Click();
+    void checkOld();
+    void storeNew();
+    void tell(const QString& what);
+
+    desktop::Desktop& m_desktop;
+    QLabel* lblOld;
+    QLabel* lblNew;
+    QLabel* lblREnt;
+    QLabel* lblStore;
+    QLineEdit* txtOld;
+    QLineEdit* txtNew;
+    QLineEdit* txtREnt;
+    QPushButton* cmdOK;
+    QPushButton* cmdCancel;
+    std::string m_stored;
+};
+
+} // namespace shell

@@ -1,0 +1,59 @@
+#include "frmSplash.h"
+
+#include "branding.h"
+#include "text.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <chrono>
+#include <utility>
+
+namespace shell {
+
+using namespace std::chrono_literals;
+
+FrmSplash::FrmSplash(std::function<void()> next, QWidget* parent) : QWidget(parent), m_next(std::move(next)) {
+    setObjectName(QStringLiteral("frmSplash"));
+    setAccessibleName(text("ZavroGrl is starting"));
+    branding::makeFrameless(*this);
+
+    QVBoxLayout* body = branding::layOut(*this, branding::drawingSide * 3 / 2);
+    body->addStretch(1);
+    body->addWidget(branding::makeTitle(QStringLiteral("ZavroGrl"), this));
+    body->addWidget(branding::makeText(text("Field book for the levelling of roads"), this,
+                                       QStringLiteral("lblProduct")));
+    body->addWidget(branding::makeText(branding::versionText(), this, QStringLiteral("lblVer")));
+    body->addStretch(1);
+    setMinimumWidth(420);
+    branding::centre(*this);
+
+    Timer1.setSingleShot(true);
+    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    Timer1.start(1200ms);
+}
+
+void FrmSplash::Timer1_Timer() {
+    Timer1.stop();
+    if (const auto next = std::exchange(m_next, nullptr)) next();
+}
+
+void FrmSplash::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        Timer1_Timer();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void FrmSplash::mousePressEvent(QMouseEvent*) {
+    Timer1_Timer();
+}
+
+void FrmSplash::closeEvent(QCloseEvent* event) {
+    event->accept();
+    Timer1_Timer();
+}
+
+} // namespace shell

@@ -1,0 +1,104 @@
+#include "frmStart.h"
+
+#include "branding.h"
+#include "metrics.h"
+#include "text.h"
+
+#include <QCloseEvent>
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <chrono>
+#include <utility>
+
+namespace shell {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int bandWidth = 420; // holds the label at its rightmost place
+
+QSizePolicy keepingItsPlace(const QWidget& widget) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    return policy;
+}
+
+} // namespace
+
+FrmStart::FrmStart(std::function<void()> next, std::function<void()> end, QWidget* parent)
+    : QWidget(parent), m_next(std::move(next)), m_end(std::move(end)) {
+    setObjectName(QStringLiteral("frmStart"));
+    setAccessibleName(text("About this program"));
+    branding::makeFrameless(*this);
+
+    QVBoxLayout* body = branding::layOut(*this);
+    body->addWidget(branding::makeTitle(QStringLiteral("ZavroGrl"), this));
+    body->addWidget(branding::makeText(
+        text("The levelling book of a road survey, keyed as it stands in the paper book: readings reduced by "
+             "the "
+             "height of instrument, checked, kept, and handed on to the road-design program ZavroRoad."),
+        this, QStringLiteral("lblNotice")));
+
+    auto* band = new QFrame(this);
+    band->setMinimumWidth(bandWidth);
+    lbl2 = new QLabel(text("From bench mark to bench mark"), band);
+    lbl2->setObjectName(QStringLiteral("lbl2"));
+    lbl2->adjustSize();
+    band->setFixedHeight(lbl2->height() + branding::spacing);
+    body->addWidget(band);
+
+    lblGo = branding::makeText(text("Press OK to log in."), this, QStringLiteral("lblGo"));
+    cmdOK = new QPushButton(text("OK"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdOK->setAccessibleName(text("OK, go on to the login"));
+    cmdOK->setAutoDefault(true);
+    for (QWidget* widget : {static_cast<QWidget*>(lblGo), static_cast<QWidget*>(cmdOK)}) {
+        widget->setSizePolicy(keepingItsPlace(*widget));
+        widget->hide();
+    }
+    QHBoxLayout* row = branding::makeButtonRow({cmdOK});
+    row->insertWidget(0, lblGo, 1);
+    body->addStretch(1);
+    body->addLayout(row);
+    branding::centre(*this);
+
+    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    connect(&tim, &QTimer::timeout, this, [this] { tim_Timer(); });
+    lbl2->move(pixels(m_moving.left), branding::spacing / 2);
+    Timer1.start(50ms);
+    tim.setSingleShot(true);
+    tim.start(800ms);
+}
+
+void FrmStart::Timer1_Timer() {
+    m_moving.tick();
+    lbl2->move(pixels(m_moving.left), lbl2->y());
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    const auto [red, green, blue] = randomColour(static_cast<std::uint64_t>(now));
+    QPalette palette = lbl2->palette();
+    palette.setColor(QPalette::WindowText, QColor(red, green, blue));
+    lbl2->setPalette(palette);
+}
+
+void FrmStart::tim_Timer() {
+    lblGo->show();
+    cmdOK->show();
+    cmdOK->setFocus();
+}
+
+void FrmStart::cmdOK_Click() {
+    Timer1.stop();
+    if (const auto next = std::exchange(m_next, nullptr)) next();
+}
+
+void FrmStart::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (m_next && m_end) m_end();
+}
+
+} // namespace shell
