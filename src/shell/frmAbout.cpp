@@ -10,7 +10,7 @@
 
 namespace shell {
 
-FrmAbout::FrmAbout(QWidget* parent) : QDialog(parent) {
+frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
     const QString title = QCoreApplication::applicationName();
     setWindowTitle(text("About ") + title);

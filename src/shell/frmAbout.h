@@ -5,9 +5,9 @@
 namespace shell {
 
 /// Title, version and two short notices.
-class FrmAbout final : public QDialog {
+class frmAbout final : public QDialog {
   public:
-    explicit FrmAbout(QWidget* parent = nullptr);
+    explicit frmAbout(QWidget* parent = nullptr);
 };
 
 } // namespace shell

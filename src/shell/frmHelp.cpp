@@ -30,7 +30,7 @@ constexpr char32_t controlG = 7;
 
 } // namespace
 
-FrmHelp::FrmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_desktop(desktop) {
+frmHelp::frmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_desktop(desktop) {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(text("Help"));
 
@@ -67,7 +67,7 @@ FrmHelp::FrmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), 
     Form_Load();
 }
 
-void FrmHelp::Form_Load() {
+void frmHelp::Form_Load() {
     cmdOK->setFocus();
     const std::string path = desktop::programFile(m_desktop, helpFile);
     if (basic::fileExists(path))
@@ -76,13 +76,13 @@ void FrmHelp::Form_Load() {
         m_desktop.messageBox("Sorry, Help File not available ...");
 }
 
-bool FrmHelp::eventFilter(QObject* watched, QEvent* event) {
+bool frmHelp::eventFilter(QObject* watched, QEvent* event) {
     if (watched == cmdOK && event->type() == QEvent::KeyPress)
         cmdOK_KeyPress(characterOf(*static_cast<QKeyEvent*>(event)));
     return QDialog::eventFilter(watched, event);
 }
 
-void FrmHelp::cmdOK_KeyPress(char32_t character) {
+void frmHelp::cmdOK_KeyPress(char32_t character) {
     if (character != controlG) return;
     const bool again = m_credits.animating;
     shrinkHelp();
@@ -93,7 +93,7 @@ void FrmHelp::cmdOK_KeyPress(char32_t character) {
     placeCredits();
 }
 
-void FrmHelp::shrinkHelp() {
+void frmHelp::shrinkHelp() {
     lbl->show();
     lbl->lower(); // the button stays in front
     RTB->clear();
@@ -109,14 +109,14 @@ void FrmHelp::shrinkHelp() {
     RTB->hide();
 }
 
-void FrmHelp::growCredits() {
+void frmHelp::growCredits() {
     for (m_credits.size = firstSize; m_credits.size < Credits::largest; ++m_credits.size) {
         placeCredits();
         lbl->repaint();
     }
 }
 
-void FrmHelp::placeCredits() {
+void frmHelp::placeCredits() {
     QFont font = lbl->font();
     font.setPointSize(m_credits.size);
     lbl->setFont(font);
@@ -129,14 +129,14 @@ void FrmHelp::placeCredits() {
     lbl->setPalette(colours);
 }
 
-void FrmHelp::Timer1_Timer() {
+void frmHelp::Timer1_Timer() {
     if (!m_credits.animating) return;
     m_credits.tick(height() * 15, lbl->height() * 15,
                    [] { return QRandomGenerator::global()->generateDouble(); });
     placeCredits();
 }
 
-void FrmHelp::resizeEvent(QResizeEvent* event) {
+void frmHelp::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
     if (m_credits.animating) placeCredits();
 }

@@ -13,9 +13,9 @@ class QTextBrowser;
 namespace shell {
 
 /// The help text from the rich-text file in the program folder, and behind Ctrl+G the credits.
-class FrmHelp final : public QDialog {
+class frmHelp final : public QDialog {
   public:
-    explicit FrmHelp(desktop::Desktop& desktop, QWidget* parent = nullptr);
+    explicit frmHelp(desktop::Desktop& desktop, QWidget* parent = nullptr);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -15,7 +15,7 @@
 
 namespace shell {
 
-FrmLogin::FrmLogin(desktop::Desktop& desktop, std::function<void()> next, std::function<void()> end,
+frmLogin::frmLogin(desktop::Desktop& desktop, std::function<void()> next, std::function<void()> end,
                    QWidget* parent)
     : QDialog(parent), m_desktop(desktop), m_next(std::move(next)), m_end(std::move(end)) {
     setObjectName(QStringLiteral("frmLogin"));
@@ -56,7 +56,7 @@ FrmLogin::FrmLogin(desktop::Desktop& desktop, std::function<void()> next, std::f
     branding::centre(*this);
 }
 
-void FrmLogin::Form_Load() {
+void frmLogin::Form_Load() {
     try {
         m_stored = project::passwordForLogin(m_desktop);
     } catch (const basic::RuntimeError& error) {
@@ -66,7 +66,7 @@ void FrmLogin::Form_Load() {
     }
 }
 
-void FrmLogin::cmdOK_Click() {
+void frmLogin::cmdOK_Click() {
     if (basic::trim(toUtf8(txtPassword->text())) == m_stored) {
         if (const auto next = std::exchange(m_next, nullptr)) next();
         return;
@@ -77,11 +77,11 @@ void FrmLogin::cmdOK_Click() {
     txtPassword->end(true);
 }
 
-void FrmLogin::cmdCancel_Click() {
+void frmLogin::cmdCancel_Click() {
     if (const auto end = std::exchange(m_end, nullptr)) end();
 }
 
-void FrmLogin::reject() {
+void frmLogin::reject() {
     cmdCancel_Click();
 }
 

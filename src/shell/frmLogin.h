@@ -14,10 +14,10 @@ class QPushButton;
 namespace shell {
 
 /// Asks for the program's password. The user name is shown and never read.
-class FrmLogin final : public QDialog {
+class frmLogin final : public QDialog {
   public:
     /// `next` runs after the right password, `end` when the user gives up.
-    FrmLogin(desktop::Desktop& desktop, std::function<void()> next, std::function<void()> end,
+    frmLogin(desktop::Desktop& desktop, std::function<void()> next, std::function<void()> end,
              QWidget* parent = nullptr);
 
     void reject() override; ///< Esc and the frame's button do what Cancel does

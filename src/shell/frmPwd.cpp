@@ -14,7 +14,7 @@
 
 namespace shell {
 
-FrmPwd::FrmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_desktop(desktop) {
+frmPwd::frmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_desktop(desktop) {
     setObjectName(QStringLiteral("frmPwd"));
     setWindowTitle(text("Password..."));
     QVBoxLayout* body = branding::layOut(*this);
@@ -66,7 +66,7 @@ FrmPwd::FrmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_
     Form_Load();
 }
 
-void FrmPwd::Form_Load() {
+void frmPwd::Form_Load() {
     try {
         m_stored = project::storedPassword(m_desktop);
     } catch (const basic::RuntimeError& error) {
@@ -75,7 +75,7 @@ void FrmPwd::Form_Load() {
 }
 
 // Enter goes from box to box; it never presses a button from within a box.
-bool FrmPwd::eventFilter(QObject* watched, QEvent* event) {
+bool frmPwd::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter) return QDialog::eventFilter(watched, event);
@@ -88,14 +88,14 @@ bool FrmPwd::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-void FrmPwd::cmdOK_Click() {
+void frmPwd::cmdOK_Click() {
     if (txtNew->isHidden())
         checkOld();
     else
         storeNew();
 }
 
-void FrmPwd::checkOld() {
+void frmPwd::checkOld() {
     if (basic::trim(toUtf8(txtOld->text())) != m_stored) {
         m_desktop.messageBox("Your Password is wrong...Try again");
         txtOld->setFocus();
@@ -106,7 +106,7 @@ void FrmPwd::checkOld() {
     txtNew->setFocus();
 }
 
-void FrmPwd::storeNew() {
+void frmPwd::storeNew() {
     if (txtNew->text() != txtREnt->text()) {
         m_desktop.messageBox("Your ReEntered Passward is wrong..., try again");
         return;
@@ -122,7 +122,7 @@ void FrmPwd::storeNew() {
     accept();
 }
 
-void FrmPwd::tell(const QString& what) {
+void frmPwd::tell(const QString& what) {
     lblStore->setText(what);
     lblStore->show();
 }

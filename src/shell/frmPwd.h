@@ -13,9 +13,9 @@ class QPushButton;
 namespace shell {
 
 /// Changes the program's password: the old one first, then the new one twice.
-class FrmPwd final : public QDialog {
+class frmPwd final : public QDialog {
   public:
-    explicit FrmPwd(desktop::Desktop& desktop, QWidget* parent = nullptr);
+    explicit frmPwd(desktop::Desktop& desktop, QWidget* parent = nullptr);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

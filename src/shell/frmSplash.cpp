@@ -15,7 +15,7 @@ namespace shell {
 
 using namespace std::chrono_literals;
 
-FrmSplash::FrmSplash(std::function<void()> next, QWidget* parent) : QWidget(parent), m_next(std::move(next)) {
+frmSplash::frmSplash(std::function<void()> next, QWidget* parent) : QWidget(parent), m_next(std::move(next)) {
     setObjectName(QStringLiteral("frmSplash"));
     setAccessibleName(text("ZavroGrl is starting"));
     branding::makeFrameless(*this);
@@ -35,23 +35,23 @@ FrmSplash::FrmSplash(std::function<void()> next, QWidget* parent) : QWidget(pare
     Timer1.start(1200ms);
 }
 
-void FrmSplash::Timer1_Timer() {
+void frmSplash::Timer1_Timer() {
     Timer1.stop();
     if (const auto next = std::exchange(m_next, nullptr)) next();
 }
 
-void FrmSplash::keyPressEvent(QKeyEvent* event) {
+void frmSplash::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         Timer1_Timer();
     else
         QWidget::keyPressEvent(event);
 }
 
-void FrmSplash::mousePressEvent(QMouseEvent*) {
+void frmSplash::mousePressEvent(QMouseEvent*) {
     Timer1_Timer();
 }
 
-void FrmSplash::closeEvent(QCloseEvent* event) {
+void frmSplash::closeEvent(QCloseEvent* event) {
     event->accept();
     Timer1_Timer();
 }

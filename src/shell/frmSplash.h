@@ -8,9 +8,9 @@
 namespace shell {
 
 /// The first window: name and version. Gives way after 1.2 seconds, or at once on Esc or a click.
-class FrmSplash final : public QWidget {
+class frmSplash final : public QWidget {
   public:
-    explicit FrmSplash(std::function<void()> next, QWidget* parent = nullptr);
+    explicit frmSplash(std::function<void()> next, QWidget* parent = nullptr);
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

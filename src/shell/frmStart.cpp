@@ -29,7 +29,7 @@ QSizePolicy keepingItsPlace(const QWidget& widget) {
 
 } // namespace
 
-FrmStart::FrmStart(std::function<void()> next, std::function<void()> end, QWidget* parent)
+frmStart::frmStart(std::function<void()> next, std::function<void()> end, QWidget* parent)
     : QWidget(parent), m_next(std::move(next)), m_end(std::move(end)) {
     setObjectName(QStringLiteral("frmStart"));
     setAccessibleName(text("About this program"));
@@ -75,7 +75,7 @@ FrmStart::FrmStart(std::function<void()> next, std::function<void()> end, QWidge
     tim.start(800ms);
 }
 
-void FrmStart::Timer1_Timer() {
+void frmStart::Timer1_Timer() {
     m_moving.tick();
     lbl2->move(pixels(m_moving.left), lbl2->y());
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
@@ -85,18 +85,18 @@ void FrmStart::Timer1_Timer() {
     lbl2->setPalette(palette);
 }
 
-void FrmStart::tim_Timer() {
+void frmStart::tim_Timer() {
     lblGo->show();
     cmdOK->show();
     cmdOK->setFocus();
 }
 
-void FrmStart::cmdOK_Click() {
+void frmStart::cmdOK_Click() {
     Timer1.stop();
     if (const auto next = std::exchange(m_next, nullptr)) next();
 }
 
-void FrmStart::closeEvent(QCloseEvent* event) {
+void frmStart::closeEvent(QCloseEvent* event) {
     event->accept();
     if (m_next && m_end) m_end();
 }

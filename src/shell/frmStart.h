@@ -13,9 +13,9 @@ class QPushButton;
 namespace shell {
 
 /// The product screen: a notice, a label that moves to and fro, and after a moment the button that goes on.
-class FrmStart final : public QWidget {
+class frmStart final : public QWidget {
   public:
-    FrmStart(std::function<void()> next, std::function<void()> end, QWidget* parent = nullptr);
+    frmStart(std::function<void()> next, std::function<void()> end, QWidget* parent = nullptr);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

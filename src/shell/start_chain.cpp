@@ -19,15 +19,15 @@ StartChain::StartChain(desktop::Desktop& desktop, std::function<void()> showMain
     : m_desktop(desktop), m_showMainWindow(std::move(showMainWindow)), m_end(std::move(end)) {}
 
 void StartChain::showSplash() {
-    take(std::make_unique<FrmSplash>([this] { showProduct(); }));
+    take(std::make_unique<frmSplash>([this] { showProduct(); }));
 }
 
 void StartChain::showProduct() {
-    take(std::make_unique<FrmStart>([this] { showLogin(); }, m_end));
+    take(std::make_unique<frmStart>([this] { showLogin(); }, m_end));
 }
 
 void StartChain::showLogin() {
-    take(std::make_unique<FrmLogin>(
+    take(std::make_unique<frmLogin>(
         m_desktop, [this] { finish(); }, m_end));
 }
 
