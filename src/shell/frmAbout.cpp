@@ -1,9 +1,9 @@
 #include "frmAbout.h"
 
-#include "branding.h"
+#include "controls/branding.h"
+#include "qt_desktop.h"
 #include "text.h"
 
-#include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -12,7 +12,7 @@ namespace shell {
 
 frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
-    const QString title = QCoreApplication::applicationName();
+    const QString title = QString::fromLatin1(applicationTitle);
     setWindowTitle(text("About ") + title);
 
     QVBoxLayout* body = branding::layOut(*this);

@@ -2,6 +2,9 @@
 
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
+#include "frmAbout.h"
+#include "frmHelp.h"
+#include "frmPwd.h"
 #include "settings_frame.h"
 
 #include "entry/chainage.h"
@@ -123,9 +126,15 @@ void frmGrl::mnuImport_Click() {
     cmdImpExl_Click();
 }
 void frmGrl::mnuSetPath_Click() {}
-void frmGrl::mnuPass_Click() {}
-void frmGrl::MnuHelp1_Click() {}
-void frmGrl::mnuAbout_Click() {}
+void frmGrl::mnuPass_Click() {
+    frmPwd(m_desktop, this).exec();
+}
+void frmGrl::MnuHelp1_Click() {
+    frmHelp(m_desktop, this).exec();
+}
+void frmGrl::mnuAbout_Click() {
+    frmAbout(this).exec();
+}
 
 void frmGrl::mNu() {}
 

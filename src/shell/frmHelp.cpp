@@ -1,10 +1,10 @@
 #include "frmHelp.h"
 
 #include "basic/files.h"
-#include "branding.h"
-#include "characters.h"
-#include "metrics.h"
-#include "rtf_reader.h"
+#include "controls/branding.h"
+#include "controls/characters.h"
+#include "controls/metrics.h"
+#include "controls/rtf_reader.h"
 #include "text.h"
 
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "frmPwd.h"
 
 #include "basic/strings.h"
-#include "branding.h"
+#include "controls/branding.h"
 #include "project/password_store.h"
 #include "text.h"
 

@@ -1,6 +1,6 @@
 #include "frmSplash.h"
 
-#include "branding.h"
+#include "controls/branding.h"
 #include "text.h"
 
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "frmStart.h"
 
-#include "branding.h"
-#include "metrics.h"
+#include "controls/branding.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "branding.h"
 
+#include "../text.h"
 #include "drawing_svg.h"
-#include "text.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>

@@ -1,8 +1,8 @@
 #include "rtf_reader.h"
 
+#include "../text.h"
 #include "basic/files.h"
 #include "metrics.h"
-#include "text.h"
 
 #include <QApplication>
 #include <QFile>
@@ -40,7 +40,7 @@ QColor toQt(const rtf::Colour& colour) {
 }
 
 QTextLength percent(int part, int whole) {
-    return {QTextLength::PercentageLength, 100.0 * part / std::max(1, whole)};
+    return QTextLength(QTextLength::PercentageLength, 100.0 * part / std::max(1, whole));
 }
 
 class Writer {
