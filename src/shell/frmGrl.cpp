@@ -10,6 +10,7 @@
 #include "basic/files.h"
 #include "entry/chainage.h"
 #include "entry/entry_settings.h"
+#include "project/default_folder.h"
 #include "sheet/cells.h"
 
 #include <QAction>
@@ -23,6 +24,7 @@
 #include <QStatusBar>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace shell {
@@ -37,9 +39,12 @@ constexpr int leastHeight = 700;
 
 constexpr int progressHeight = 10;
 
+constexpr std::chrono::seconds untilKeysRest{1};
+
 } // namespace
 
-frmGrl::frmGrl(Surroundings surroundings) : m_desktop(std::move(surroundings), this) {
+frmGrl::frmGrl(Surroundings surroundings)
+    : m_offersRecovery(surroundings.offersRecovery), m_desktop(std::move(surroundings), this) {
     setObjectName(QStringLiteral("frmGrl"));
     auto* form = new QWidget;
     form->setObjectName(QStringLiteral("form"));
@@ -54,7 +59,12 @@ frmGrl::frmGrl(Surroundings surroundings) : m_desktop(std::move(surroundings), t
     m_grid->keyDown = [this](entry::EditKey key) { MSFG_KeyDown(key); };
     m_grid->leaveCell = [this] { MSFG_LeaveCell(); };
     m_grid->mouseMove = [this] { MSFG_MouseMove(); };
-    m_grid->flushed = [this] { showStatus(); };
+    m_grid->flushed = [this] {
+        showStatus();
+        m_keysRest.start(untilKeysRest);
+    };
+    m_keysRest.setSingleShot(true);
+    QObject::connect(&m_keysRest, &QTimer::timeout, this, [this] { keepRecoveryCopy(); });
 
     m_pbr1 = new QProgressBar(form);
     m_pbr1->setObjectName(QStringLiteral("pbr1"));
@@ -92,7 +102,20 @@ void frmGrl::Form_Load() {
     m_book.CurrentSide = 'C';
     entry::readSettings(m_book.settings, m_desktop);
     m_ff->showSettings();
+    project::readDefaultFolder(m_book, m_desktop);
     mNu();
+    showBook();
+    if (m_offersRecovery) QTimer::singleShot(0, this, [this] { offerRecovery(); });
+}
+
+void frmGrl::keepRecoveryCopy() {
+    if (m_ended) return;
+    const std::chrono::milliseconds wait = m_recovery.keep();
+    if (wait > std::chrono::milliseconds::zero()) m_keysRest.start(wait);
+}
+
+void frmGrl::offerRecovery() {
+    m_recovery.offer();
     showBook();
 }
 

@@ -3,9 +3,11 @@
 #include "qt_desktop.h"
 
 #include "entry/key_entry.h"
+#include "project/recovery.h"
 #include "sheet/book.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <array>
 #include <map>
@@ -124,11 +126,16 @@ class frmGrl final : public QMainWindow {
     void mnuAbout_Click();
 
     void mNu();
+    void keepRecoveryCopy();
+    void offerRecovery();
     void Dsb();
     void Enb();
 
+    bool m_offersRecovery;
     sheet::Book m_book;
     QtDesktop m_desktop;
+    project::Recovery m_recovery{m_book, m_desktop};
+    QTimer m_keysRest; // runs out when nothing was typed for a second
     FlexGrid* m_grid = nullptr;
     ButtonColumn* m_column = nullptr;
     QScrollArea* m_columnScroll = nullptr;

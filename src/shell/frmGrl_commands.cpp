@@ -3,6 +3,7 @@
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
 #include "frmAbout.h"
+#include "frmDorvan.h"
 #include "frmHelp.h"
 #include "frmPwd.h"
 #include "settings_frame.h"
@@ -10,6 +11,9 @@
 #include "entry/chainage.h"
 #include "entry/entry_settings.h"
 #include "entry/row_editing.h"
+#include "project/append.h"
+#include "project/project_commands.h"
+#include "project/recent_files.h"
 #include "sheet/reduction.h"
 
 namespace shell {
@@ -28,14 +32,22 @@ void frmGrl::MSFG_LeaveCell() {
     entry::leaveCell(m_book, m_desktop);
 }
 
-void frmGrl::cmdNew_Click() {}
-void frmGrl::cmdOpen_Click() {}
-void frmGrl::cmdSave_Click() {}
+void frmGrl::cmdNew_Click() {
+    project::newProject(m_book, m_desktop);
+}
+void frmGrl::cmdOpen_Click() {
+    project::openProject(m_book, m_desktop);
+}
+void frmGrl::cmdSave_Click() {
+    project::saveProject(m_book, m_desktop);
+}
 void frmGrl::cmdCal_Click() {
     sheet::reduceLevels(m_book, m_desktop);
 }
 void frmGrl::cmdCP_Click() {}
 void frmGrl::cmdExit_Click() {
+    if (!project::exitProgram(m_book, m_desktop)) return;
+    m_recovery.discard();
     endProgram();
 }
 
@@ -101,15 +113,27 @@ void frmGrl::mnuNew_Click() {
 void frmGrl::mnuOpen_Click() {
     cmdOpen_Click();
 }
-void frmGrl::mnuSaveas_Click() {}
+void frmGrl::mnuSaveas_Click() {
+    project::saveProjectAs(m_book, m_desktop);
+}
 void frmGrl::mnuSave_Click() {
     cmdSave_Click();
 }
-void frmGrl::mnuAppend_Click() {}
-void frmGrl::mnuX1_Click() {}
-void frmGrl::mnuX2_Click() {}
-void frmGrl::mnuX3_Click() {}
-void frmGrl::mnuX4_Click() {}
+void frmGrl::mnuAppend_Click() {
+    project::appendProject(m_book, m_desktop);
+}
+void frmGrl::mnuX1_Click() {
+    project::openRecent(m_book, m_desktop, 1);
+}
+void frmGrl::mnuX2_Click() {
+    project::openRecent(m_book, m_desktop, 2);
+}
+void frmGrl::mnuX3_Click() {
+    project::openRecent(m_book, m_desktop, 3);
+}
+void frmGrl::mnuX4_Click() {
+    project::openRecent(m_book, m_desktop, 4);
+}
 void frmGrl::mnuExit_Click() {
     cmdExit_Click();
 }
@@ -125,7 +149,9 @@ void frmGrl::mnuExcel_Click() {
 void frmGrl::mnuImport_Click() {
     cmdImpExl_Click();
 }
-void frmGrl::mnuSetPath_Click() {}
+void frmGrl::mnuSetPath_Click() {
+    frmDorvan(m_book, m_desktop, this).exec();
+}
 void frmGrl::mnuPass_Click() {
     frmPwd(m_desktop, this).exec();
 }
@@ -136,7 +162,9 @@ void frmGrl::mnuAbout_Click() {
     frmAbout(this).exec();
 }
 
-void frmGrl::mNu() {}
+void frmGrl::mNu() {
+    project::mNu(m_book, m_desktop);
+}
 
 void frmGrl::Dsb() {
     for (const char* name :

@@ -22,6 +22,7 @@ struct Surroundings {
     std::string programFolder;  ///< empty: the user's own, below the XDG data home
     std::string templateFolder; ///< empty: where the installation keeps its templates
     bool hasTrash = true;
+    bool offersRecovery = true;
     std::function<void()> endProgram; ///< empty: leaves the event loop
 };
 
