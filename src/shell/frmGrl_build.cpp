@@ -183,8 +183,11 @@ void frmGrl::buildStatusBar() {
         auto* label = new QLabel;
         label->setObjectName(QLatin1String(name));
         label->setAccessibleName(text(accessibleName));
-        label->setContentsMargins(6, 0, 6, 0);
+        label->setContentsMargins(4, 0, 4, 0);
         statusBar()->addWidget(label);
+        auto* line = new QFrame;
+        line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Sunken));
+        statusBar()->addWidget(line);
         return label;
     };
     statusBar()->setSizeGripEnabled(false);

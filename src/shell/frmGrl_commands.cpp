@@ -87,9 +87,7 @@ void frmGrl::cmdExpTxt_KeyPress(char32_t character) {
 
 void frmGrl::cmdList_Click() {
     m_grid->setEnabled(false);
-    m_ff->show();
-    m_ff->raise();
-    m_ff->setFocus();
+    m_ff->open();
 }
 
 void frmGrl::cmdOK_Click() {

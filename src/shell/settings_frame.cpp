@@ -59,11 +59,11 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     body().addWidget(m_chkAdd, addRow, 0);
     body().addWidget(m_txtAdd, addRow, 1);
 
+    nextColumn();
     m_chkOft = makeCheck("chkOft", "Fixed Offsets", &sheet::Settings::chkOft);
     addWide(m_chkOft);
     m_txtOft = makeBox("txtOft", {});
-    m_lblOft = addLine(text("Offset:"), m_txtOft, text("m"));
-    m_lblOft->setObjectName(QStringLiteral("lblOft"));
+    addLine(text("Offset:"), m_txtOft, text("m"))->setObjectName(QStringLiteral("lblOft"));
 
     m_optLeft = makeOption("optLeft", "Left");
     m_optRight = makeOption("optRight", "Right");
@@ -82,7 +82,7 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     m_lstOft->setAccessibleName(text("Fixed offsets"));
     m_lstOft->setToolTip(text("Press 'DEL' button on Keybord to delete the Offset from List"));
     m_lstOft->setUniformItemSizes(true);
-    m_lstOft->setMinimumHeight(6 * m_lstOft->fontMetrics().lineSpacing());
+    m_lstOft->setFixedHeight(8 * m_lstOft->fontMetrics().lineSpacing());
     m_lstOft->installEventFilter(this);
     addWide(m_lstOft);
     m_txtOft->installEventFilter(this);
@@ -91,8 +91,8 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     cmdOK->setMinimumWidth(96);
     buttons().addWidget(cmdOK);
 
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_txtAdd, m_lblOft, m_txtOft, m_optLeft,
-                                                           m_optRight, m_optBoth, m_cmdAdd, m_lstOft})
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_txtAdd, m_optLeft, m_optRight, m_optBoth, m_cmdAdd, m_lstOft})
         keepRoomWhenHidden(*widget);
 
     QObject::connect(m_cboIncr, &QComboBox::editTextChanged, this, [this](const QString& typed) {
@@ -130,6 +130,12 @@ QRadioButton* SettingsFrame::makeOption(const char* name, const char* caption) {
     return option;
 }
 
+void SettingsFrame::open() {
+    show();
+    raise();
+    m_cboIncr->setFocus();
+}
+
 void SettingsFrame::showSettings() {
     m_showing = true;
     m_cboIncr->setEditText(fromUtf8(m_settings.cboIncr));
@@ -152,9 +158,11 @@ void SettingsFrame::showList() {
 }
 
 void SettingsFrame::chkOft_Click() {
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_lstOft, m_cmdAdd, m_optLeft, m_optRight,
-                                                           m_optBoth, m_lblOft, m_txtOft})
-        widget->setVisible(m_chkOft->isChecked());
+    const bool fixed = m_chkOft->isChecked();
+    setLineVisible(m_txtOft, fixed);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_lstOft, m_cmdAdd, m_optLeft, m_optRight, m_optBoth})
+        widget->setVisible(fixed);
 }
 
 void SettingsFrame::chkAdd_Click() {

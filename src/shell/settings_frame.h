@@ -25,6 +25,7 @@ class SettingsFrame final : public Panel {
 
     std::function<void()> cmdOK_Click;
 
+    void open();
     void showSettings();
     void chkOft_Click(); ///< the controls of the fixed offsets are there while chkOft is ticked
     void chkAdd_Click(); ///< txtAdd is there while chkAdd is ticked
@@ -50,7 +51,6 @@ class SettingsFrame final : public Panel {
     QCheckBox* m_chkAdd;
     QLineEdit* m_txtAdd;
     QCheckBox* m_chkOft;
-    QLabel* m_lblOft;
     QLineEdit* m_txtOft;
     QRadioButton* m_optLeft;
     QRadioButton* m_optRight;

@@ -57,7 +57,8 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const QColor ink = palette.color(state, QPalette::Text);
     const bool focused = option.widget != nullptr && option.widget->hasFocus();
     // Without the focus the frame stays, but paler: typing would not go there.
-    const QColor frame = mixed(palette.color(QPalette::Active, QPalette::Highlight), ink, focused ? 100 : 30);
+    const QColor frame =
+        focused ? palette.color(QPalette::Active, QPalette::Highlight) : mixed(ink, base, 50);
 
     const bool cursor = row == grid.Row() && col == grid.Col();
     const bool selected = within(row, grid.Row(), grid.RowSel()) && within(col, grid.Col(), grid.ColSel());
@@ -66,7 +67,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     QColor paper = mark.isNone() ? base : QColor(QRgb(mark.rgb));
     QColor pen = mark.isNone() ? ink : (paper.lightness() > 128 ? QColor(Qt::black) : QColor(Qt::white));
     if (cursor)
-        paper = mixed(frame, paper, mark.isNone() ? 14 : 6);
+        paper = mixed(frame, paper, mark.isNone() ? 22 : 8);
     else if (selected)
         paper = mixed(frame, paper, 32);
 

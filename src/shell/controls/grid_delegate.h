@@ -15,7 +15,7 @@ class GridDelegate final : public QStyledItemDelegate {
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
 
-    static constexpr int padding = 4; ///< between a cell's text and its left and right edge
+    static constexpr int padding = 3; ///< between a cell's text and its left and right edge
 
   private:
     const GridModel& m_model;

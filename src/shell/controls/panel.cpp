@@ -15,7 +15,7 @@
 namespace shell {
 
 Panel::Panel(const QString& name, const QString& title, QWidget* parent)
-    : QFrame(parent), m_scroll(new QScrollArea), m_body(nullptr), m_buttons(new QHBoxLayout) {
+    : QFrame(parent), m_scroll(new QScrollArea), m_columns(nullptr), m_buttons(new QHBoxLayout) {
     setObjectName(name);
     setAccessibleName(title);
     setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Raised));
@@ -32,11 +32,10 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     rule->setFrameStyle(int(QFrame::HLine) | int(QFrame::Sunken));
 
     auto* inside = new QWidget;
-    m_body = new QGridLayout(inside);
-    m_body->setContentsMargins(0, 0, 0, 0);
-    m_body->setHorizontalSpacing(10);
-    m_body->setVerticalSpacing(7);
-    m_body->setColumnStretch(1, 1);
+    m_columns = new QHBoxLayout(inside);
+    m_columns->setContentsMargins(0, 0, 0, 0);
+    m_columns->setSpacing(2 * panelMargin);
+    nextColumn();
     m_scroll->setWidget(inside);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
@@ -54,6 +53,17 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     hide();
 }
 
+void Panel::nextColumn() {
+    auto* column = new QVBoxLayout;
+    m_body = new QGridLayout;
+    m_body->setHorizontalSpacing(10);
+    m_body->setVerticalSpacing(7);
+    m_body->setColumnStretch(1, 1);
+    column->addLayout(m_body);
+    column->addStretch();
+    m_columns->addLayout(column);
+}
+
 void Panel::placeWithin(const QRect& area) {
     m_area = area;
     place();
@@ -62,11 +72,19 @@ void Panel::placeWithin(const QRect& area) {
 void Panel::place() {
     if (m_area.isEmpty()) return;
     QWidget* inside = m_scroll->widget();
-    if (inside->layout() != nullptr) inside->layout()->activate();
-    const QSize content = inside->sizeHint().expandedTo(inside->minimumSizeHint());
-    const QSize around = layout()->sizeHint() - m_scroll->sizeHint();
-    QSize wanted(std::max(content.width() + 2 * panelMargin + 2 * frameWidth(), layout()->sizeHint().width()),
-                 content.height() + around.height());
+    inside->layout()->activate();
+    const QSize content = inside->sizeHint();
+    const QMargins around = layout()->contentsMargins();
+    int width = content.width();
+    int height =
+        content.height() + around.top() + around.bottom() + layout()->spacing() * (layout()->count() - 1);
+    for (int i = 0; i < layout()->count(); ++i) {
+        QLayoutItem* item = layout()->itemAt(i);
+        if (item->widget() == m_scroll) continue;
+        width = std::max(width, item->sizeHint().width());
+        height += item->sizeHint().height();
+    }
+    QSize wanted(width + around.left() + around.right() + 2 * frameWidth(), height + 2 * frameWidth());
     if (wanted.height() > m_area.height())
         wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
     const QSize size = wanted.boundedTo(m_area.size());
@@ -78,12 +96,6 @@ bool Panel::event(QEvent* event) {
     const bool done = QFrame::event(event);
     if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) place();
     return done;
-}
-
-QLabel* Panel::makeLabel(const QString& name, const QString& caption) {
-    auto* label = new QLabel(caption);
-    label->setObjectName(name);
-    return label;
 }
 
 QLabel* Panel::addLine(const QString& label, QWidget* field, const QString& unit) {
@@ -98,8 +110,22 @@ QLabel* Panel::addLine(const QString& label, QWidget* field, const QString& unit
     }
     m_body->addWidget(caption, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
     m_body->addWidget(field, row, 1);
-    if (!unit.isEmpty()) m_body->addWidget(new QLabel(unit), row, 2, Qt::AlignLeft | Qt::AlignVCenter);
+    QLabel* measure = nullptr;
+    if (!unit.isEmpty()) {
+        measure = new QLabel(unit);
+        m_body->addWidget(measure, row, 2, Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    m_lines[field] = {caption, measure};
     return caption;
+}
+
+void Panel::setLineVisible(QWidget* field, bool visible) {
+    const Line& line = m_lines.at(field);
+    for (QWidget* part : std::initializer_list<QWidget*>{field, line.caption, line.unit}) {
+        if (part == nullptr) continue;
+        keepRoomWhenHidden(*part);
+        part->setVisible(visible);
+    }
 }
 
 void Panel::addWide(QWidget* widget) {

@@ -2,6 +2,8 @@
 
 #include <QFrame>
 
+#include <map>
+
 class QGridLayout;
 class QHBoxLayout;
 class QLabel;
@@ -19,26 +21,36 @@ class Panel : public QFrame {
     /// Takes its place in the middle of `area`, at most as large as that; kept for later changes of its size.
     void placeWithin(const QRect& area);
 
+    /// The column of the body that is being filled: label, box, unit.
     [[nodiscard]] QGridLayout& body() { return *m_body; }
+    /// What follows stands in a new column to the right of what there is.
+    void nextColumn();
     [[nodiscard]] QHBoxLayout& buttons() { return *m_buttons; } ///< filled from the right end's left side on
 
     /// One line of the body: label, field, and a unit behind it. The label is the field's buddy and gives it
     /// its accessible name. Returns the label.
     QLabel* addLine(const QString& label, QWidget* field, const QString& unit = {});
+    /// Shows or hides the label, the field and the unit of a line; the room stays, so that nothing jumps.
+    void setLineVisible(QWidget* field, bool visible);
     /// One widget over the whole width of the body.
     void addWide(QWidget* widget);
-    /// A label that stands alone, named `name`.
-    QLabel* makeLabel(const QString& name, const QString& caption);
 
   protected:
     bool event(QEvent* event) override;
 
   private:
+    struct Line {
+        QLabel* caption;
+        QLabel* unit; // none: no unit
+    };
+
     void place();
 
     QRect m_area;
     QScrollArea* m_scroll;
-    QGridLayout* m_body;
+    QHBoxLayout* m_columns;
+    QGridLayout* m_body = nullptr;
+    std::map<QWidget*, Line> m_lines;
     QHBoxLayout* m_buttons;
 };
 
