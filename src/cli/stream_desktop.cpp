@@ -1,8 +1,7 @@
 #include "stream_desktop.h"
 
-#include "basic/files.h"
+#include "project/program_folder.h"
 
-#include <cstdlib>
 #include <ostream>
 
 namespace cli {
@@ -27,9 +26,7 @@ void StreamDesktop::status(std::string_view message) {
 }
 
 std::string StreamDesktop::programFolder() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const std::string home = data != nullptr && *data == '/' ? data : basic::nativePath("C:\\.local\\share");
-    return home + "/zavrogrl";
+    return project::programFolder();
 }
 
 } // namespace cli

@@ -246,6 +246,23 @@ void saveProjectAs(sheet::Book& book, desktop::Desktop& desktop) {
     writeBook(book, desktop, report, std::move(file));
 }
 
+bool rewriteProject(sheet::Book& book, desktop::Desktop& desktop) {
+    Report report(desktop);
+    backUp(book, report);
+    writeBook(book, desktop, report, std::nullopt);
+    return !isUnsaved(book);
+}
+
+bool makeProject(sheet::Book& book, desktop::Desktop& desktop, const std::string& path) {
+    Report report(desktop);
+    std::optional<NewFile> file;
+    if (!report.attempt(path + " was not made", [&] { file.emplace(desktop, path); })) return false;
+    book.setProjectPath(path);
+    book.FileMark.clear();
+    writeBook(book, desktop, report, std::move(file));
+    return !isUnsaved(book);
+}
+
 bool exitProgram(sheet::Book& book, desktop::Desktop& desktop) {
     if (!book.BookChanged) return true;
     switch (desktop.messageBox(saveChanges, Buttons::YesNoCancel)) {
