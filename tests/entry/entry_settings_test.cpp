@@ -1,0 +1,172 @@
+#include "entry/entry_settings.h"
+
+#include "temp_folder.h"
+
+#include "basic/files.h"
+
+#include "entry_fixture.h"
+
+#include <sys/stat.h>
+
+namespace {
+
+using Offsets = std::vector<std::string>;
+
+struct EntrySettings : Entry {
+    TempFolder folder;
+    sheet::Settings& settings = book.settings;
+
+    EntrySettings() { desktop.folder = folder.path(); }
+    int errorOfAccept() {
+        try {
+            entry::acceptSettings(book, desktop);
+        } catch (const basic::RuntimeError& error) {
+            return error.number();
+        }
+        return 0;
+    }
+};
+
+TEST_F(EntrySettings, OffsetsAreKeptInOrder) {
+    using entry::OffsetSide;
+    for (const auto& [text, side] : {std::pair{"4", OffsetSide::Both},
+                                     {"2.5", OffsetSide::Both},
+                                     {"100", OffsetSide::Left},
+                                     {" 10 m", OffsetSide::Right},
+                                     {"3", OffsetSide::Left}})
+        EXPECT_TRUE(entry::addOffset(settings, desktop, text, side));
+    EXPECT_EQ(settings.lstOft,
+              (Offsets{"L02.50", "L03.00", "L04.00", "L100.00", "R02.50", "R04.00", "R10.00"}));
+    EXPECT_TRUE(desktop.boxes.empty());
+    for (const char* text : {"", "0", "x"})
+        EXPECT_FALSE(entry::addOffset(settings, desktop, text, OffsetSide::Both));
+    EXPECT_FALSE(entry::addOffset(settings, desktop, "1e999", OffsetSide::Both));
+    EXPECT_EQ(desktop.boxes.size(), 4U);
+    EXPECT_EQ(desktop.boxes[0].text, "Enter Offset Distance 1st...");
+    EXPECT_EQ(desktop.boxes[3].text, "Overflow");
+    EXPECT_EQ(settings.lstOft.size(), 7U);
+}
+
+TEST_F(EntrySettings, RemovingNeedsASelection) {
+    settings.lstOft = {"L02.00", "R02.00"};
+    entry::removeOffset(settings, desktop, -1);
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_EQ(desktop.boxes[0].text, "Select Reading from list 1st...");
+    entry::removeOffset(settings, desktop, 0);
+    EXPECT_EQ(settings.lstOft, Offsets{"R02.00"});
+}
+
+TEST_F(EntrySettings, OkFillsTheOffsetArrays) {
+    settings.lstOft = {"L02.00", "L04.00", "R03.00"};
+    entry::acceptSettings(book, desktop);
+    EXPECT_EQ(book.LeftOffsets[0], 2);
+    EXPECT_EQ(book.LeftOffsets[1], 2);
+    EXPECT_EQ(book.LeftOffsets[2], 4);
+    EXPECT_EQ(book.RightOffsets[0], 1);
+    EXPECT_EQ(book.RightOffsets[1], 3);
+    // Out of order, as a file may hold them: left ends at the first R, gaps keep what they held.
+    book.RightOffsets[2] = 77;
+    settings.lstOft = {"L02.00", "R02.00", "L04.00", "R04.00"};
+    entry::acceptSettings(book, desktop);
+    EXPECT_EQ(book.LeftOffsets[0], 1);
+    EXPECT_EQ(book.RightOffsets[0], 3);
+    EXPECT_EQ(book.RightOffsets[1], 2);
+    EXPECT_EQ(book.RightOffsets[2], 77);
+    EXPECT_EQ(book.RightOffsets[3], 4);
+    settings.lstOft.clear();
+    entry::acceptSettings(book, desktop);
+    EXPECT_EQ(book.LeftOffsets[0] + book.RightOffsets[0], 0);
+}
+
+TEST_F(EntrySettings, TwoHundredOffsetsASide) {
+    for (const char side : {'L', 'R'}) {
+        settings.lstOft.assign(200, side + std::string("01.00"));
+        EXPECT_EQ(errorOfAccept(), 0);
+        const auto before = book.LeftOffsets;
+        settings.lstOft.push_back(side + std::string("09.00"));
+        EXPECT_EQ(errorOfAccept(), basic::SubscriptOutOfRange);
+        EXPECT_EQ(book.LeftOffsets, before); // nothing is half done
+        EXPECT_EQ(basic::readLines(folder / "ZavroGRL.LVX").size(), 207U);
+    }
+}
+
+TEST_F(EntrySettings, FileHoldsWhatWasSet) {
+    settings = {"12.5", "Right", 1, true, true, false, true, true, "0.5 \u00fc", {"L02.50", "R10.00"}};
+    entry::acceptSettings(book, desktop);
+    EXPECT_EQ(folder.read("ZavroGRL.LVX"),
+              "0112.5\r\n021\r\n031\r\n040\r\n051\r\n510.5 \u00fc\r\n061\r\n61L02.50\r\n61R10.00\r\n");
+    sheet::Settings read;
+    entry::readSettings(read, desktop);
+    EXPECT_EQ(read.cboIncr, "12.5");
+    EXPECT_EQ(read.cboSide, "Right");
+    EXPECT_EQ(read.cboSideIndex, 1);
+    EXPECT_FALSE(read.chkAuto); // is not stored
+    EXPECT_TRUE(read.chkOft && read.chk005 && read.chkAdd && !read.chkFinal);
+    EXPECT_EQ(read.txtAdd, "0.5 \u00fc");
+    EXPECT_EQ(read.lstOft, settings.lstOft);
+}
+
+TEST_F(EntrySettings, FileIsReadUpToWhatDoesNotFit) {
+    const struct {
+        const char* file;
+        const char* incr;
+        int side;
+        std::size_t offsets;
+        bool stopped;
+    } cases[] = {
+        {"0125\r\n61R05.00\r\n", "25", 0, 1, false},
+        {"0125\n99x\nL02.00\nR02.00\n\n61L01.00\n61x\n61", "25", 0, 3, false},
+        {"01\n021\n", "", 1, 0, false},
+        {"02-1\n0130\n", "30", -1, 0, false},
+        {"0125\n022\n61L02.00\n", "25", 0, 0, true},
+        {"0125\n03x\n61L02.00\n", "25", 0, 0, true},
+        {"0125\n06\n61L02.00\n", "25", 0, 0, true},
+        {"0125\n0499999\n61L02.00\n", "25", 0, 0, true},
+        {"042\n61L02.00\n", "10", 0, 1, false}, // greyed counts as not ticked
+        {" 125\n", "25", 0, 0, false},
+        {"\x80\xff\xfe\n61L\x80\n", "10", 0, 1, false},
+    };
+    for (const auto& each : cases) {
+        folder.write("ZavroGRL.LVX", each.file);
+        desktop.statuses.clear();
+        sheet::Settings read;
+        entry::readSettings(read, desktop);
+        EXPECT_EQ(read.cboIncr, each.incr) << each.file;
+        EXPECT_EQ(read.cboSideIndex, each.side) << each.file;
+        EXPECT_EQ(read.lstOft.size(), each.offsets) << each.file;
+        EXPECT_EQ(desktop.statuses.size(), each.stopped ? 1U : 0U) << each.file;
+        EXPECT_FALSE(read.chkFinal);
+    }
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(EntrySettings, SideWithoutAnItemEmptiesTheBox) {
+    folder.write("zavrogrl.lvx", "02-1\r\n"); // found whatever its case
+    entry::readSettings(settings, desktop);
+    EXPECT_EQ(settings.cboSide, "");
+    EXPECT_FALSE(settings.startsLeft());
+    entry::acceptSettings(book, desktop);
+    EXPECT_EQ(folder.read("zavrogrl.lvx").substr(0, 10), "0110\r\n02-1");
+}
+
+TEST_F(EntrySettings, HugeFileIsReadAndRefusedAtOk) {
+    std::string file = "0125\r\n";
+    while (file.size() < std::size_t{10} << 20)
+        file += "61L02.50\r\n";
+    folder.write("ZavroGRL.LVX", file);
+    entry::readSettings(settings, desktop);
+    EXPECT_EQ(settings.cboIncr, "25");
+    EXPECT_GT(settings.lstOft.size(), 1'000'000U);
+    EXPECT_EQ(errorOfAccept(), basic::SubscriptOutOfRange);
+    EXPECT_EQ(folder.read("ZavroGRL.LVX").size(), file.size());
+}
+
+TEST_F(EntrySettings, FileThatCannotBeWritten) {
+    settings.lstOft = {"L02.00"};
+    chmod(folder.write("ZavroGRL.LVX", "0199").c_str(), 0444);
+    EXPECT_EQ(errorOfAccept(), basic::PathFileAccessError);
+    EXPECT_EQ(folder.read("ZavroGRL.LVX"), "0199");
+    EXPECT_EQ(book.LeftOffsets[1], 2); // entry goes on with them all the same
+}
+
+} // namespace

@@ -1,0 +1,96 @@
+#include "entry/chainage.h"
+#include "entry/entry_settings.h"
+#include "entry/row_editing.h"
+#include "sheet/reduction.h"
+#include "temp_folder.h"
+
+#include "entry_fixture.h"
+
+#include <array>
+#include <random>
+
+namespace {
+
+using namespace sheet;
+
+// Answers every question with something at random.
+struct RandomDesktop : ScriptedDesktop {
+    explicit RandomDesktop(std::mt19937& random) : m_random(random) {}
+
+    desktop::Answer messageBox(std::string_view, desktop::Buttons, std::string_view) override {
+        return m_random() % 2 == 0 ? desktop::Answer::Yes : desktop::Answer::No;
+    }
+    std::string inputBox(std::string_view, std::string_view, std::string_view) override {
+        static constexpr std::array texts{"",  "1",  "2.5",    "-0.004", "x",     "1e39", "1e999", "32768",
+                                          "3", "12", "\u00fc", ".",      "1-250", "CP",   "-",     "0"};
+        return texts[m_random() % texts.size()];
+    }
+    std::optional<std::string> clipboardText() override {
+        static constexpr std::array texts{
+            "1\t2\r3\t4\r", "\n\n", "CP\t\t\t\t1\t\t2", "1e999\r", "\t\t\t\t\t\t\t\t\t\t\t\tx", ""};
+        if (m_random() % 8 == 0) return std::nullopt;
+        return texts[m_random() % texts.size()];
+    }
+
+  private:
+    std::mt19937& m_random;
+};
+
+// 100,000 keys of every kind never crash, never touch the header, and leave a grid with a row and a cursor in
+// it.
+TEST_F(Entry, RandomKeysKeepTheGridWhole) {
+    const TempFolder folder;
+    std::mt19937 random(20260101);
+    RandomDesktop asked(random);
+    asked.folder = folder.path();
+    const std::string header = row(0);
+    // Mostly what people key, sometimes anything.
+    constexpr std::u32string_view common =
+        U"0123456789012345678901234567890..\r\r\r\r\r\r\r\rLRCP*lrcps+-tT\b\x01\x03\x16";
+    const auto step = [&] {
+        const auto kind = random() % 100;
+        if (kind < 80)
+            entry::keyPress(book, asked, common[random() % common.size()]);
+        else if (kind < 83)
+            entry::keyPress(book, asked, static_cast<char32_t>(random() % 0x3000));
+        else if (kind < 88)
+            entry::keyDown(book, asked, static_cast<entry::EditKey>(random() % 5));
+        else if (kind < 96) {
+            entry::leaveCell(book, asked);
+            grid.moveTo(1 + static_cast<int>(random() % static_cast<unsigned>(grid.Rows() - 1)),
+                        static_cast<int>(random() % static_cast<unsigned>(grid.Cols())));
+            if (random() % 4 == 0)
+                grid.setSelection(1, static_cast<int>(random() % static_cast<unsigned>(grid.Cols())));
+        } else if (kind < 97) {
+            reduceLevels(book, asked);
+            grid.setVisible(true);
+        } else if (kind < 98) {
+            const std::array commands{entry::insertRow, entry::insertRows, entry::deleteRow,
+                                      entry::deleteRows};
+            commands[random() % commands.size()](book, asked);
+        } else {
+            Settings& settings = book.settings;
+            for (bool* each : {&settings.chkAuto, &settings.chkOft, &settings.chkFinal, &settings.chk005,
+                               &settings.chkAdd})
+                *each = random() % 2 == 0;
+            settings.cboSide = random() % 3 == 0 ? "Right" : "Left";
+            settings.cboIncr = asked.inputBox({}, {}, {});
+            entry::addOffset(settings, asked, std::to_string(random() % 20), entry::OffsetSide::Both);
+            if (random() % 4 == 0) settings.lstOft.clear();
+            EXPECT_NO_THROW(entry::acceptSettings(book, asked));
+        }
+    };
+    for (int i = 0; i < 100'000; ++i) {
+        step();
+        if (grid.Rows() > 400) grid.setRows(20);
+        ASSERT_GE(grid.Rows(), 2) << i;
+        ASSERT_TRUE(grid.Row() >= 1 && grid.Row() < grid.Rows()) << i;
+        ASSERT_TRUE(grid.Col() >= 0 && grid.Col() < grid.Cols()) << i;
+        ASSERT_TRUE(grid.RowSel() >= 1 && grid.RowSel() < grid.Rows()) << i;
+        ASSERT_TRUE(book.CurrentSide == 'L' || book.CurrentSide == 'R' || book.CurrentSide == 'C') << i;
+        ASSERT_TRUE(grid.Visible()) << i;
+    }
+    EXPECT_EQ(row(0), header);
+}
+
+} // namespace
