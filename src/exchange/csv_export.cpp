@@ -4,7 +4,6 @@
 
 #include "basic/files.h"
 #include "basic/strings.h"
-#include "entry/chainage.h"
 #include "sheet/long_work.h"
 
 #include <cstring>
@@ -55,7 +54,6 @@ std::string csvText(const sheet::Grid& grid, const std::function<void(int)>& row
 
 void exportCsv(sheet::Book& book, desktop::Desktop& desktop) {
     if (book.Caption.size() < std::strlen(sheet::Book::captionPrefix)) return;
-    entry::leaveCell(book, desktop);
     createFile(book, desktop, std::strlen("grl"), "csv", [&](const std::string& path) {
         sheet::LongWork work(book.MSFG, desktop);
         const int rows = book.MSFG.Rows();
@@ -63,8 +61,7 @@ void exportCsv(sheet::Book& book, desktop::Desktop& desktop) {
     });
 }
 
-void exportChangePoints(sheet::Grid& list, sheet::Book& book, desktop::Desktop& desktop) {
-    entry::leaveCell(book, desktop);
+void exportChangePoints(sheet::Grid& list, const sheet::Book& book, desktop::Desktop& desktop) {
     createFile(book, desktop, std::strlen(".grl"), "cp.csv", [&](const std::string& path) {
         const sheet::HiddenGrid hidden(list);
         basic::writeFile(path, csvText(list));

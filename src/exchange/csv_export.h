@@ -17,6 +17,6 @@ namespace exchange {
 void exportCsv(sheet::Book& book, desktop::Desktop& desktop);
 
 /// Writes the change-point list of the book in the same way, to "Site1cp.csv".
-void exportChangePoints(sheet::Grid& list, sheet::Book& book, desktop::Desktop& desktop);
+void exportChangePoints(sheet::Grid& list, const sheet::Book& book, desktop::Desktop& desktop);
 
 } // namespace exchange

@@ -46,11 +46,11 @@ void fillGrid(sheet::Book& book, desktop::Desktop& desktop, const std::vector<sp
 
 } // namespace
 
-void importSheet(sheet::Book& book, desktop::Desktop& desktop, spreadsheet::RunningSpreadsheet& spreadsheet,
-                 const spreadsheet::GoOn& goOn) {
+void importSheet(sheet::Book& book, desktop::Desktop& desktop,
+                 const std::function<std::vector<spreadsheet::Row>()>& readSheet) {
     std::vector<spreadsheet::Row> rows;
     try {
-        rows = spreadsheet.readSheet(goOn);
+        rows = readSheet();
     } catch (const spreadsheet::Error& error) {
         if (error.failure() == spreadsheet::Failure::NotRunning)
             desktop.messageBox(notRunning);

@@ -4,6 +4,9 @@
 #include "sheet/book.h"
 #include "spreadsheet/spreadsheet.h"
 
+#include <functional>
+#include <vector>
+
 namespace exchange {
 
 /// Replaces the book by the sheet that is open in the running spreadsheet program: columns A to J from sheet
@@ -11,9 +14,10 @@ namespace exchange {
 /// and offsets get up to three decimals, heights and levels exactly three; a text that is no number is taken
 /// as it stands.
 ///
-/// Everything is read before the grid is touched: whatever fails, and when `goOn` says no, the book stays as
-/// it was and the status bar says why. An unsaved book is set aside first. The levels are left as read.
-void importSheet(sheet::Book& book, desktop::Desktop& desktop, spreadsheet::RunningSpreadsheet& spreadsheet,
-                 const spreadsheet::GoOn& goOn);
+/// Everything is read, by one call of `readSheet`, before the grid is touched: when that raises
+/// spreadsheet::Error the book stays as it was and the user is told why. An unsaved book is set aside first.
+/// The levels are left as read.
+void importSheet(sheet::Book& book, desktop::Desktop& desktop,
+                 const std::function<std::vector<spreadsheet::Row>()>& readSheet);
 
 } // namespace exchange

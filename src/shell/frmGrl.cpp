@@ -33,9 +33,6 @@ namespace {
 // What the grid leaves of the window's width and height for the button column and the bars, in twips.
 constexpr int besideGrid = 2100;
 constexpr int aboveAndBelowGrid = 1110;
-// A window smaller than this is about to be minimised; it is left alone.
-constexpr int leastWidth = 2500;
-constexpr int leastHeight = 700;
 
 constexpr int progressHeight = 10;
 
@@ -120,21 +117,9 @@ void frmGrl::offerRecovery() {
 }
 
 void frmGrl::Form_Resize() {
-    if (width() < pixels(leastWidth) || height() < pixels(leastHeight)) return;
+    if (HalfScreenRule::leavesAlone(*this)) return;
     arrange();
-    const QSize half = screen()->geometry().size() / 2;
-    QSize wanted = size();
-    if (width() < half.width())
-        wanted.setWidth(half.width());
-    else if (height() < half.height())
-        wanted.setHeight(half.height());
-    if (wanted == size() || isMaximized() || isFullScreen()) {
-        m_snappedFrom = {};
-    } else if (m_snappedFrom != size()) {
-        // Asked once: a window manager that wants this size keeps it.
-        m_snappedFrom = size();
-        resize(wanted);
-    }
+    m_halfScreen.apply(*this);
 }
 
 void frmGrl::arrange() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/half_screen.h"
 #include "qt_desktop.h"
 
 #include "entry/key_entry.h"
@@ -147,7 +148,7 @@ class frmGrl final : public QMainWindow {
     QLabel* m_lblHI = nullptr;
     QLabel* m_lblReading = nullptr;
     QLabel* m_lblRow = nullptr;
-    QSize m_snappedFrom;
+    HalfScreenRule m_halfScreen;
     bool m_ended = false;
 };
 

@@ -3,17 +3,22 @@
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
 #include "frmAbout.h"
+#include "frmCP.h"
 #include "frmDorvan.h"
 #include "frmHelp.h"
 #include "frmPwd.h"
+#include "import_wait.h"
 #include "settings_frame.h"
 
 #include "entry/chainage.h"
 #include "entry/entry_settings.h"
 #include "entry/row_editing.h"
+#include "exchange/csv_export.h"
+#include "exchange/sheet_import.h"
 #include "project/append.h"
 #include "project/project_commands.h"
 #include "project/recent_files.h"
+#include "sheet/change_points.h"
 #include "sheet/reduction.h"
 
 namespace shell {
@@ -44,7 +49,11 @@ void frmGrl::cmdSave_Click() {
 void frmGrl::cmdCal_Click() {
     sheet::reduceLevels(m_book, m_desktop);
 }
-void frmGrl::cmdCP_Click() {}
+void frmGrl::cmdCP_Click() {
+    frmCP list(sheet::listChangePoints(m_book, m_desktop), m_book, m_desktop, *this);
+    showBook();
+    list.exec();
+}
 void frmGrl::cmdExit_Click() {
     if (!project::exitProgram(m_book, m_desktop)) return;
     m_recovery.discard();
@@ -77,8 +86,15 @@ void frmGrl::cmdP_Click() {
     typeIntoGrid(U'p');
 }
 
-void frmGrl::cmdImpExl_Click() {}
-void frmGrl::cmdExpTxt_Click() {}
+void frmGrl::cmdImpExl_Click() {
+    exchange::importSheet(m_book, m_desktop, [this] {
+        ImportWait wait(*this);
+        return m_desktop.spreadsheet().readSheet([&wait](std::size_t rows) { return wait.goOn(rows); });
+    });
+}
+void frmGrl::cmdExpTxt_Click() {
+    exchange::exportCsv(m_book, m_desktop);
+}
 void frmGrl::cmdExport_Click() {}
 
 void frmGrl::cmdExpTxt_KeyPress(char32_t character) {

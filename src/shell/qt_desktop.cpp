@@ -42,6 +42,7 @@ desktop::Answer answerOf(int button) {
 QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
     : m_surroundings(std::move(surroundings)), m_window(window) {
     if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = project::programFolder();
+    if (!m_surroundings.spreadsheet) m_surroundings.spreadsheet = spreadsheet::runningSpreadsheet();
     if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = project::shippedFolder();
     m_early =
         fromUtf8(project::prepareProgramFolder(m_surroundings.programFolder, m_surroundings.templateFolder));
@@ -168,6 +169,10 @@ void QtDesktop::status(std::string_view message) {
     }
     m_status->setText(fromUtf8(message));
     m_status->setToolTip(m_status->text());
+}
+
+QString QtDesktop::statusText() const {
+    return m_status ? m_status->text() : m_early;
 }
 
 void QtDesktop::focusGrid() {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "spreadsheet/spreadsheet.h"
 
 #include <QPointer>
 #include <QString>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 class QLabel;
@@ -23,7 +25,8 @@ struct Surroundings {
     std::string templateFolder; ///< empty: where the installation keeps its templates
     bool hasTrash = true;
     bool offersRecovery = true;
-    std::function<void()> endProgram; ///< empty: leaves the event loop
+    std::function<void()> endProgram;                             ///< empty: leaves the event loop
+    std::shared_ptr<spreadsheet::RunningSpreadsheet> spreadsheet; ///< empty: the one that runs on this system
 };
 
 /// The desktop on Qt: modal boxes over the active window, the common file dialog, clipboard, trash, and the
@@ -49,12 +52,14 @@ class QtDesktop final : public desktop::Desktop {
     void setProgress(float percent) override;
     void hideProgress() override;
     void status(std::string_view message) override;
+    [[nodiscard]] QString statusText() const; ///< what the status field says
     void focusGrid() override;
     bool moveToTrash(std::string_view path) override;
     std::chrono::system_clock::time_point now() override { return std::chrono::system_clock::now(); }
     std::string programFolder() override { return m_surroundings.programFolder; }
 
     void endProgram() const;
+    [[nodiscard]] spreadsheet::RunningSpreadsheet& spreadsheet() { return *m_surroundings.spreadsheet; }
 
   private:
     [[nodiscard]] QWidget* owner() const;

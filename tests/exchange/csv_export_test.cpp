@@ -185,16 +185,6 @@ TEST(CsvExport, ReplacesAnEarlierFileWholeAndShowsItsProgress) {
     EXPECT_TRUE(made.book.MSFG.Visible());
 }
 
-TEST(CsvExport, FinishesTheCellUnderTheCursorFirst) {
-    Case made;
-    made.book.MSFG.setText(1, sheet::BackSight, ".5");
-    made.book.MSFG.moveTo(1, sheet::BackSight);
-    made.write();
-    EXPECT_THAT(made.folder.read("Site1.csv"), HasSubstr("\r\n,,,,0.5,"));
-    EXPECT_EQ(made.book.MSFG.Row(), 1);
-    EXPECT_EQ(made.book.MSFG.Col(), static_cast<int>(sheet::BackSight));
-}
-
 TEST(CsvExport, SaysWhyAFileCannotBeMade) {
     {
         Case made("nowhere/Site1.grl");

@@ -53,6 +53,10 @@ std::string installedReader() {
     return (program.parent_path() / "zavrogrl-sheet-reader").string();
 }
 
+std::unique_ptr<RunningSpreadsheet> runningSpreadsheet() {
+    return std::make_unique<LibreOffice>(LibreOfficeOptions{installedReader(), std::nullopt});
+}
+
 std::vector<Row> LibreOffice::readSheet(const GoOn& goOn) {
     Patience patience(m_options.limit, goOn);
     bool oneIsSilent = false;

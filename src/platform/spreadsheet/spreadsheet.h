@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -48,5 +49,8 @@ class RunningSpreadsheet {
     /// are all empty. The program is made visible; its document is not changed. Raises Error.
     [[nodiscard]] virtual std::vector<Row> readSheet(const GoOn& goOn) = 0;
 };
+
+/// The spreadsheet program of this system: LibreOffice Calc, or Excel on Windows.
+[[nodiscard]] std::unique_ptr<RunningSpreadsheet> runningSpreadsheet();
 
 } // namespace spreadsheet

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "controls/half_screen.h"
+#include "qt_desktop.h"
+
+#include "sheet/book.h"
+
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+
+namespace shell {
+
+class FlexGrid;
+
+/// The window of the change-point list. A double click on the list writes it to a CSV file beside the
+/// project.
+class frmCP final : public QDialog {
+  public:
+    frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& window);
+
+    void MSFG_DblClick();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void Form_Resize();
+    void arrange();
+
+    sheet::Book& m_book;
+    QtDesktop& m_desktop;
+    sheet::Grid m_list;
+    FlexGrid* m_grid;
+    QLabel* m_lblHint;
+    QPushButton* m_cmdClose;
+    HalfScreenRule m_halfScreen;
+};
+
+} // namespace shell

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QProgressDialog>
+
+#include <cstddef>
+#include <optional>
+
+namespace shell {
+
+/// Keeps the window alive while a spreadsheet is read, and offers to give up once that takes longer than a
+/// moment.
+class ImportWait {
+  public:
+    explicit ImportWait(QWidget& window);
+
+    /// Paints what is due; false when the user has given up.
+    [[nodiscard]] bool goOn(std::size_t rowsRead);
+
+  private:
+    QWidget& m_window;
+    QElapsedTimer m_since;
+    std::optional<QProgressDialog> m_box;
+};
+
+} // namespace shell
