@@ -1,0 +1,108 @@
+#include "basic/files.h"
+#include "basic/runtime_error.h"
+#include "cli/book_csv.h"
+#include "cli/cal.h"
+#include "sheet/book.h"
+
+#include "field_book.h"
+#include "temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+const std::string header = "Chainage,Left,Center,Right,B.S.,I.S.,F.S.,Hgt.Inst,R.Level.,Remark\r\n";
+
+TEST(BookCsv, ReadsEveryForm) {
+    const struct {
+        const char* what;
+        const char* lines;
+        const char* written; // as it is written again
+    } cases[] = {
+        {"empty", "", ",,,,,,,,,\r\n"},
+        {"short and blank lines, no end", "00-000,2.5\n\n\r\n,,,,1", "00-000,2.5,,,,,,,,\r\n,,,,1,,,,,\r\n"},
+        {"a comma at the end", "a,,,,,,,,,rem,\r\n,,,,,,,,,,\r\n", "a,,,,,,,,,rem\r\n,,,,,,,,,\r\n"},
+        {"commas in an unquoted remark", "a,,,,,,,,,b, c,,d,,\n", "a,,,,,,,,,\"b, c,,d,\"\r\n"},
+        {"quoted fields", "\"a\",\"1,5\",,,,,,,,\"say \"\"x\"\"\"\n",
+         "a,\"1,5\",,,,,,,,\"say \"\"x\"\"\"\r\n"},
+        {"quoted line end and comma at the end", ",,,,,,,,,\"x\r\ny\",\nb\n",
+         ",,,,,,,,,\"x\r\ny\"\r\nb,,,,,,,,,\r\n"},
+        {"a quote inside", "a\"b,,,,,,,,,5\" pipe\n", "\"a\"\"b\",,,,,,,,,\"5\"\" pipe\"\r\n"},
+        {"characters of several bytes", "\u00fc,,,,,,,,,\u20ac\n", "\u00fc,,,,,,,,,\u20ac\r\n"},
+    };
+    for (const auto& each : cases) {
+        sheet::Book book;
+        cli::readBook(book.MSFG, "\xEF\xBB\xBF"
+                                 "chainage ,x,\r\n" +
+                                     std::string(each.lines));
+        EXPECT_EQ(cli::writeBook(book.MSFG), header + each.written) << each.what;
+    }
+}
+
+TEST(BookCsv, RefusesWhatIsNoBook) {
+    for (const auto& [csv, said] : {std::pair<std::string, std::string>{"", "line 1: "},
+                                    {"00-000,1,2\n", "line 1: "},
+                                    {"Chainage\na\n\"b\nc,,\n", "line 3: a quoted field has no end"}}) {
+        sheet::Book book;
+        try {
+            cli::readBook(book.MSFG, csv);
+            ADD_FAILURE() << csv;
+        } catch (const basic::RuntimeError& error) {
+            EXPECT_TRUE(error.description().starts_with(said)) << error.description();
+        }
+    }
+}
+
+struct Cal : testing::Test {
+    TempFolder folder;
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+
+    cli::ExitStatus run(const std::string& from, const std::string& to) {
+        return cli::cal({from, to}, in, out, err);
+    }
+};
+
+TEST_F(Cal, ReducesAFileOrAStream) {
+    const std::string from = testData("books/nptel-ex14-1.csv");
+    EXPECT_EQ(run(from, folder / "out.csv"), cli::Done);
+    in.str(basic::readFile(from));
+    EXPECT_EQ(run("-", ""), cli::Done);
+    EXPECT_EQ(out.str(), folder.read("out.csv"));
+    EXPECT_EQ(err.str(), "");
+    sheet::Book book;
+    cli::readBook(book.MSFG, out.str());
+    EXPECT_EQ(book.MSFG.Text(9, sheet::RLevel), "99.635");
+    // What is written reads back to the same.
+    in.clear();
+    in.str(out.str());
+    out.str("");
+    EXPECT_EQ(run("-", "-"), cli::Done);
+    EXPECT_EQ(out.str(), folder.read("out.csv"));
+}
+
+TEST_F(Cal, SaysWhatFailedAndWritesNothing) {
+    const std::string absurd =
+        folder.write("absurd.csv", header + ",,,,1,,,,100,\n,,,,,1e39,,,,\n,,,,,1,,,,\n");
+    const struct {
+        std::string in;
+        std::string out;
+        const char* said;
+    } cases[] = {{folder / "none.csv", "out", "none.csv: File not found"},
+                 {folder.path(), "out", "Path/File access error"},
+                 {folder.write("x.csv", "a,b\n"), "out", "header"},
+                 {absurd, "out", "Cal stopped at row 2\nOverflow\n"},
+                 {testData("books/nptel-ex14-1.csv"), "no/where.csv", "Path not found"}};
+    for (const auto& each : cases) {
+        err.str("");
+        EXPECT_EQ(run(each.in, folder / each.out), cli::Failed) << each.said;
+        EXPECT_NE(err.str().find(each.said), std::string::npos) << err.str();
+    }
+    EXPECT_FALSE(basic::fileExists(folder / "out"));
+    EXPECT_EQ(out.str(), "");
+}
+
+} // namespace
