@@ -77,7 +77,9 @@ TEST_F(Entry, RandomKeysKeepTheGridWhole) {
             settings.cboIncr = asked.inputBox({}, {}, {});
             entry::addOffset(settings, asked, std::to_string(random() % 20), entry::OffsetSide::Both);
             if (random() % 4 == 0) settings.lstOft.clear();
-            if (random() % 16 == 0) EXPECT_NO_THROW(entry::acceptSettings(book, asked));
+            if (random() % 16 == 0) {
+                EXPECT_NO_THROW(entry::acceptSettings(book, asked));
+            }
         }
     };
     for (int i = 0; i < 100'000; ++i) {
