@@ -55,7 +55,7 @@ frmHelp::frmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), 
     row->insertWidget(0, new branding::Drawing(this, branding::drawingSide / 2));
     body->addLayout(row);
 
-    lbl = new QLabel(text("ZavroGrl\nFor everyone who holds the staff and reads the level"), this);
+    lbl = new QLabel(text("ZavroGrl\nHold the staff upright"), this);
     lbl->setObjectName(QStringLiteral("lbl"));
     lbl->setAlignment(Qt::AlignCenter);
     lbl->hide();
@@ -70,10 +70,12 @@ frmHelp::frmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), 
 void frmHelp::Form_Load() {
     cmdOK->setFocus();
     const std::string path = desktop::programFile(m_desktop, helpFile);
-    if (basic::fileExists(path))
+    if (basic::fileExists(path)) {
         loadRtf(path, *RTB->document(), palette());
-    else
+        RTB->moveCursor(QTextCursor::Start);
+    } else {
         m_desktop.messageBox("Sorry, Help File not available ...");
+    }
 }
 
 bool frmHelp::eventFilter(QObject* watched, QEvent* event) {

@@ -18,6 +18,7 @@ frmPwd::frmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_
     setObjectName(QStringLiteral("frmPwd"));
     setWindowTitle(text("Password..."));
     QVBoxLayout* body = branding::layOut(*this);
+    body->addWidget(branding::makeTitle(QStringLiteral("ZavroGrl"), this));
     auto* form = new QGridLayout;
     form->setColumnStretch(1, 1);
 

@@ -109,6 +109,7 @@ QVBoxLayout* layOut(QWidget& window, int side) {
 QHBoxLayout* makeButtonRow(const QList<QWidget*>& buttons) {
     auto* row = new QHBoxLayout;
     row->setSpacing(spacing);
+    row->setContentsMargins(0, spacing, 0, 0);
     row->addStretch(1);
     int width = buttonWidth;
     for (const QWidget* button : buttons)

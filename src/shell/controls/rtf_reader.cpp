@@ -21,6 +21,7 @@ namespace {
 constexpr qint64 kLongestFile = qint64{32} << 20;
 constexpr int kDefaultTab = 720; // twips, the format's own default
 constexpr int kCellPadding = 4;
+constexpr int kPageMargin = 16;
 constexpr double kLeastContrast = 3.0; // WCAG 2.1, 1.4.3, for large text
 
 double luminance(const QColor& colour) {
@@ -89,6 +90,7 @@ class Writer {
         format.setBorder(1);
         format.setCellPadding(kCellPadding);
         format.setWidth(percent(1, 1));
+        format.setTopMargin(pixels(120));
         format.setBottomMargin(pixels(180));
         if (edges != nullptr && edges->size() == columns) format.setColumnWidthConstraints(widths(*edges));
         QTextTable* table = m_cursor.insertTable(int(source.rows.size()), int(columns), format);
@@ -135,11 +137,21 @@ class Writer {
         format.setTopMargin(pixels(std::max(0, source.before)));
         format.setBottomMargin(pixels(std::max(0, source.after)));
         if (source.outline >= 0) format.setHeadingLevel(source.outline + 1);
-        QList<QTextOption::Tab> tabs;
-        for (const int tab : source.tabs)
-            tabs.append({qreal(pixels(tab - std::max(0, source.left))), QTextOption::LeftTab});
-        if (!tabs.isEmpty()) format.setTabPositions(tabs);
+        format.setTabPositions(tabs(source));
         return format;
+    }
+
+    // Here a tab counts from where the first line starts, there from the page's edge; and a hanging first
+    // line has a tab of its own where the other lines start.
+    static QList<QTextOption::Tab> tabs(const rtf::ParagraphFormat& source) {
+        const int start = source.left + source.first;
+        std::vector<int> places = source.tabs;
+        if (source.first < 0) places.push_back(source.left);
+        std::sort(places.begin(), places.end());
+        QList<QTextOption::Tab> result;
+        for (const int place : places)
+            if (place > start) result.append({qreal(pixels(place - start)), QTextOption::LeftTab});
+        return result;
     }
 
     QTextCharFormat charFormat(const rtf::CharacterFormat& source) const {
@@ -193,6 +205,7 @@ void showRtf(const rtf::Document& source, QTextDocument& target, const QPalette&
     QTextOption option = target.defaultTextOption();
     option.setTabStopDistance(pixels(kDefaultTab));
     target.setDefaultTextOption(option);
+    target.setDocumentMargin(kPageMargin);
     Writer(source, target, palette).write();
 }
 
