@@ -1,0 +1,336 @@
+#include "export_panel.h"
+
+#include "controls/command_button.h"
+#include "text.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace shell {
+namespace {
+
+/// A path that shortens itself in its middle instead of widening the panel.
+class PathLabel final : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+        style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                              foregroundRole());
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
+};
+
+std::vector<const char*> itemsOf(exchange::TextBox exchange::ExportFrame::*value) {
+    using Frame = exchange::ExportFrame;
+    const auto list = [](const auto& items) { return std::vector<const char*>(items.begin(), items.end()); };
+    if (value == &Frame::cboFill) return list(Frame::fillSlopes);
+    if (value == &Frame::cboCut) return list(Frame::cutSlopes);
+    return list(Frame::gutterSlopes);
+}
+
+} // namespace
+
+ExportPanel::ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop, QWidget* parent)
+    : Panel(QStringLiteral("fExport"), text("Exporting Data"), parent), m_frame(frame), m_desktop(desktop) {
+    addWide(buildTitles());
+    auto* left = new QVBoxLayout;
+    left->addWidget(buildWidths());
+    left->addWidget(buildSlopes());
+    left->addStretch(1);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(12);
+    columns->addLayout(left, 1);
+    columns->addWidget(buildGutter(), 1);
+    body().addLayout(columns, body().rowCount(), 0, 1, 3);
+    addWide(buildFormation());
+    buildButtons();
+    for (std::size_t i = 1; i < m_tabOrder.size(); ++i) setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
+    showFrame();
+}
+
+void ExportPanel::showFrame() {
+    m_showing = true;
+    for (const auto& mirrorOne : m_mirrors) mirrorOne();
+    m_showing = false;
+    const bool opening = m_frame.visible && isHidden();
+    setVisible(m_frame.visible);
+    if (opening) {
+        raise();
+        m_tabOrder.front()->setFocus();
+    }
+    if (m_frame.focus.empty()) return;
+    const QString name = fromUtf8(std::exchange(m_frame.focus, {}));
+    if (auto* control = findChild<QWidget*>(name)) control->setFocus();
+}
+
+QGroupBox* ExportPanel::makeGroup(const char* name, const char* title) {
+    auto* group = new QGroupBox(text(title));
+    group->setObjectName(QLatin1String(name));
+    auto* grid = new QGridLayout(group);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(6);
+    return group;
+}
+
+void ExportPanel::mirror(QWidget* control, Value value, std::function<void(const QString&)> setText) {
+    m_tabOrder.push_back(control);
+    m_mirrors.emplace_back([this, control, value, setText = std::move(setText)] {
+        control->setEnabled((m_frame.*value).enabled);
+        setText(fromUtf8((m_frame.*value).text));
+    });
+}
+
+QLineEdit* ExportPanel::makeText(const char* name, Value value, const char* spoken, int characters) {
+    auto* box = new QLineEdit;
+    box->setObjectName(QLatin1String(name));
+    box->setAccessibleName(text(spoken));
+    if (characters > 0) {
+        box->setAlignment(Qt::AlignRight);
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u'0') * characters + 16);
+    }
+    mirror(box, value, [box](const QString& shown) {
+        if (box->text() != shown) box->setText(shown);
+    });
+    QObject::connect(box, &QLineEdit::textChanged, this, [this, value](const QString& typed) {
+        if (!m_showing) (m_frame.*value).text = toUtf8(typed);
+    });
+    return box;
+}
+
+QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spoken) {
+    auto* box = new QComboBox;
+    box->setObjectName(QLatin1String(name));
+    box->setAccessibleName(text(spoken));
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setCompleter(nullptr); // a typed slope stays as it is typed
+    box->lineEdit()->setAlignment(Qt::AlignRight);
+    for (const char* item : itemsOf(value)) box->addItem(QLatin1String(item));
+    mirror(box, value, [box](const QString& shown) {
+        if (box->currentText() != shown) box->setEditText(shown);
+    });
+    QObject::connect(box, &QComboBox::editTextChanged, this, [this, value](const QString& typed) {
+        if (!m_showing) (m_frame.*value).text = toUtf8(typed);
+    });
+    return box;
+}
+
+QRadioButton* ExportPanel::makeOption(const QString& name, const char* caption, const char* spoken,
+                                      std::function<void()> click) {
+    auto* option = new QRadioButton(text(caption));
+    option->setObjectName(name);
+    option->setAccessibleName(text(spoken));
+    m_tabOrder.push_back(option);
+    QObject::connect(option, &QRadioButton::clicked, this, [this, click = std::move(click)] {
+        click();
+        showFrame();
+    });
+    return option;
+}
+
+QWidget* ExportPanel::makeCheck(const char* name, const char* caption, bool Frame::*value) {
+    auto* box = new QCheckBox(text(caption));
+    box->setObjectName(QLatin1String(name));
+    box->setAccessibleName(text(caption));
+    m_tabOrder.push_back(box);
+    m_mirrors.emplace_back([this, box, value] { box->setChecked(m_frame.*value); });
+    QObject::connect(box, &QCheckBox::toggled, this, [this, value](bool on) { m_frame.*value = on; });
+    return box;
+}
+
+void ExportPanel::addField(QGridLayout& grid, int row, int col, const char* label, QWidget* field,
+                           const char* unit) {
+    if (*label != '\0') {
+        auto* caption = new QLabel(text(label));
+        caption->setBuddy(field);
+        grid.addWidget(caption, row, col);
+    }
+    grid.addWidget(field, row, col + 1);
+    if (*unit != '\0') grid.addWidget(new QLabel(text(unit)), row, col + 2);
+}
+
+QWidget* ExportPanel::buildTitles() {
+    auto* group = makeGroup("Frame2", "Name of Work :");
+    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    auto* options = new QHBoxLayout;
+    options->setSpacing(14);
+    std::vector<QRadioButton*> names;
+    for (int index = 0; index < int(Frame::nameOptions.size()); ++index) {
+        const char* caption = Frame::nameOptions[std::size_t(index)];
+        auto* option = makeOption(QStringLiteral("optName%1").arg(index), caption, caption,
+                                  [this, index] { m_frame.optName_Click(index); });
+        options->addWidget(option);
+        names.push_back(option);
+    }
+    options->addStretch(1);
+    m_mirrors.emplace_back([this, names] {
+        if (m_frame.optName >= 0) names[std::size_t(m_frame.optName)]->setChecked(true);
+    });
+    grid.addLayout(options, 0, 0, 1, 4);
+    grid.addWidget(makeText("txtName", &Frame::txtName, "Name of Work"), 1, 0, 1, 4);
+    addField(grid, 2, 0, "Sub-Division:", makeText("txtSubDiv", &Frame::txtSubDiv, "Sub-Division"), "");
+    addField(grid, 2, 2, "Division:", makeText("txtDiv", &Frame::txtDiv, "Division"), "");
+    auto* surveyor = makeText("txtSurvey", &Frame::txtSurvey, "Survey done By: Shri.");
+    auto* caption = new QLabel(text("Survey done By: Shri."));
+    caption->setBuddy(surveyor);
+    grid.addWidget(caption, 3, 0);
+    grid.addWidget(surveyor, 3, 1, 1, 3);
+    grid.setColumnStretch(1, 1);
+    grid.setColumnStretch(3, 1);
+    return group;
+}
+
+QWidget* ExportPanel::buildWidths() {
+    auto* group = makeGroup("fraWidth", "Formation Width");
+    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    auto* sides = makeOption(QStringLiteral("optWLR"), "Left", "Left and right formation width",
+                             [this] { m_frame.optWLR_Click(); });
+    grid.addWidget(sides, 0, 0);
+    addField(grid, 0, 0, "", makeText("txtLW", &Frame::txtLW, "Left formation width, m", 6), "m");
+    addField(grid, 1, 0, "Right", makeText("txtRW", &Frame::txtRW, "Right formation width, m", 6), "m");
+    auto* total = makeOption(QStringLiteral("optWTot"), "Total", "Total formation width",
+                             [this] { m_frame.optWTot_Click(); });
+    grid.addWidget(total, 2, 0);
+    addField(grid, 2, 0, "", makeText("txtTW", &Frame::txtTW, "Total formation width, m", 6), "m");
+    m_mirrors.emplace_back(
+        [this, sides, total] { (m_frame.width == Frame::Sides ? sides : total)->setChecked(true); });
+    addField(grid, 3, 0, "Carriage Way Width:", makeText("txtCrgWid", &Frame::txtCrgWid, "Carriage Way Width, m", 6),
+             "m");
+    grid.setColumnStretch(1, 1);
+    return group;
+}
+
+QWidget* ExportPanel::buildSlopes() {
+    auto* group = makeGroup("fraSlopes", "Slopes ( X : 1 )");
+    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    addField(grid, 0, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"), ": 1");
+    addField(grid, 1, 0, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"), ": 1");
+    grid.setColumnStretch(1, 1);
+    return group;
+}
+
+QWidget* ExportPanel::buildGutter() {
+    auto* group = makeGroup("fraGutter", "Gutter");
+    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    auto* slope = makeOption(QStringLiteral("optGut0"), "Slope (X:1)", "Gutter by its slopes",
+                             [this] { m_frame.optGut_Click(Frame::Slope); });
+    auto* top = makeOption(QStringLiteral("optGut1"), "Top Width", "Gutter by its top width",
+                           [this] { m_frame.optGut_Click(Frame::TopWidth); });
+    grid.addWidget(slope, 0, 0, 1, 3);
+    grid.addWidget(top, 1, 0);
+    auto* topWidth = makeText("txtTopW", &Frame::txtTopW, "Gutter top width, m", 6);
+    addField(grid, 1, 0, "", topWidth, "m");
+    m_mirrors.emplace_back(
+        [this, slope, top] { (m_frame.optGut == Frame::Slope ? slope : top)->setChecked(true); });
+
+    auto* inner = makeCombo("cboGIS", &Frame::cboGIS, "Gutter inner side, X of X : 1");
+    auto* outer = makeCombo("cboGOS", &Frame::cboGOS, "Gutter outer side, X of X : 1");
+    addField(grid, 2, 0, "Inner Side:", inner, ": 1");
+    addField(grid, 3, 0, "Outter Side:", outer, ": 1");
+    addField(grid, 4, 0, "Depth:", makeText("txtDDrn", &Frame::txtDDrn, "Gutter depth, m", 6), "m");
+    addField(grid, 5, 0, "B.Width:", makeText("txtWDrn", &Frame::txtWDrn, "Gutter bottom width, m", 6), "m");
+    auto* gutters = new QHBoxLayout;
+    gutters->setSpacing(14);
+    gutters->addWidget(makeCheck("chkLG", "Left Gutter", &Frame::chkLG));
+    gutters->addWidget(makeCheck("chkRg", "Right Gutter", &Frame::chkRg));
+    gutters->addStretch(1);
+    grid.addLayout(gutters, 6, 0, 1, 3);
+    grid.setRowStretch(7, 1);
+    grid.setColumnStretch(1, 1);
+    for (QWidget* box : std::initializer_list<QWidget*>{topWidth, inner, outer}) {
+        box->installEventFilter(this);
+        m_gutterBoxes.push_back(box);
+    }
+    return group;
+}
+
+QWidget* ExportPanel::buildFormation() {
+    auto* line = new QWidget;
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(12);
+    row->addWidget(makeCheck("chkFRL", "Send as a FRL", &Frame::chkFRL));
+    auto* select = new CommandButton(QStringLiteral("cmdSel"), text("Select Project"), nullptr);
+    QObject::connect(select, &QPushButton::clicked, this, [this] {
+        m_frame.cmdSel_Click(m_desktop);
+        showFrame();
+    });
+    m_tabOrder.push_back(select);
+    row->addWidget(select);
+    auto* path = new PathLabel;
+    path->setObjectName(QStringLiteral("lblProj"));
+    m_mirrors.emplace_back([this, path] {
+        path->setText(fromUtf8(m_frame.lblProj));
+        path->setToolTip(path->text());
+        path->setAccessibleName(m_frame.lblProj.empty() ? text("No road database selected") : path->text());
+    });
+    row->addWidget(path, 1);
+    return line;
+}
+
+void ExportPanel::buildButtons() {
+    auto* cancel = new CommandButton(QStringLiteral("cmdCancel"), text("&Cancel"), nullptr);
+    auto* transfer = new CommandButton(QStringLiteral("cmdTr"), text("&Transfer"), nullptr);
+    transfer->setDefault(true);
+    for (CommandButton* button : {cancel, transfer}) {
+        button->setMinimumWidth(96);
+        buttons().addWidget(button);
+    }
+    m_tabOrder.push_back(transfer);
+    m_tabOrder.push_back(cancel);
+    transfer->keyPress = [this](char32_t character) {
+        if (cmdTr_KeyPress) cmdTr_KeyPress(character);
+    };
+    QObject::connect(transfer, &QPushButton::clicked, this, [this, transfer] {
+        transfer->setFocus(); // an access key does not bring the focus, and a box that was edited is left now
+        runCal();
+        if (cmdTr_Click) cmdTr_Click();
+    });
+    QObject::connect(cancel, &QPushButton::clicked, this, [this] {
+        m_calDue = false;
+        if (cmdCancel_Click) cmdCancel_Click();
+    });
+}
+
+void ExportPanel::runCal() {
+    if (!std::exchange(m_calDue, false) || !isVisible()) return;
+    m_frame.Cal(m_desktop);
+    showFrame();
+}
+
+bool ExportPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut && std::ranges::find(m_gutterBoxes, watched) != m_gutterBoxes.end()) {
+        const Qt::FocusReason reason = static_cast<const QFocusEvent&>(*event).reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
+            m_calDue = true;
+            // Not from within the change of focus: a message box would change it again.
+            QMetaObject::invokeMethod(this, [this] { runCal(); }, Qt::QueuedConnection);
+        }
+    }
+    return Panel::eventFilter(watched, event);
+}
+
+void ExportPanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && cmdCancel_Click) cmdCancel_Click();
+    else Panel::keyPressEvent(event);
+}
+
+} // namespace shell
