@@ -31,8 +31,8 @@ class PathLabel final : public QLabel {
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-        style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
-                              foregroundRole());
+        style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                              shown, foregroundRole());
     }
     [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
     [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
@@ -62,13 +62,15 @@ ExportPanel::ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop
     body().addLayout(columns, body().rowCount(), 0, 1, 3);
     addWide(buildFormation());
     buildButtons();
-    for (std::size_t i = 1; i < m_tabOrder.size(); ++i) setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
+    for (std::size_t i = 1; i < m_tabOrder.size(); ++i)
+        setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
     showFrame();
 }
 
 void ExportPanel::showFrame() {
     m_showing = true;
-    for (const auto& mirrorOne : m_mirrors) mirrorOne();
+    for (const auto& mirrorOne : m_mirrors)
+        mirrorOne();
     m_showing = false;
     const bool opening = m_frame.visible && isHidden();
     setVisible(m_frame.visible);
@@ -123,7 +125,8 @@ QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spo
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setCompleter(nullptr); // a typed slope stays as it is typed
     box->lineEdit()->setAlignment(Qt::AlignRight);
-    for (const char* item : itemsOf(value)) box->addItem(QLatin1String(item));
+    for (const char* item : itemsOf(value))
+        box->addItem(QLatin1String(item));
     mirror(box, value, [box](const QString& shown) {
         if (box->currentText() != shown) box->setEditText(shown);
     });
@@ -212,7 +215,8 @@ QWidget* ExportPanel::buildWidths() {
     addField(grid, 2, 0, "", makeText("txtTW", &Frame::txtTW, "Total formation width, m", 6), "m");
     m_mirrors.emplace_back(
         [this, sides, total] { (m_frame.width == Frame::Sides ? sides : total)->setChecked(true); });
-    addField(grid, 3, 0, "Carriage Way Width:", makeText("txtCrgWid", &Frame::txtCrgWid, "Carriage Way Width, m", 6),
+    addField(grid, 3, 0,
+             "Carriage Way Width:", makeText("txtCrgWid", &Frame::txtCrgWid, "Carriage Way Width, m", 6),
              "m");
     grid.setColumnStretch(1, 1);
     return group;
@@ -221,8 +225,10 @@ QWidget* ExportPanel::buildWidths() {
 QWidget* ExportPanel::buildSlopes() {
     auto* group = makeGroup("fraSlopes", "Slopes ( X : 1 )");
     auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
-    addField(grid, 0, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"), ": 1");
-    addField(grid, 1, 0, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"), ": 1");
+    addField(grid, 0, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"),
+             ": 1");
+    addField(grid, 1, 0, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"),
+             ": 1");
     grid.setColumnStretch(1, 1);
     return group;
 }
@@ -317,20 +323,24 @@ void ExportPanel::runCal() {
 }
 
 bool ExportPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusOut && std::ranges::find(m_gutterBoxes, watched) != m_gutterBoxes.end()) {
+    if (event->type() == QEvent::FocusOut &&
+        std::ranges::find(m_gutterBoxes, watched) != m_gutterBoxes.end()) {
         const Qt::FocusReason reason = static_cast<const QFocusEvent&>(*event).reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
             m_calDue = true;
             // Not from within the change of focus: a message box would change it again.
-            QMetaObject::invokeMethod(this, [this] { runCal(); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this] { runCal(); }, Qt::QueuedConnection);
         }
     }
     return Panel::eventFilter(watched, event);
 }
 
 void ExportPanel::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && cmdCancel_Click) cmdCancel_Click();
-    else Panel::keyPressEvent(event);
+    if (event->key() == Qt::Key_Escape && cmdCancel_Click)
+        cmdCancel_Click();
+    else
+        Panel::keyPressEvent(event);
 }
 
 } // namespace shell

@@ -18,8 +18,8 @@ namespace shell {
 
 class CommandButton;
 
-/// The export frame `fExport`. Its controls and the ExportFrame always say the same: what is typed or chosen is
-/// in the frame at once, and showFrame() brings what a command changed into the controls.
+/// The export frame `fExport`. Its controls and the ExportFrame always say the same: what is typed or chosen
+/// is in the frame at once, and showFrame() brings what a command changed into the controls.
 class ExportPanel final : public Panel {
   public:
     ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop, QWidget* parent);
@@ -28,8 +28,8 @@ class ExportPanel final : public Panel {
     std::function<void(char32_t)> cmdTr_KeyPress;
     std::function<void()> cmdCancel_Click;
 
-    /// Shows or hides the panel as the frame says, fills its controls, and gives the focus to the control that
-    /// asks for it.
+    /// Shows or hides the panel as the frame says, fills its controls, and gives the focus to the control
+    /// that asks for it.
     void showFrame();
 
   protected:

@@ -4,12 +4,14 @@
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
 #include "controls/metrics.h"
+#include "export_panel.h"
 #include "settings_frame.h"
 #include "text.h"
 
 #include "basic/files.h"
 #include "entry/chainage.h"
 #include "entry/entry_settings.h"
+#include "exchange/marked_rows.h"
 #include "project/default_folder.h"
 #include "sheet/cells.h"
 
@@ -136,6 +138,7 @@ void frmGrl::arrange() {
     m_pbr1->setGeometry(grid.left(), grid.bottom() + 1 + (below - progressHeight) / 2, grid.width(),
                         progressHeight);
     m_ff->placeWithin(grid.adjusted(4, 4, -4, -4));
+    m_fExport->placeWithin(grid.adjusted(4, 4, -4, -4));
 }
 
 void frmGrl::resizeEvent(QResizeEvent* event) {
@@ -145,7 +148,7 @@ void frmGrl::resizeEvent(QResizeEvent* event) {
 
 void frmGrl::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (m_column != nullptr && m_ff != nullptr && event->type() == QEvent::FontChange) arrange();
+    if (m_column != nullptr && m_fExport != nullptr && event->type() == QEvent::FontChange) arrange();
 }
 
 void frmGrl::closeEvent(QCloseEvent* event) {
@@ -182,6 +185,7 @@ void frmGrl::showStatus() {
     m_lblHI->setText(text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
     m_lblReading->setText(text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
     m_lblRow->setText(text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
+    if (std::exchange(m_statusRow, grid.Row()) != grid.Row()) exchange::tellMarkedRow(grid, m_desktop);
 }
 
 void frmGrl::MouseMove(CommandButton& button, bool bold) {

@@ -4,6 +4,7 @@
 #include "qt_desktop.h"
 
 #include "entry/key_entry.h"
+#include "exchange/export_frame.h"
 #include "project/recovery.h"
 #include "sheet/book.h"
 
@@ -23,6 +24,7 @@ namespace shell {
 
 class ButtonColumn;
 class CommandButton;
+class ExportPanel;
 class FlexGrid;
 class SettingsFrame;
 
@@ -105,6 +107,9 @@ class frmGrl final : public QMainWindow {
     void cmdExport_Click();
     void cmdExit_Click();
     void cmdOK_Click();
+    void cmdTr_Click();
+    void cmdTr_KeyPress(char32_t character);
+    void cmdCancel_Click();
 
     // The menus.
     void mnuNew_Click();
@@ -131,6 +136,7 @@ class frmGrl final : public QMainWindow {
     void offerRecovery();
     void Dsb();
     void Enb();
+    void showExportFrame(); ///< brings the panel and the eight buttons in step with the frame
 
     bool m_offersRecovery;
     sheet::Book m_book;
@@ -142,6 +148,8 @@ class frmGrl final : public QMainWindow {
     QScrollArea* m_columnScroll = nullptr;
     QProgressBar* m_pbr1 = nullptr;
     SettingsFrame* m_ff = nullptr;
+    exchange::ExportFrame m_exportFrame;
+    ExportPanel* m_fExport = nullptr;
     std::map<std::string, CommandButton*, std::less<>> m_buttons;
     std::array<QAction*, 4> m_mnuX{};
     QLabel* m_lblSide = nullptr;
@@ -149,6 +157,7 @@ class frmGrl final : public QMainWindow {
     QLabel* m_lblReading = nullptr;
     QLabel* m_lblRow = nullptr;
     HalfScreenRule m_halfScreen;
+    int m_statusRow = 0; ///< the row that the status bar was last about
     bool m_ended = false;
 };
 

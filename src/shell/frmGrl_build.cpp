@@ -3,6 +3,7 @@
 #include "button_column.h"
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
+#include "export_panel.h"
 #include "settings_frame.h"
 #include "text.h"
 
@@ -206,6 +207,10 @@ void frmGrl::buildStatusBar() {
 void frmGrl::buildFrames() {
     m_ff = new SettingsFrame(m_book, m_desktop, centralWidget());
     m_ff->cmdOK_Click = [this] { run(&frmGrl::cmdOK_Click, false); };
+    m_fExport = new ExportPanel(m_exportFrame, m_desktop, centralWidget());
+    m_fExport->cmdTr_Click = [this] { run(&frmGrl::cmdTr_Click, walksGrid); };
+    m_fExport->cmdTr_KeyPress = [this](char32_t character) { cmdTr_KeyPress(character); };
+    m_fExport->cmdCancel_Click = [this] { run(&frmGrl::cmdCancel_Click, false); };
 }
 
 void frmGrl::buildTabOrder() {

@@ -2,6 +2,7 @@
 
 #include "controls/command_button.h"
 #include "controls/flex_grid.h"
+#include "export_panel.h"
 #include "frmAbout.h"
 #include "frmCP.h"
 #include "frmDorvan.h"
@@ -14,7 +15,9 @@
 #include "entry/entry_settings.h"
 #include "entry/row_editing.h"
 #include "exchange/csv_export.h"
+#include "exchange/formation_levels.h"
 #include "exchange/sheet_import.h"
+#include "exchange/transfer.h"
 #include "project/append.h"
 #include "project/project_commands.h"
 #include "project/recent_files.h"
@@ -95,7 +98,27 @@ void frmGrl::cmdImpExl_Click() {
 void frmGrl::cmdExpTxt_Click() {
     exchange::exportCsv(m_book, m_desktop);
 }
-void frmGrl::cmdExport_Click() {}
+void frmGrl::cmdExport_Click() {
+    exchange::showExportFrame(m_book, m_desktop, m_exportFrame);
+    showExportFrame();
+}
+
+void frmGrl::cmdTr_Click() {
+    exchange::transfer(m_book, m_desktop, m_exportFrame);
+    showExportFrame();
+}
+
+void frmGrl::cmdTr_KeyPress(char32_t character) {
+    if (character != 10) return;
+    MSFG_LeaveCell();
+    exchange::updateFormationLevels(m_book.MSFG, m_desktop, m_exportFrame);
+    showBook();
+}
+
+void frmGrl::cmdCancel_Click() {
+    exchange::cancelExport(m_desktop, m_exportFrame);
+    showExportFrame();
+}
 
 void frmGrl::cmdExpTxt_KeyPress(char32_t character) {
     if (character == 10) button("cmdImpExl").show();
@@ -190,6 +213,14 @@ void frmGrl::Enb() {
     for (const char* name :
          {"cmdDel", "cmdIns", "cmdList", "cmdNew", "cmdOpen", "cmdSave", "cmdCal", "cmdExit"})
         button(name).setEnabled(true);
+}
+
+void frmGrl::showExportFrame() {
+    if (m_exportFrame.commandsEnabled)
+        Enb();
+    else
+        Dsb();
+    m_fExport->showFrame();
 }
 
 } // namespace shell
