@@ -3,6 +3,7 @@
 #include "controls/command_button.h"
 #include "text.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFocusEvent>
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -46,6 +48,17 @@ std::vector<const char*> itemsOf(exchange::TextBox exchange::ExportFrame::*value
     return list(Frame::gutterSlopes);
 }
 
+constexpr const char* widestLeft = "Carriage Way Width:";
+
+/// The boxes of all frames of a column stand below each other, as wide as the widest label and unit leave
+/// them.
+void alignBoxes(QGridLayout& grid, const char* widestLabel) {
+    const QFontMetrics face = QFontMetrics(QApplication::font());
+    grid.setColumnMinimumWidth(0, face.horizontalAdvance(text(widestLabel)));
+    grid.setColumnStretch(1, 1);
+    grid.setColumnMinimumWidth(2, face.horizontalAdvance(text(": 1")));
+}
+
 } // namespace
 
 ExportPanel::ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop, QWidget* parent)
@@ -53,6 +66,7 @@ ExportPanel::ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop
     addWide(buildTitles());
     auto* left = new QVBoxLayout;
     left->addWidget(buildWidths());
+    left->addWidget(buildCarriageWay());
     left->addWidget(buildSlopes());
     left->addStretch(1);
     auto* columns = new QHBoxLayout;
@@ -159,15 +173,22 @@ QWidget* ExportPanel::makeCheck(const char* name, const char* caption, bool Fram
     return box;
 }
 
-void ExportPanel::addField(QGridLayout& grid, int row, int col, const char* label, QWidget* field,
-                           const char* unit) {
-    if (*label != '\0') {
-        auto* caption = new QLabel(text(label));
-        caption->setBuddy(field);
-        grid.addWidget(caption, row, col);
-    }
-    grid.addWidget(field, row, col + 1);
-    if (*unit != '\0') grid.addWidget(new QLabel(text(unit)), row, col + 2);
+QLabel* ExportPanel::addLabel(QGridLayout& grid, int row, int col, const char* caption, QWidget* field) {
+    auto* label = new QLabel(text(caption));
+    label->setBuddy(field);
+    grid.addWidget(label, row, col);
+    return label;
+}
+
+QLabel* ExportPanel::addField(QGridLayout& grid, int row, const char* caption, QWidget* field,
+                              const char* unit) {
+    addField(grid, row, field, unit);
+    return addLabel(grid, row, 0, caption, field);
+}
+
+void ExportPanel::addField(QGridLayout& grid, int row, QWidget* field, const char* unit) {
+    grid.addWidget(field, row, 1);
+    grid.addWidget(new QLabel(text(unit)), row, 2);
 }
 
 QWidget* ExportPanel::buildTitles() {
@@ -189,12 +210,14 @@ QWidget* ExportPanel::buildTitles() {
     });
     grid.addLayout(options, 0, 0, 1, 4);
     grid.addWidget(makeText("txtName", &Frame::txtName, "Name of Work"), 1, 0, 1, 4);
-    addField(grid, 2, 0, "Sub-Division:", makeText("txtSubDiv", &Frame::txtSubDiv, "Sub-Division"), "");
-    addField(grid, 2, 2, "Division:", makeText("txtDiv", &Frame::txtDiv, "Division"), "");
+    auto* subDivision = makeText("txtSubDiv", &Frame::txtSubDiv, "Sub-Division");
+    auto* division = makeText("txtDiv", &Frame::txtDiv, "Division");
+    addLabel(grid, 2, 0, "Sub-Division:", subDivision);
+    grid.addWidget(subDivision, 2, 1);
+    addLabel(grid, 2, 2, "Division:", division);
+    grid.addWidget(division, 2, 3);
     auto* surveyor = makeText("txtSurvey", &Frame::txtSurvey, "Survey done By: Shri.");
-    auto* caption = new QLabel(text("Survey done By: Shri."));
-    caption->setBuddy(surveyor);
-    grid.addWidget(caption, 3, 0);
+    addLabel(grid, 3, 0, "Survey done By: Shri.", surveyor);
     grid.addWidget(surveyor, 3, 1, 1, 3);
     grid.setColumnStretch(1, 1);
     grid.setColumnStretch(3, 1);
@@ -207,29 +230,41 @@ QWidget* ExportPanel::buildWidths() {
     auto* sides = makeOption(QStringLiteral("optWLR"), "Left", "Left and right formation width",
                              [this] { m_frame.optWLR_Click(); });
     grid.addWidget(sides, 0, 0);
-    addField(grid, 0, 0, "", makeText("txtLW", &Frame::txtLW, "Left formation width, m", 6), "m");
-    addField(grid, 1, 0, "Right", makeText("txtRW", &Frame::txtRW, "Right formation width, m", 6), "m");
+    addField(grid, 0, makeText("txtLW", &Frame::txtLW, "Left formation width, m", 6), "m");
+    QLabel* right =
+        addField(grid, 1, "Right", makeText("txtRW", &Frame::txtRW, "Right formation width, m", 6), "m");
+    right->setIndent(style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
+                     style()->pixelMetric(QStyle::PM_RadioButtonLabelSpacing)); // under the caption of optWLR
     auto* total = makeOption(QStringLiteral("optWTot"), "Total", "Total formation width",
                              [this] { m_frame.optWTot_Click(); });
     grid.addWidget(total, 2, 0);
-    addField(grid, 2, 0, "", makeText("txtTW", &Frame::txtTW, "Total formation width, m", 6), "m");
+    addField(grid, 2, makeText("txtTW", &Frame::txtTW, "Total formation width, m", 6), "m");
     m_mirrors.emplace_back(
         [this, sides, total] { (m_frame.width == Frame::Sides ? sides : total)->setChecked(true); });
-    addField(grid, 3, 0,
+    alignBoxes(grid, widestLeft);
+    return group;
+}
+
+QWidget* ExportPanel::buildCarriageWay() {
+    auto* line = new QWidget;
+    auto* grid = new QGridLayout(line);
+    grid->setHorizontalSpacing(8);
+    grid->setContentsMargins(grid->contentsMargins() - QMargins(0, 7, 0, 7));
+    addField(*grid, 0,
              "Carriage Way Width:", makeText("txtCrgWid", &Frame::txtCrgWid, "Carriage Way Width, m", 6),
              "m");
-    grid.setColumnStretch(1, 1);
-    return group;
+    alignBoxes(*grid, widestLeft);
+    return line;
 }
 
 QWidget* ExportPanel::buildSlopes() {
     auto* group = makeGroup("fraSlopes", "Slopes ( X : 1 )");
     auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
-    addField(grid, 0, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"),
+    addField(grid, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"),
              ": 1");
-    addField(grid, 1, 0, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"),
+    addField(grid, 1, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"),
              ": 1");
-    grid.setColumnStretch(1, 1);
+    alignBoxes(grid, widestLeft);
     return group;
 }
 
@@ -243,16 +278,16 @@ QWidget* ExportPanel::buildGutter() {
     grid.addWidget(slope, 0, 0, 1, 3);
     grid.addWidget(top, 1, 0);
     auto* topWidth = makeText("txtTopW", &Frame::txtTopW, "Gutter top width, m", 6);
-    addField(grid, 1, 0, "", topWidth, "m");
+    addField(grid, 1, topWidth, "m");
     m_mirrors.emplace_back(
         [this, slope, top] { (m_frame.optGut == Frame::Slope ? slope : top)->setChecked(true); });
 
     auto* inner = makeCombo("cboGIS", &Frame::cboGIS, "Gutter inner side, X of X : 1");
     auto* outer = makeCombo("cboGOS", &Frame::cboGOS, "Gutter outer side, X of X : 1");
-    addField(grid, 2, 0, "Inner Side:", inner, ": 1");
-    addField(grid, 3, 0, "Outter Side:", outer, ": 1");
-    addField(grid, 4, 0, "Depth:", makeText("txtDDrn", &Frame::txtDDrn, "Gutter depth, m", 6), "m");
-    addField(grid, 5, 0, "B.Width:", makeText("txtWDrn", &Frame::txtWDrn, "Gutter bottom width, m", 6), "m");
+    addField(grid, 2, "Inner Side:", inner, ": 1");
+    addField(grid, 3, "Outter Side:", outer, ": 1");
+    addField(grid, 4, "Depth:", makeText("txtDDrn", &Frame::txtDDrn, "Gutter depth, m", 6), "m");
+    addField(grid, 5, "B.Width:", makeText("txtWDrn", &Frame::txtWDrn, "Gutter bottom width, m", 6), "m");
     auto* gutters = new QHBoxLayout;
     gutters->setSpacing(14);
     gutters->addWidget(makeCheck("chkLG", "Left Gutter", &Frame::chkLG));
@@ -260,7 +295,7 @@ QWidget* ExportPanel::buildGutter() {
     gutters->addStretch(1);
     grid.addLayout(gutters, 6, 0, 1, 3);
     grid.setRowStretch(7, 1);
-    grid.setColumnStretch(1, 1);
+    alignBoxes(grid, "Outter Side:");
     for (QWidget* box : std::initializer_list<QWidget*>{topWidth, inner, outer}) {
         box->installEventFilter(this);
         m_gutterBoxes.push_back(box);
@@ -279,6 +314,7 @@ QWidget* ExportPanel::buildFormation() {
         m_frame.cmdSel_Click(m_desktop);
         showFrame();
     });
+    select->setMinimumSize(select->sizeHint()); // one line
     m_tabOrder.push_back(select);
     row->addWidget(select);
     auto* path = new PathLabel;

@@ -11,6 +11,7 @@
 class QComboBox;
 class QGridLayout;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
 class QRadioButton;
 
@@ -46,12 +47,15 @@ class ExportPanel final : public Panel {
     QRadioButton* makeOption(const QString& name, const char* caption, const char* spoken,
                              std::function<void()> click);
     QWidget* makeCheck(const char* name, const char* caption, bool Frame::*value);
-    void addField(QGridLayout& grid, int row, int col, const char* label, QWidget* field, const char* unit);
+    QLabel* addLabel(QGridLayout& grid, int row, int col, const char* caption, QWidget* field);
+    QLabel* addField(QGridLayout& grid, int row, const char* caption, QWidget* field, const char* unit);
+    void addField(QGridLayout& grid, int row, QWidget* field, const char* unit);
     void mirror(QWidget* control, Value value, std::function<void(const QString&)> setText);
     void runCal(); ///< the check of the gutter that is due since one of its boxes was left
 
     QWidget* buildTitles();
     QWidget* buildWidths();
+    QWidget* buildCarriageWay();
     QWidget* buildSlopes();
     QWidget* buildGutter();
     QWidget* buildFormation();

@@ -37,6 +37,7 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     m_columns->setSpacing(2 * panelMargin);
     nextColumn();
     m_scroll->setWidget(inside);
+    m_scroll->widget()->installEventFilter(this);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setFocusPolicy(Qt::NoFocus);
@@ -73,7 +74,7 @@ void Panel::place() {
     if (m_area.isEmpty()) return;
     QWidget* inside = m_scroll->widget();
     inside->layout()->activate();
-    const QSize content = inside->sizeHint();
+    const QSize content = inside->sizeHint().expandedTo(inside->minimumSizeHint());
     const QMargins around = layout()->contentsMargins();
     int width = content.width();
     int height =
@@ -90,6 +91,12 @@ void Panel::place() {
     const QSize size = wanted.boundedTo(m_area.size());
     const QPoint corner((m_area.width() - size.width()) / 2, (m_area.height() - size.height()) / 3);
     setGeometry(QRect(m_area.topLeft() + corner, size));
+}
+
+bool Panel::eventFilter(QObject* watched, QEvent* event) {
+    // The scroll area keeps from the panel that the body wants another size.
+    if (watched == m_scroll->widget() && event->type() == QEvent::LayoutRequest) place();
+    return QFrame::eventFilter(watched, event);
 }
 
 bool Panel::event(QEvent* event) {

@@ -37,6 +37,7 @@ class Panel : public QFrame {
 
   protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     struct Line {
