@@ -1,0 +1,140 @@
+#include "project_fixture.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+using testing::SizeIs;
+
+namespace {
+
+/// A command's standard output; nothing when it cannot be run or fails.
+std::optional<std::string> outputOf(const std::string& command) {
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return std::nullopt;
+    std::string output;
+    std::array<char, 4096> part;
+    while (const std::size_t count = fread(part.data(), 1, part.size(), pipe))
+        output.append(part.data(), count);
+    if (pclose(pipe) != 0) return std::nullopt;
+    return output;
+}
+
+Rows readCsv(const std::string& path) {
+    Rows rows;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        Row cells;
+        std::istringstream parts(line);
+        for (std::string cell; cells.size() < sheet::columnCount - 1 && std::getline(parts, cell, ',');)
+            cells.push_back(cell);
+        std::string remark;
+        std::getline(parts, remark);
+        cells.push_back(remark);
+        if (remark.size() > 1 && remark.front() == '"') cells.back() = remark.substr(1, remark.size() - 2);
+        cells.resize(sheet::columnCount);
+        rows.push_back(std::move(cells));
+    }
+    rows.erase(rows.begin()); // the header
+    return rows;
+}
+
+/// What a row is after a save and a load, by the rules of the file: one signed offset a row, levels with
+/// three decimals.
+Row afterSave(Row row) {
+    const auto number = [](const std::string& text) { return std::strtod(text.c_str(), nullptr); };
+    const auto shortest = [](double value) {
+        std::ostringstream text;
+        text << value;
+        return text.str();
+    };
+    double offset = row[2].empty() ? 0 : number(row[2]);
+    if (!row[1].empty()) offset = -number(row[1]);
+    if (!row[3].empty()) offset = number(row[3]);
+    row[1] = offset < 0 ? shortest(-offset) : "";
+    row[2] = offset == 0 ? "0" : "";
+    row[3] = offset > 0 ? shortest(offset) : "";
+    for (const std::size_t level : {7U, 8U}) {
+        if (row[level].empty()) continue;
+        std::array<char, 32> text{};
+        std::snprintf(text.data(), text.size(), "%.3f", number(row[level]));
+        row[level] = text.data();
+    }
+    return row;
+}
+
+class RealBooksTest : public ProjectTest, public testing::WithParamInterface<const char*> {
+  protected:
+    RealBooksTest() {
+        content = readCsv(std::string(ZAVRO_TEST_DATA) + "/books/" + GetParam() + ".csv");
+        path = folder / (std::string(GetParam()) + ".grl");
+        setRows(content);
+        desktop.files = {path};
+        project::saveProject(book, desktop);
+    }
+    Rows content;
+    std::string path;
+};
+
+TEST_P(RealBooksTest, ComesBackByTheRulesOfTheFile) {
+    ASSERT_GT(content.size(), 5);
+    Rows expected;
+    for (const Row& row : content)
+        expected.push_back(afterSave(row));
+    sheet::Book other;
+    other.FileName = path;
+    ASSERT_TRUE(project::op(other, desktop));
+    EXPECT_EQ(rowsOf(other.MSFG), expected);
+}
+
+TEST_P(RealBooksTest, FiftySavesKeepSizeAndOrder) {
+    open(path);
+    const Rows loaded = rows();
+    project::saveProject(book, desktop);
+    const auto size = std::filesystem::file_size(path);
+    for (int time = 0; time < 50; ++time)
+        project::saveProject(book, desktop);
+    EXPECT_EQ(std::filesystem::file_size(path), size);
+    open(path);
+    EXPECT_EQ(rows(), loaded);
+}
+
+TEST_P(RealBooksTest, OtherReadersSeeAllRowsInOrder) {
+    const std::optional<std::string> exported =
+        outputOf("mdb-export -H -Q -d '|' -0 NULL '" + path + "' Grl 2>/dev/null");
+    if (!exported) GTEST_SKIP() << "mdb-export is not here";
+    std::istringstream lines(*exported);
+    Rows seen;
+    for (std::string line; std::getline(lines, line);) {
+        Row fields;
+        std::istringstream parts(line);
+        for (std::string field; std::getline(parts, field, '|');)
+            fields.push_back(field);
+        fields.resize(8);
+        fields[1] = std::to_string(std::strtod(fields[1].c_str(), nullptr));
+        seen.push_back(std::move(fields));
+    }
+    Rows ours = records(path);
+    for (Row& record : ours) {
+        record[1] = std::to_string(std::strtod(record[1].c_str(), nullptr));
+        for (std::string& field : record)
+            if (field == "Null") field = "NULL";
+    }
+    EXPECT_THAT(seen, SizeIs(content.size()));
+    EXPECT_EQ(seen, ours);
+}
+
+INSTANTIATE_TEST_SUITE_P(Books, RealBooksTest,
+                         testing::Values("gsi-pv16", "sprinter-211264", "ge120-loop", "fleming-tbm-loop",
+                                         "nptel-ex14-1", "geocalc-abcg", "tramo1-xsec", "wheatley-xsec",
+                                         "tramo1-derived"),
+                         [](const auto& book) {
+                             std::string name = book.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+} // namespace
