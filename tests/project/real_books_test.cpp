@@ -103,9 +103,10 @@ TEST_P(RealBooksTest, FiftySavesKeepSizeAndOrder) {
 }
 
 TEST_P(RealBooksTest, OtherReadersSeeAllRowsInOrder) {
+    if (!outputOf("command -v mdb-export")) GTEST_SKIP() << "mdb-export is not here";
     const std::optional<std::string> exported =
         outputOf("mdb-export -H -Q -d '|' -0 NULL '" + path + "' Grl 2>/dev/null");
-    if (!exported) GTEST_SKIP() << "mdb-export is not here";
+    ASSERT_TRUE(exported);
     std::istringstream lines(*exported);
     Rows seen;
     for (std::string line; std::getline(lines, line);) {
