@@ -1,4 +1,5 @@
 #include "cal.h"
+#include "transfer_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -15,6 +16,29 @@ void addCal(CLI::App& app, int& status) {
     command->callback([options, &status] { status = cli::cal(*options, std::cin, std::cout, std::cerr); });
 }
 
+void addTransfer(CLI::App& app, int& status) {
+    CLI::App* command = app.add_subcommand(
+        "transfer", "Make a project of the road-design program: DIR/BASE/Road.mdb and its drawings");
+    const auto options = std::make_shared<cli::TransferOptions>();
+    command->add_option("FILE", options->book, "Project file; it is reduced and saved")->required();
+    auto* target = command->add_option_group("Target");
+    target->add_option("--folder", options->folder, "Folder that the project folder is made in");
+    target->add_option("--frl", options->frl, "Send the levels as formation levels into this Road.mdb");
+    target->add_option("--frl-update", options->frlUpdate,
+                       "Only update the formation levels of this Road.mdb");
+    target->require_option(1);
+    command->add_option("--gutter", options->gutter, "How the gutter is given: slope or top")
+        ->check(CLI::IsMember({"slope", "top"}));
+    for (std::size_t number = 0; number < cli::frameOptions().size(); ++number) {
+        const cli::FrameOption& box = cli::frameOptions()[number];
+        command->add_option_function<std::string>(
+            box.option,
+            [options, number](const std::string& text) { options->boxes.emplace_back(number, text); },
+            box.help);
+    }
+    command->callback([options, &status] { status = cli::transfer(*options, std::cout, std::cerr); });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -24,6 +48,7 @@ int main(int argc, char** argv) {
     app.footer("Exit status: 0 done, 1 the work failed (said on standard error), 2 wrong usage.");
     int status = cli::Done;
     addCal(app, status);
+    addTransfer(app, status);
     try {
         app.parse(argc, argv);
         return status;

@@ -50,6 +50,8 @@ struct ExportFrame {
     bool chkFRL = false;
     std::string lblProj; ///< the road database that formation levels go to
 
+    std::string madeFolder; ///< the project folder that the last transfer made
+
     bool visible = false;
     bool commandsEnabled = true; ///< cmdDel, cmdIns, cmdList, cmdNew, cmdOpen, cmdSave, cmdCal and cmdExit
     std::string_view focus; ///< the control that asks for the focus; the window takes it and empties this

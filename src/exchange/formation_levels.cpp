@@ -128,9 +128,9 @@ void updateRow(const Grid& grid, int row, RoadFile& road) {
 }
 
 /// Opens the road database, works through the rows and closes it again; an error ends the rows, not the
-/// closing.
+/// closing. True when every level is in the file.
 template <typename Rows>
-void sendInto(std::string_view path, desktop::Desktop& desktop, Rows&& rows) {
+bool sendInto(std::string_view path, desktop::Desktop& desktop, Rows&& rows) {
     try {
         RoadFile road(path);
         std::string failure;
@@ -138,20 +138,22 @@ void sendInto(std::string_view path, desktop::Desktop& desktop, Rows&& rows) {
         try {
             rows(road, sent);
         } catch (const basic::RuntimeError& error) {
-            failure = error.description();
+            failure = ", then: " + error.description();
         }
         road.database.Close();
-        desktop.status(std::to_string(sent) + " formation levels sent to " + std::string(path) +
-                       (failure.empty() ? std::string(".") : ", then: " + failure));
+        desktop.status(std::to_string(sent) + (sent == 1 ? " formation level" : " formation levels") +
+                       " sent to " + std::string(path) + (failure.empty() ? "." : failure));
+        return failure.empty();
     } catch (const basic::RuntimeError& error) {
-        desktop.status(error.description());
+        desktop.status("No formation levels sent: " + error.description());
+        return false;
     }
 }
 
 } // namespace
 
-void CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
-    sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
+bool CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
+    const bool sentAll = sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
         desktop.showProgress();
         for (int row = 1; row < grid.Rows(); ++row) {
             if (!isReading(grid, row, grid.Text(row, sheet::Chainage))) continue;
@@ -162,10 +164,11 @@ void CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
     });
     desktop.hideProgress();
     frame.visible = false;
+    return sentAll;
 }
 
-void updateFormationLevels(const Grid& grid, desktop::Desktop& desktop, const ExportFrame& frame) {
-    sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
+bool updateFormationLevels(const Grid& grid, desktop::Desktop& desktop, const ExportFrame& frame) {
+    const bool sentAll = sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
         for (int row = 1; row < grid.Rows(); ++row) {
             if (!isReading(grid, row, basic::trim(grid.Text(row, sheet::Chainage)))) continue;
             updateRow(grid, row, road);
@@ -173,6 +176,7 @@ void updateFormationLevels(const Grid& grid, desktop::Desktop& desktop, const Ex
         }
     });
     desktop.hideProgress();
+    return sentAll;
 }
 
 } // namespace exchange

@@ -152,6 +152,7 @@ class Transfer {
         basic::fileCopy(desktop::programFile(m_desktop, "Rod.dwg"), folder + "/Road.dwg");
         basic::fileCopy(desktop::programFile(m_desktop, "Rod1.dwg"), folder + "/LRod.dwg");
         basic::fileCopy(project, folder + "/" + basic::baseName(project));
+        m_frame.madeFolder = folder;
         m_desktop.messageBox(folder + " Folder is Created");
         m_copy.remove();
         m_frame.Enb();
@@ -223,9 +224,9 @@ void showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& 
 
 TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     if (frame.chkFRL) {
-        CFrl(book.MSFG, desktop, frame);
+        const bool sent = CFrl(book.MSFG, desktop, frame);
         frame.Enb();
-        return TransferEnd::Sent;
+        return sent ? TransferEnd::Sent : TransferEnd::Failed;
     }
     return Transfer(book, desktop, frame).run();
 }

@@ -9,10 +9,10 @@ namespace exchange {
 /// How a transfer ended. Whatever it is, nothing is left behind in the program folder.
 enum class TransferEnd {
     Done,    ///< the project folder is made
-    Sent,    ///< levels went as formation levels; what failed on the way is in the status bar
+    Sent,    ///< all levels went as formation levels
     Stopped, ///< something to enter first; the frame says what
     Refused, ///< rows are marked; the cursor stands on the lowest of them
-    Failed,  ///< an error, which was shown
+    Failed,  ///< an error, which was shown, or said in the status bar by the formation levels
 };
 
 /// The export button: reduces the book and shows the frame; a book without a row below the starting one only

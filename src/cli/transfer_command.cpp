@@ -1,0 +1,119 @@
+#include "transfer_command.h"
+
+#include "stream_desktop.h"
+
+#include "exchange/formation_levels.h"
+#include "exchange/marked_rows.h"
+#include "exchange/transfer.h"
+#include "project/program_folder.h"
+#include "project/project_file.h"
+#include "tools/road_tables.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace cli {
+namespace {
+
+using exchange::ExportFrame;
+using exchange::TransferEnd;
+
+/// Keeps what goes to the status bar until the command has said what matters, and counts the messages.
+class TransferDesktop final : public StreamDesktop {
+  public:
+    using StreamDesktop::StreamDesktop;
+
+    desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons,
+                               std::string_view title) override {
+        ++m_messages;
+        return StreamDesktop::messageBox(text, buttons, title);
+    }
+    void status(std::string_view message) override {
+        if (!message.empty()) m_statuses.emplace_back(message);
+    }
+
+    [[nodiscard]] int messages() const { return m_messages; }
+    void sayStatuses() {
+        for (const std::string& message : m_statuses)
+            StreamDesktop::status(message);
+    }
+
+  private:
+    int m_messages = 0;
+    std::vector<std::string> m_statuses;
+};
+
+/// The frame as the options want it; false when the gutter does not work out, which was said.
+bool fillFrame(ExportFrame& frame, TransferDesktop& desktop, const TransferOptions& options) {
+    const auto given = [&options](exchange::TextBox ExportFrame::*box) {
+        return std::ranges::any_of(options.boxes,
+                                   [box](const auto& text) { return frameOptions()[text.first].box == box; });
+    };
+    if (given(&ExportFrame::txtLW) || given(&ExportFrame::txtRW)) frame.optWLR_Click();
+    frame.optGut_Click(options.gutter == "top" ? ExportFrame::TopWidth : ExportFrame::Slope);
+    for (const auto& [number, text] : options.boxes)
+        (frame.*frameOptions()[number].box).text = text;
+    const int messages = desktop.messages();
+    frame.Cal(desktop);
+    return desktop.messages() == messages;
+}
+
+void sayMarkedRows(const sheet::Grid& grid, std::ostream& err) {
+    for (const exchange::MarkedRow& marked : exchange::markedRows(grid))
+        err << "row " << marked.row << " (" << grid.Text(marked.row, sheet::Chainage) << "): " << marked.fault
+            << '\n';
+}
+
+} // namespace
+
+const std::vector<FrameOption>& frameOptions() {
+    static const std::vector<FrameOption> options{
+        {"--name", "Name of work", &ExportFrame::txtName},
+        {"--subdiv", "Sub-division", &ExportFrame::txtSubDiv},
+        {"--div", "Division", &ExportFrame::txtDiv},
+        {"--survey", "Surveyor", &ExportFrame::txtSurvey},
+        {"--lw", "Left formation width, m", &ExportFrame::txtLW},
+        {"--rw", "Right formation width, m", &ExportFrame::txtRW},
+        {"--tw", "Total formation width, m", &ExportFrame::txtTW},
+        {"--crg", "Carriage way width, m", &ExportFrame::txtCrgWid},
+        {"--fill", "Side slope in filling, X of X : 1", &ExportFrame::cboFill},
+        {"--cut", "Side slope in cutting, X of X : 1", &ExportFrame::cboCut},
+        {"--gis", "Inner side slope of the gutter, X of X : 1", &ExportFrame::cboGIS},
+        {"--gos", "Outer side slope of the gutter, X of X : 1", &ExportFrame::cboGOS},
+        {"--topw", "Top width of the gutter, m", &ExportFrame::txtTopW},
+        {"--ddrn", "Depth of the gutter, m", &ExportFrame::txtDDrn},
+        {"--wdrn", "Bottom width of the gutter, m", &ExportFrame::txtWDrn},
+    };
+    return options;
+}
+
+ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostream& err) {
+    mdlTools::InitLSectFieldTable();
+    TransferDesktop desktop(err);
+    desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));
+    sheet::Book book;
+    book.FileName = options.book;
+    book.DefaultFolder = options.folder;
+    ExportFrame frame;
+    if (!project::op(book, desktop) || !fillFrame(frame, desktop, options)) return Failed;
+    exchange::showExportFrame(book, desktop, frame);
+    // The reduction leaves the grid hidden when it stops in an error.
+    if (!frame.visible || !book.MSFG.Visible()) return Failed;
+
+    frame.chkFRL = !options.frl.empty();
+    frame.lblProj = frame.chkFRL ? options.frl : options.frlUpdate;
+    if (!options.frlUpdate.empty()) {
+        const bool updated = exchange::updateFormationLevels(book.MSFG, desktop, frame);
+        desktop.sayStatuses();
+        return updated ? Done : Failed;
+    }
+    const TransferEnd end = exchange::transfer(book, desktop, frame);
+    if (end == TransferEnd::Refused)
+        sayMarkedRows(book.MSFG, err);
+    else
+        desktop.sayStatuses();
+    if (end == TransferEnd::Done) out << frame.madeFolder << "/Road.mdb\n";
+    return end == TransferEnd::Done || end == TransferEnd::Sent ? Done : Failed;
+}
+
+} // namespace cli
