@@ -1,0 +1,179 @@
+#include "shell/controls/characters.h"
+#include "window.h"
+
+#include <QKeyEvent>
+
+namespace {
+
+TEST(Characters, AreTheCodesThatTheKeysType) {
+    struct Case {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        const char* text;
+        char32_t expected;
+    };
+    const Case cases[] = {
+        {Qt::Key_5, Qt::NoModifier, "5", U'5'},
+        {Qt::Key_5, Qt::KeypadModifier, "5", U'5'},
+        {Qt::Key_Return, Qt::NoModifier, "\r", 13},
+        {Qt::Key_Enter, Qt::KeypadModifier, "\r", 13},
+        {Qt::Key_Return, Qt::ShiftModifier, "\r", 13},
+        {Qt::Key_Return, Qt::ControlModifier, "\r", 10},
+        {Qt::Key_Backspace, Qt::NoModifier, "\b", 8},
+        {Qt::Key_Escape, Qt::NoModifier, "\x1b", 27},
+        {Qt::Key_A, Qt::ControlModifier, "\x01", 1},
+        {Qt::Key_C, Qt::ControlModifier, "", 3},
+        {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier, "\x16", 22},
+        {Qt::Key_N, Qt::AltModifier, "n", 0},
+        {Qt::Key_5, Qt::ControlModifier, "5", 0},
+        {Qt::Key_Q, Qt::ControlModifier | Qt::AltModifier, "@", U'@'},
+        {Qt::Key_Shift, Qt::ShiftModifier, "", 0},
+        {Qt::Key_unknown, Qt::NoModifier, "म", U'म'},
+    };
+    for (const Case& c : cases) {
+        const QKeyEvent event(QEvent::KeyPress, c.key, c.modifiers, QString::fromUtf8(c.text));
+        EXPECT_EQ(shell::characterOf(event), c.expected) << c.text << ' ' << c.key;
+    }
+}
+
+class Keys : public MainWindow {
+  protected:
+    Keys() {
+        open();
+        window->grid().setFocus();
+    }
+};
+
+TEST_F(Keys, NavigationStaysInTheBookAndSelectsWithShift) {
+    book().setRows(101);
+    struct Case {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int row, col, rowSel, colSel;
+    };
+    const Case cases[] = {
+        {Qt::Key_Up, Qt::NoModifier, 1, 0, 1, 0},           {Qt::Key_Left, Qt::NoModifier, 1, 0, 1, 0},
+        {Qt::Key_Right, Qt::NoModifier, 1, 1, 1, 1},        {Qt::Key_Down, Qt::NoModifier, 2, 1, 2, 1},
+        {Qt::Key_End, Qt::NoModifier, 2, 9, 2, 9},          {Qt::Key_Right, Qt::NoModifier, 2, 9, 2, 9},
+        {Qt::Key_Home, Qt::NoModifier, 2, 0, 2, 0},         {Qt::Key_Down, Qt::ShiftModifier, 2, 0, 3, 0},
+        {Qt::Key_Right, Qt::ShiftModifier, 2, 0, 3, 1},     {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 2, 1},
+        {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 1, 1},        {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 1, 1},
+        {Qt::Key_End, Qt::ControlModifier, 100, 9, 100, 9}, {Qt::Key_Down, Qt::NoModifier, 100, 9, 100, 9},
+        {Qt::Key_PageDown, Qt::NoModifier, 100, 9, 100, 9}, {Qt::Key_Home, Qt::ControlModifier, 1, 0, 1, 0},
+        {Qt::Key_PageUp, Qt::NoModifier, 1, 0, 1, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "key " << c.key << " to " << c.row << ',' << c.col);
+        press(c.key, c.modifiers);
+        EXPECT_EQ(cursor(), std::pair(c.row, c.col));
+        EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(c.rowSel, c.colSel));
+        const QModelIndex current = window->grid().currentIndex();
+        EXPECT_EQ(std::pair(current.row() + 1, current.column()), std::pair(c.rowSel, c.colSel))
+            << "the view's";
+    }
+    press(Qt::Key_PageDown);
+    EXPECT_GT(book().Row(), 5);
+    EXPECT_TRUE(window->grid().viewport()->rect().contains(pointIn(book().Row(), book().Col())));
+}
+
+TEST_F(Keys, TheMouseSetsCursorAndSelection) {
+    book().setRows(12);
+    window->grid().flush();
+    QWidget* cells = window->grid().viewport();
+    QTest::mouseClick(cells, Qt::LeftButton, {}, pointIn(4, 5));
+    EXPECT_EQ(cursor(), std::pair(4, 5));
+    QTest::mousePress(cells, Qt::LeftButton, {}, pointIn(7, 6));
+    QMouseEvent drag(QEvent::MouseMove, pointIn(3, 4), cells->mapToGlobal(pointIn(3, 4)), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(cells, &drag);
+    QTest::mouseRelease(cells, Qt::LeftButton, {}, pointIn(3, 4));
+    EXPECT_EQ(cursor(), std::pair(7, 6)) << "the anchor stays and is typed into";
+    EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(3, 4));
+    QTest::mouseClick(cells, Qt::LeftButton, Qt::ShiftModifier, pointIn(9, 8));
+    EXPECT_EQ(cursor(), std::pair(7, 6));
+    EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(9, 8));
+    QTest::mouseClick(cells, Qt::LeftButton, {}, QPoint(20, cells->height() - 3));
+    EXPECT_EQ(cursor(), std::pair(7, 6)) << "below the last row there is nothing";
+}
+
+TEST_F(Keys, LeavingACellChecksItOnceAndOnlyWhenTheCursorMoves) {
+    book().setRows(4);
+    struct Case {
+        const char* name;
+        std::function<void()> move;
+        bool leaves;
+    };
+    const Case cases[] = {
+        {"arrow", [this] { press(Qt::Key_Right); }, true},
+        {"arrow at the edge", [this] { press(Qt::Key_Left); }, false},
+        {"selecting", [this] { press(Qt::Key_Down, Qt::ShiftModifier); }, false},
+        {"End", [this] { press(Qt::Key_End); }, true},
+        {"a click elsewhere",
+         [this] { QTest::mouseClick(window->grid().viewport(), Qt::LeftButton, {}, pointIn(3, 7)); }, true},
+        {"a click on the cell itself",
+         [this] { QTest::mouseClick(window->grid().viewport(), Qt::LeftButton, {}, pointIn(2, 0)); }, false},
+        {"Cal", [this] { click("cmdCal"); }, true},
+        {"the settings",
+         [this] {
+             click("cmdList");
+             click("cmdOK");
+         },
+         false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        moveTo(2, 0);
+        book().setText("1.250");
+        Answers ok([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); });
+        c.move();
+        EXPECT_EQ(ok.count, c.leaves ? 1 : 0);
+        EXPECT_EQ(cell(2, 0), c.leaves ? "1-250" : "1.250");
+    }
+}
+
+TEST_F(Keys, EditingKeysAreNoCharacters) {
+    moveTo(1, 9);
+    type("bridge/2");
+    press(Qt::Key_Slash, Qt::KeypadModifier);
+    EXPECT_EQ(cell(1, 9), "bridge/2");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(cell(1, 9), "bridge/2");
+    press(Qt::Key_Delete);
+    EXPECT_EQ(cell(1, 9), "");
+    for (const double points : {9.75, 12.0, 8.25}) {
+        press(Qt::Key_F12);
+        EXPECT_EQ(book().FontSize(), points);
+        EXPECT_EQ(window->grid().font().pointSizeF(), points);
+    }
+    QTest::keyClick(&window->grid(), Qt::Key_Tab);
+    EXPECT_FALSE(window->grid().hasFocus()) << "Tab goes on to the buttons";
+    EXPECT_EQ(cursor(), std::pair(1, 9));
+}
+
+TEST_F(Keys, AFontStepWidensTheColumnsAndTheRows) {
+    const int width = window->grid().columnWidth(sheet::RLevel);
+    const int height = window->grid().rowHeight(0);
+    press(Qt::Key_F12);
+    press(Qt::Key_F12);
+    EXPECT_GT(window->grid().columnWidth(sheet::RLevel), width * 5 / 4);
+    EXPECT_GT(window->grid().rowHeight(0), height);
+}
+
+TEST_F(Keys, ASectionIsKeyedByTheKeyboardAlone) {
+    moveTo(1, 8);
+    type("100\r1.525\r1.105\rl2.5\r1.31\rr3\r1.22\r");
+    click("cmdCal");
+    const std::vector<std::vector<std::string>> expected{
+        {"", "", "", "", "1.525", "", "", "101.525", "100", ""},
+        {"00-000", "", "0", "", "", "1.105", "", "", "100.420", ""},
+        {"00-000", "2.5", "", "", "", "1.31", "", "", "100.215", ""},
+        {"00-000", "", "", "3", "", "1.22", "", "", "100.305", ""},
+    };
+    for (std::size_t row = 0; row < expected.size(); ++row) {
+        for (std::size_t col = 0; col < 10; ++col)
+            EXPECT_EQ(cell(int(row) + 1, int(col)), expected[row][col])
+                << "row " << row + 1 << " column " << col;
+    }
+}
+
+} // namespace

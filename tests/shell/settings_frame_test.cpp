@@ -1,0 +1,154 @@
+#include "window.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QRadioButton>
+
+namespace {
+
+class Settings : public MainWindow {
+  protected:
+    sheet::Settings& settings() { return window->book().settings; }
+    QListWidget& list() { return control<QListWidget>("lstOft"); }
+    void tick(const char* name, bool on = true) { control<QCheckBox>(name).setChecked(on); }
+    bool shown(const char* name) { return control<QWidget>(name).isVisible(); }
+    void add(const char* distance, const char* side) {
+        control<QRadioButton>(side).setChecked(true);
+        control<QLineEdit>("txtOft").setText(QLatin1String(distance));
+        click("cmdAdd");
+    }
+};
+
+TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
+    open();
+    click("cmdList");
+    EXPECT_TRUE(shown("ff"));
+    EXPECT_FALSE(window->grid().isEnabled());
+    EXPECT_EQ(control<QComboBox>("cboIncr").count(), 7);
+
+    control<QComboBox>("cboIncr").setEditText(QStringLiteral("12.5"));
+    EXPECT_EQ(settings().cboIncr, "12.5");
+    struct Side {
+        const char* typed;
+        int index;
+        bool left;
+    };
+    for (const Side& side : {Side{"Right", 1, false}, Side{"right", -1, false}, Side{"L", -1, true},
+                             Side{"Left", 0, true}, Side{"", -1, false}}) {
+        control<QComboBox>("cboSide").setEditText(QLatin1String(side.typed));
+        EXPECT_EQ(settings().cboSide, side.typed);
+        EXPECT_EQ(settings().cboSideIndex, side.index) << side.typed;
+        EXPECT_EQ(settings().startsLeft(), side.left) << side.typed;
+    }
+    control<QComboBox>("cboSide").setCurrentIndex(1);
+    EXPECT_EQ(settings().cboSide, "Right");
+
+    const std::pair<const char*, bool sheet::Settings::*> checks[] = {
+        {"chkAuto", &sheet::Settings::chkAuto},
+        {"chkOft", &sheet::Settings::chkOft},
+        {"chkFinal", &sheet::Settings::chkFinal},
+        {"chk005", &sheet::Settings::chk005},
+        {"chkAdd", &sheet::Settings::chkAdd}};
+    for (const auto& [name, member] : checks) {
+        EXPECT_FALSE(settings().*member) << name;
+        tick(name);
+        EXPECT_TRUE(settings().*member) << name;
+    }
+    control<QLineEdit>("txtAdd").setText(QStringLiteral("0.1"));
+    click("cmdOK");
+    EXPECT_FALSE(shown("ff"));
+    EXPECT_TRUE(window->grid().isEnabled());
+    EXPECT_TRUE(window->grid().hasFocus());
+    EXPECT_EQ(folder.read("ZavroGRL.LVX"), "0112.5\r\n021\r\n031\r\n041\r\n051\r\n510.1\r\n061\r\n");
+}
+
+TEST_F(Settings, ControlsComeAndGoWithTheirCheckBox) {
+    open();
+    click("cmdList");
+    const char* offsets[] = {"lstOft", "cmdAdd", "optLeft", "optRight", "optBoth", "lblOft", "txtOft"};
+    for (const bool on : {false, true, false}) {
+        tick("chkOft", on);
+        tick("chkAdd", on);
+        for (const char* name : offsets)
+            EXPECT_EQ(shown(name), on) << name;
+        EXPECT_EQ(shown("txtAdd"), on);
+    }
+}
+
+TEST_F(Settings, OffsetsAreAddedInOrderAndDeletedByKey) {
+    open();
+    click("cmdList");
+    tick("chkOft");
+    add("10", "optRight");
+    add("2.5", "optBoth");
+    add("1", "optLeft");
+    EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "L02.50", "R02.50", "R10.00"}));
+    EXPECT_EQ(list().count(), 4);
+    EXPECT_TRUE(control<QLineEdit>("txtOft").text().isEmpty());
+    EXPECT_TRUE(control<QLineEdit>("txtOft").hasFocus());
+
+    std::vector<std::string> said;
+    Answers ok([&](QWidget& box) {
+        said.push_back(shell::toUtf8(box.property("text").toString()));
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    add("none", "optLeft");
+    list().setCurrentRow(-1);
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_EQ(said,
+              (std::vector<std::string>{"Enter Offset Distance 1st...", "Select Reading from list 1st..."}));
+    list().setCurrentRow(1);
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "R02.50", "R10.00"}));
+
+    click("cmdOK");
+    EXPECT_EQ(window->book().LeftOffsets[0], 1.0F);
+    EXPECT_EQ(window->book().RightOffsets[2], 10.0F);
+}
+
+TEST_F(Settings, TooManyOffsetsKeepTheFrameOpen) {
+    open();
+    for (int k = 0; k < 201; ++k)
+        settings().lstOft.push_back("L0" + std::to_string(k % 9 + 1) + ".00");
+    click("cmdList");
+    std::string said;
+    Answers ok([&](QWidget& box) {
+        said = shell::toUtf8(box.property("text").toString());
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    click("cmdOK");
+    EXPECT_EQ(said, "Subscript out of range");
+    EXPECT_TRUE(shown("ff"));
+    EXPECT_FALSE(window->grid().isEnabled());
+}
+
+TEST_F(Settings, AFileThatCannotBeWrittenIsShownAndTheFrameCloses) {
+    open();
+    std::filesystem::create_directory(folder / "ZavroGRL.LVX");
+    click("cmdList");
+    Answers ok([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    click("cmdOK");
+    EXPECT_EQ(ok.count, 1);
+    EXPECT_FALSE(shown("ff"));
+    EXPECT_TRUE(window->grid().isEnabled());
+}
+
+TEST_F(Settings, AreReadFromTheFileAtTheStart) {
+    folder.write("zavrogrl.lvx",
+                 "0125\r\n021\r\n031\r\n041\r\n061\r\n61L02.50\r\nL03.00\r\n61R02.50\r\n61L01.00\r\n");
+    open();
+    EXPECT_EQ(control<QComboBox>("cboIncr").currentText(), QStringLiteral("25"));
+    EXPECT_EQ(control<QComboBox>("cboSide").currentText(), QStringLiteral("Right"));
+    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked());
+    EXPECT_TRUE(control<QCheckBox>("chkFinal").isChecked());
+    EXPECT_FALSE(control<QCheckBox>("chkAdd").isChecked());
+    ASSERT_EQ(list().count(), 3);
+    EXPECT_EQ(list().item(2)->text(), QStringLiteral("L01.00")) << "in file order";
+    click("cmdList");
+    EXPECT_TRUE(shown("txtOft"));
+    EXPECT_EQ(window->book().LeftOffsets[0], 0.0F) << "the arrays wait for OK";
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "temp_folder.h"
+
+#include "shell/controls/command_button.h"
+#include "shell/controls/flex_grid.h"
+#include "shell/frmGrl.h"
+#include "shell/text.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <string>
+
+/// Answers the modal windows that come while it lives, in order; what is left over then stays unanswered and
+/// is found by the test's own expectations.
+class Answers {
+  public:
+    explicit Answers(std::function<void(QWidget&)> answer) : m_answer(std::move(answer)) {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (modal == nullptr || !modal->isVisible()) return;
+            ++count;
+            m_answer(*modal);
+        });
+        m_timer.start(1);
+    }
+    int count = 0;
+
+  private:
+    std::function<void(QWidget&)> m_answer;
+    QTimer m_timer;
+};
+
+/// The real main window on a program folder of its own, driven by keys and clicks.
+class MainWindow : public testing::Test {
+  protected:
+    TempFolder folder;
+    std::unique_ptr<shell::frmGrl> window;
+    int ends = 0;
+
+    MainWindow() { folder.write("Rod.dwg", ""); }
+
+    void open() {
+        shell::Surroundings surroundings;
+        surroundings.programFolder = folder.path();
+        surroundings.templateFolder = folder.path();
+        surroundings.hasTrash = false;
+        surroundings.offersRecovery = false;
+        surroundings.endProgram = [this] { ++ends; };
+        window = std::make_unique<shell::frmGrl>(surroundings);
+        window->Form_Load();
+        if (!QTest::qWaitForWindowActive(window.get())) ADD_FAILURE() << "the window does not open";
+    }
+
+    template <typename Control = shell::CommandButton>
+    Control& control(const char* name) {
+        auto* found = dynamic_cast<Control*>(window->findChild<QObject*>(QLatin1String(name)));
+        if (found == nullptr) throw std::runtime_error(std::string("no control ") + name);
+        return *found;
+    }
+    void click(const char* name) { QTest::mouseClick(&control<QWidget>(name), Qt::LeftButton); }
+
+    sheet::Grid& book() { return window->book().MSFG; }
+    std::string cell(int row, int col) { return book().Text(row, col); }
+
+    /// Types into the grid: characters, '\r' for Enter, '\b' for Backspace.
+    void type(const std::string& keys) {
+        for (const char key : keys) {
+            if (key == '\r')
+                QTest::keyClick(&window->grid(), Qt::Key_Return);
+            else if (key == '\b')
+                QTest::keyClick(&window->grid(), Qt::Key_Backspace);
+            else
+                QTest::keyClick(&window->grid(), key);
+        }
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window->grid(), key, modifiers);
+    }
+    void moveTo(int row, int col) {
+        book().moveTo(row, col);
+        window->grid().flush();
+    }
+    QPoint pointIn(int row, int col) {
+        return window->grid().visualRect(window->grid().model()->index(row - 1, col)).center();
+    }
+    std::pair<int, int> cursor() { return {book().Row(), book().Col()}; }
+    std::string status() { return shell::toUtf8(control<QLabel>("lblStatus").text()); }
+};
