@@ -57,6 +57,10 @@ frmCP::frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& w
     m_grid->setFocus();
 }
 
+frmCP::~frmCP() {
+    delete m_grid; // the view goes before the list that it shows
+}
+
 void frmCP::MSFG_DblClick() {
     m_desktop.status({});
     entry::leaveCell(m_book, m_desktop);

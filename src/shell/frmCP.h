@@ -20,6 +20,8 @@ class frmCP final : public QDialog {
   public:
     frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& window);
 
+    ~frmCP() override;
+
     void MSFG_DblClick();
 
   protected:

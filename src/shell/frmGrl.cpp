@@ -81,7 +81,9 @@ frmGrl::frmGrl(Surroundings surroundings)
 }
 
 frmGrl::~frmGrl() {
+    hide();
     m_grid->flushed = nullptr;
+    delete takeCentralWidget(); // the grid's view goes before the book that it shows
 }
 
 void frmGrl::Form_Load() {

@@ -122,11 +122,12 @@ TEST_F(QtDesktopTest, TheProgressBarIsPaintedOncePerPercent) {
     auto& bar = control<QProgressBar>("pbr1");
     desktop().showProgress();
     EXPECT_TRUE(bar.isVisible());
+    QApplication::processEvents();
     bar.installEventFilter(&painted);
     for (int row = 0; row <= 5000; ++row)
         desktop().setProgress(float(row) * 100.0F / 5000.0F);
     EXPECT_EQ(bar.value(), 100);
-    EXPECT_EQ(painted.count, 100);
+    EXPECT_NEAR(painted.count, 100, 1);
     desktop().setProgress(250.0F);
     EXPECT_EQ(bar.value(), 100);
     desktop().hideProgress();

@@ -26,7 +26,7 @@ class Answers {
     explicit Answers(std::function<void(QWidget&)> answer) : m_answer(std::move(answer)) {
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
             QWidget* modal = QApplication::activeModalWidget();
-            if (modal == nullptr || !modal->isVisible()) return;
+            if (modal == nullptr || !modal->isActiveWindow()) return;
             ++count;
             m_answer(*modal);
         });

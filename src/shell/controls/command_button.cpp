@@ -124,6 +124,7 @@ void CommandButton::keyPressEvent(QKeyEvent* event) {
 void CommandButton::mouseMoveEvent(QMouseEvent* event) {
     if (mouseMove) mouseMove();
     QPushButton::mouseMoveEvent(event);
+    event->accept(); // not the background's move as well
 }
 
 QString plainCaption(QString caption) {
