@@ -1,9 +1,8 @@
+#include "field_book.h"
 #include "project_fixture.h"
 
 #include <array>
 #include <cstdio>
-#include <fstream>
-#include <memory>
 #include <sstream>
 
 using testing::SizeIs;
@@ -20,26 +19,6 @@ std::optional<std::string> outputOf(const std::string& command) {
         output.append(part.data(), count);
     if (pclose(pipe) != 0) return std::nullopt;
     return output;
-}
-
-Rows readCsv(const std::string& path) {
-    Rows rows;
-    std::ifstream in(path);
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        Row cells;
-        std::istringstream parts(line);
-        for (std::string cell; cells.size() < sheet::columnCount - 1 && std::getline(parts, cell, ',');)
-            cells.push_back(cell);
-        std::string remark;
-        std::getline(parts, remark);
-        cells.push_back(remark);
-        if (remark.size() > 1 && remark.front() == '"') cells.back() = remark.substr(1, remark.size() - 2);
-        cells.resize(sheet::columnCount);
-        rows.push_back(std::move(cells));
-    }
-    rows.erase(rows.begin()); // the header
-    return rows;
 }
 
 /// What a row is after a save and a load, by the rules of the file: one signed offset a row, levels with
@@ -69,7 +48,8 @@ Row afterSave(Row row) {
 class RealBooksTest : public ProjectTest, public testing::WithParamInterface<const char*> {
   protected:
     RealBooksTest() {
-        content = readCsv(std::string(ZAVRO_TEST_DATA) + "/books/" + GetParam() + ".csv");
+        content = bookRows(GetParam());
+        content.erase(content.begin()); // the header
         path = folder / (std::string(GetParam()) + ".grl");
         setRows(content);
         desktop.files = {path};
