@@ -1,5 +1,8 @@
 #include "cal.h"
+#include "project_files.h"
 #include "transfer_command.h"
+
+#include "basic/strings.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,12 +11,42 @@
 namespace {
 
 void addCal(CLI::App& app, int& status) {
-    CLI::App* command = app.add_subcommand("cal", "Reduce the levels of a book in CSV form");
+    CLI::App* command = app.add_subcommand("cal", "Reduce the levels of a book in CSV form or of a project");
     const auto options = std::make_shared<cli::CalOptions>();
-    command->add_option("IN", options->in, "Book with the ten columns of the grid; - for standard input")
+    command
+        ->add_option("IN", options->in,
+                     "Book with the ten columns of the grid, - for standard input; or a project, which is "
+                     "saved in its place")
         ->required();
-    command->add_option("OUT", options->out, "Where to write it; standard output when left out");
-    command->callback([options, &status] { status = cli::cal(*options, std::cin, std::cout, std::cerr); });
+    command->add_option("OUT", options->out,
+                        "Where to write a book in CSV form; standard output when left out");
+    command->callback([options, &status] {
+        const bool project = basic::lower(options->in).ends_with(".grl");
+        if (project && !options->out.empty()) throw CLI::ExtrasError({options->out});
+        status = project ? cli::calProject(options->in, std::cerr)
+                         : cli::cal(*options, std::cin, std::cout, std::cerr);
+    });
+}
+
+void addExport(CLI::App& app, int& status) {
+    CLI::App* command = app.add_subcommand("export", "Write a project as a CSV file");
+    const auto options = std::make_shared<cli::CalOptions>();
+    command->add_option("FILE.grl", options->in, "Project")->required();
+    command->add_option("OUT.csv", options->out,
+                        "Where to write it, - for standard output; beside the project when left out");
+    command->callback(
+        [options, &status] { status = cli::exportProject(options->in, options->out, std::cout, std::cerr); });
+}
+
+void addNew(CLI::App& app, int& status) {
+    CLI::App* command =
+        app.add_subcommand("new", "Make a project of a book in CSV form, replacing an existing file");
+    const auto options = std::make_shared<cli::CalOptions>();
+    command->add_option("FILE.grl", options->out, "Project to make")->required();
+    command->add_option("--from", options->in, "Book with the ten columns of the grid; - for standard input")
+        ->required();
+    command->callback(
+        [options, &status] { status = cli::newProject(options->out, options->in, std::cin, std::cerr); });
 }
 
 void addTransfer(CLI::App& app, int& status) {
@@ -48,6 +81,8 @@ int main(int argc, char** argv) {
     app.footer("Exit status: 0 done, 1 the work failed (said on standard error), 2 wrong usage.");
     int status = cli::Done;
     addCal(app, status);
+    addExport(app, status);
+    addNew(app, status);
     addTransfer(app, status);
     try {
         app.parse(argc, argv);
