@@ -39,9 +39,12 @@ class ScriptedDesktop : public desktop::Desktop {
         boxes.push_back({std::string(text), buttons, std::string(title)});
         if (!answers.empty() && buttons != desktop::Buttons::Ok) return take(answers);
         switch (buttons) {
-        case desktop::Buttons::YesNoCancel: return desktop::Answer::Cancel;
-        case desktop::Buttons::YesNo: return desktop::Answer::No;
-        case desktop::Buttons::Ok: break;
+        case desktop::Buttons::YesNoCancel:
+            return desktop::Answer::Cancel;
+        case desktop::Buttons::YesNo:
+            return desktop::Answer::No;
+        case desktop::Buttons::Ok:
+            break;
         }
         return desktop::Answer::Ok;
     }

@@ -25,7 +25,9 @@ class TempFolder {
     }
 
     [[nodiscard]] const std::string& path() const { return m_path; }
-    [[nodiscard]] std::string operator/(std::string_view name) const { return m_path + "/" + std::string(name); }
+    [[nodiscard]] std::string operator/(std::string_view name) const {
+        return m_path + "/" + std::string(name);
+    }
 
     std::string write(std::string_view name, std::string_view content) const {
         std::ofstream(*this / name, std::ios::binary) << content;
