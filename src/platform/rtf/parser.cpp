@@ -117,8 +117,10 @@ bool Parser::close() {
         --m_tooDeep;
         return true;
     }
+    const bool more = m_groups.size() > 2; // the document ends with its own group
+    if (!more && !m_runs.empty()) endParagraph();
     if (m_groups.size() > 1) m_groups.pop_back();
-    return m_groups.size() > 1; // the document ends with its own group
+    return more;
 }
 
 void Parser::word(const Token& token) {
