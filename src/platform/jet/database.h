@@ -4,6 +4,7 @@
 #include "file.h"
 #include "table.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -51,13 +52,16 @@ class Database {
     /// the table show it at once.
     void addColumn(std::string_view table, const ColumnDesign& column);
 
+    /// What the catalog's dates are taken from; the system's local time unless it is set.
+    void setClock(std::function<DateTime()> clock);
+
     [[nodiscard]] bool changed() const; ///< since it was opened or last committed
     /// Replaces the file by the changed content, at once and durably. On an error the file is as it was and
     /// the changes are still in memory. ChangedUnderneath, ReadOnly, PermissionDenied, Full, Io,
     /// EncodedWrite.
     void commit();
 
-    /// The pages, for the structural checker.
+    /// The pages as commit() would write them, for the structural checker.
     [[nodiscard]] Pager& pager();
 
   private:

@@ -59,6 +59,7 @@ class Cursor {
 
   private:
     friend class Table;
+    friend class TableStore;
     explicit Cursor(TableStore& store) : m_store(&store) {}
     TableStore* m_store;
     RowId m_at{};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "bytes.h"
+#include "layout.h"
+
+namespace jet {
+
+constexpr std::uint16_t overflowRow = 0x8000; ///< body of a row whose home is another slot
+constexpr std::uint16_t pointerRow = 0x4000;  ///< its first four bytes point to the body
+constexpr std::uint16_t deletedRow = 0xC000;
+constexpr std::uint16_t slotFlags = 0xC000;
+
+struct Slot {
+    std::uint32_t start;
+    std::uint32_t length;
+    std::uint16_t flags;
+
+    [[nodiscard]] bool deleted() const { return (flags & slotFlags) == deletedRow; }
+    [[nodiscard]] bool isPointer() const { return (flags & slotFlags) == pointerRow; }
+    [[nodiscard]] bool isOverflow() const { return (flags & slotFlags) == overflowRow; }
+};
+
+// A page with rows. They stand from the end of the page downwards in the order of their slots; slots of
+// deleted rows stay. The functions that read check every offset and throw Corrupt.
+
+[[nodiscard]] int slotCount(const View& page, const Layout& layout);
+[[nodiscard]] Slot slotAt(const View& page, const Layout& layout, int number);
+/// The bytes of a row; Corrupt when there is no such slot or it is deleted.
+[[nodiscard]] View rowAt(const View& page, const Layout& layout, int number);
+/// Bytes between the slots and the rows.
+[[nodiscard]] std::uint32_t freeSpace(const View& page, const Layout& layout);
+[[nodiscard]] std::uint32_t pageOwner(const View& page);
+/// A page with rows of `owner`; Corrupt when it is none.
+void requireDataPage(const View& page, std::uint32_t owner);
+
+void initDataPage(Edit page, const Layout& layout, std::uint32_t owner);
+[[nodiscard]] bool hasRoom(const View& page, const Layout& layout, std::size_t length);
+/// Adds a row in a new slot; there must be room.
+std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint16_t flags = 0);
+/// Gives a row another length, keeping the other rows, and sets its flags. The bytes of the row are left for the caller to
+/// write (at the returned offset). The page must have the room.
+std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length, std::uint16_t flags);
+/// Marks a row as deleted and squeezes its bytes out.
+void eraseRow(Edit page, const Layout& layout, int number);
+/// No row of the page lives.
+[[nodiscard]] bool isEmptyPage(const View& page, const Layout& layout);
+
+} // namespace jet

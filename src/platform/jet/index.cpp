@@ -1,0 +1,385 @@
+#include "index.h"
+
+#include "pager.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+/// Stands for the last separator of the upper nodes at the right edge while entries are being added: greater
+/// than any entry (at most ten flag bytes FF and a row pointer).
+const std::vector<std::uint8_t> openEdge(18, 0xFF);
+
+std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row) {
+    std::vector<std::uint8_t> entry(key.begin(), key.end());
+    for (int shift = 16; shift >= 0; shift -= 8)
+        put8(entry, row.page >> shift & 0xFF);
+    put8(entry, row.row);
+    return entry;
+}
+
+std::vector<std::uint8_t> withChild(ByteView entry, std::uint32_t child) {
+    std::vector<std::uint8_t> result(entry.begin(), entry.end());
+    for (int shift = 24; shift >= 0; shift -= 8)
+        put8(result, child >> shift & 0xFF);
+    return result;
+}
+
+bool less(ByteView a, ByteView b) { return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end()); }
+
+} // namespace
+
+Index::Index(Pager& pager, std::uint32_t owner, IndexData& data)
+    : m_pager(pager), m_owner(owner), m_data(data), m_map(pager, data.map) {}
+
+IndexPage Index::read(std::uint32_t page) const { return {m_pager.view(page), m_pager.layout(), m_owner}; }
+
+/// The way to the leaf where `wanted` stands or belongs.
+void Index::descend(ByteView wanted, Path& path) const {
+    path.size = 0;
+    std::uint32_t number = m_data.root;
+    bool edge = true;
+    for (;;) {
+        const IndexPage page = read(number);
+        if (path.size == Path::most) m_pager.view(number).fail(0, "an index is too deep");
+        std::size_t at = page.find(wanted);
+        if (page.leaf()) {
+            path.steps[path.size++] = {number, at, false, false, edge};
+            return;
+        }
+        const bool viaTail = at == page.end() && page.tail() != 0;
+        const bool beyond = at == page.end() && !viaTail;
+        if (beyond) {
+            if (page.empty()) m_pager.view(number).fail(freeSpaceAt, "an index node has no children");
+            at = page.before(at);
+        }
+        path.steps[path.size++] = {number, at, viaTail, beyond, edge};
+        edge = edge && (viaTail || (page.tail() == 0 && page.after(at) == page.end()));
+        number = viaTail ? page.tail() : page.child(at);
+    }
+}
+
+bool Index::contains(ByteView key) const {
+    bool found = false;
+    each(key, [&](RowPointer) {
+        found = true;
+        return false;
+    });
+    return found;
+}
+
+std::optional<RowPointer> Index::first(ByteView key) const {
+    std::optional<RowPointer> result;
+    each(key, [&](RowPointer row) {
+        result = row;
+        return false;
+    });
+    return result;
+}
+
+void Index::each(ByteView key, const std::function<bool(RowPointer)>& take) const {
+    Path path;
+    descend(key, path);
+    std::uint32_t number = path.back().page;
+    std::size_t at = path.back().at;
+    for (std::uint32_t visited = 0; number != 0; ++visited) {
+        const IndexPage page = read(number);
+        if (!page.leaf() || visited > m_pager.pageCount())
+            m_pager.view(number).fail(m_pager.layout().nextAt, "the leaves of an index run in a circle");
+        if (visited != 0) at = page.begin();
+        for (; at < page.end(); at = page.after(at))
+            if (!page.startsWith(at, key) || !take(page.row(at))) return;
+        number = page.next();
+    }
+}
+
+void Index::insert(ByteView key, RowPointer row) {
+    const std::vector<std::uint8_t> entry = makeEntry(key, row);
+    Path path;
+    descend(entry, path);
+    const IndexPage leaf = read(path.back().page);
+    const std::size_t at = path.back().at;
+    const bool atEnd = at == leaf.end();
+    if (!atEnd && leaf.equals(at, entry)) m_pager.view(leaf.number()).fail(0, "a row is already in the index");
+    const bool check = atEnd && std::any_of(path.steps.begin(), path.steps.begin() + path.size,
+                                            [](const Step& step) { return step.beyond; });
+    put(path, path.size - 1, entry);
+    if (check) fixSeparators(entry, false);
+}
+
+/// Puts an entry on the page of that level of the path, splitting what is full.
+void Index::put(Path& path, std::size_t level, ByteView entry) {
+    const Layout& layout = m_pager.layout();
+    const std::uint32_t number = path.steps[level].page;
+    Edit page = m_pager.edit(number);
+    const IndexPage before(page, layout, m_owner);
+    const std::size_t trail = before.leaf() ? 0 : entryChildBytes;
+    const std::size_t at = before.find(entry.first(entry.size() - trail));
+    if (insertEntry(page, layout, before, at, entry)) return;
+    EntryList all;
+    std::size_t fresh = 0;
+    for (std::size_t i = before.begin(); i < before.end(); i = before.after(i)) {
+        if (i == at) {
+            fresh = all.size();
+            all.add(entry);
+        }
+        all.add(before.prefix(), before.rest(i));
+    }
+    if (at == before.end()) {
+        fresh = all.size();
+        all.add(entry);
+    }
+    if (packedSize(all, 0, all.size(), trail) <= layout.entryRoom())
+        writeEntries(page, layout, all, 0, all.size(), trail);
+    else split(path, level, all, fresh);
+}
+
+/// How many entries the left half gets. Keys that come in order leave full pages behind.
+std::size_t Index::splitPlace(const EntryList& entries, std::size_t fresh, bool first, bool last,
+                              std::size_t trail) const {
+    const std::size_t count = entries.size();
+    const std::size_t room = m_pager.layout().entryRoom();
+    if (last && fresh == count - 1) return count - 1;
+    if (first && fresh == 0) return 1;
+    std::size_t total = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        total += entries[i].size();
+    // Near the end of the index the next keys are likely to come close behind.
+    const std::size_t share = last && fresh * 4 > count * 3 ? total - total / 8 : total / 2;
+    std::size_t middle = 0;
+    for (std::size_t sum = 0; middle < count - 1 && sum < share; ++middle)
+        sum += entries[middle].size();
+    middle = std::max<std::size_t>(middle, 1);
+    while (middle > 1 && packedSize(entries, 0, middle, trail) > room)
+        --middle;
+    while (middle < count - 1 && packedSize(entries, middle, count, trail) > room)
+        ++middle;
+    return middle;
+}
+
+void Index::split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh) {
+    const Layout& layout = m_pager.layout();
+    const Step& step = path.steps[level];
+    const IndexPage old = read(step.page);
+    const bool leaf = old.leaf();
+    const std::size_t trail = leaf ? 0 : entryChildBytes;
+    const std::uint32_t previous = old.previous();
+    const std::size_t middle = splitPlace(entries, fresh, previous == 0, step.edge, trail);
+    if (level == 0) {
+        splitRoot(entries, middle, leaf);
+        return;
+    }
+    const ByteView last = entries[middle - 1];
+    const std::vector<std::uint8_t> separator(last.begin(), last.end() - static_cast<std::ptrdiff_t>(trail));
+    const std::uint32_t newPage = allocate(leaf);
+    const Step& parent = path.steps[level - 1];
+    const bool behind = leaf && parent.viaTail; // the new page becomes the tail
+    const std::uint32_t left = behind ? step.page : newPage;
+    const std::uint32_t right = behind ? newPage : step.page;
+    writeEntries(m_pager.edit(left), layout, entries, 0, middle, trail);
+    writeEntries(m_pager.edit(right), layout, entries, middle, entries.size(), trail);
+    if (behind) {
+        m_pager.edit(parent.page).set32(layout.tailAt, right);
+    } else if (previous != 0) {
+        link(previous, left);
+    }
+    link(left, right);
+    put(path, level - 1, withChild(separator, left));
+}
+
+void Index::splitRoot(const EntryList& entries, std::size_t middle, bool leaf) {
+    const Layout& layout = m_pager.layout();
+    const std::size_t trail = leaf ? 0 : entryChildBytes;
+    const std::uint32_t tail = read(m_data.root).tail();
+    const std::uint32_t left = allocate(leaf);
+    const std::uint32_t right = allocate(leaf);
+    writeEntries(m_pager.edit(left), layout, entries, 0, middle, trail);
+    writeEntries(m_pager.edit(right), layout, entries, middle, entries.size(), trail);
+    link(left, right);
+    EntryList children;
+    children.add(withChild(entries[middle - 1].first(entries[middle - 1].size() - trail), left));
+    Edit root = m_pager.edit(m_data.root);
+    initIndexPage(root, layout, m_owner, false);
+    if (leaf) {
+        root.set32(layout.tailAt, right);
+    } else {
+        m_pager.edit(right).set32(layout.tailAt, tail);
+        children.add(withChild(openEdge, right));
+        m_edgeOpen = true;
+    }
+    writeEntries(root, layout, children, 0, children.size(), entryChildBytes);
+}
+
+/// Corrects the separators on the way to the leaf of `entry`, so that each is the last entry of its child.
+void Index::fixSeparators(ByteView entry, bool exactEdge) {
+    Path path;
+    std::vector<std::uint8_t> last;
+    for (bool again = true; again;) {
+        again = false;
+        descend(entry, path);
+        const IndexPage leaf = read(path.back().page);
+        if (leaf.empty()) return;
+        leaf.entry(leaf.before(leaf.end()), last);
+        for (std::size_t level = path.size - 1; level-- > 0 && !again;) {
+            const Step& step = path.steps[level];
+            if (step.viaTail) continue;
+            again = fixSeparator(path, level, last, exactEdge);
+            const IndexPage page = read(step.page);
+            if (!again && (page.tail() != 0 || page.after(step.at) != page.end())) break;
+        }
+    }
+}
+
+/// True when the separator had to be changed; the path is then out of date.
+bool Index::fixSeparator(Path& path, std::size_t level, ByteView last, bool exactEdge) {
+    const Step& step = path.steps[level];
+    const IndexPage page = read(step.page);
+    if (page.equals(step.at, last)) return false;
+    const std::uint32_t child = page.child(step.at);
+    const bool upper = level + 2 < path.size;
+    const bool edge = upper && step.edge && page.after(step.at) == page.end();
+    ByteView separator = last;
+    if (edge && !exactEdge) {
+        std::vector<std::uint8_t> old;
+        page.entry(step.at, old);
+        if (!less(old, last)) return false;
+        separator = openEdge;
+        m_edgeOpen = true;
+    }
+    const std::vector<std::uint8_t> kept(separator.begin(), separator.end());
+    eraseEntry(m_pager.edit(step.page), m_pager.layout(), page, step.at);
+    put(path, level, withChild(kept, child));
+    return true;
+}
+
+void Index::settle() {
+    if (!m_edgeOpen) return;
+    fixSeparators(openEdge, true);
+    m_edgeOpen = false;
+}
+
+void Index::remove(ByteView key, RowPointer row) {
+    const std::vector<std::uint8_t> entry = makeEntry(key, row);
+    Path path;
+    descend(entry, path);
+    const std::uint32_t number = path.back().page;
+    const IndexPage leaf = read(number);
+    const std::size_t at = path.back().at;
+    if (at == leaf.end() || !leaf.equals(at, entry)) m_pager.view(number).fail(0, "a row is missing in the index");
+    const bool wasLast = leaf.after(at) == leaf.end();
+    eraseEntry(m_pager.edit(number), m_pager.layout(), leaf, at);
+    if (path.size == 1) return;
+    if (read(number).empty()) {
+        removePage(path, path.size - 1);
+        collapseRoot();
+        fixSeparators(entry, false);
+    } else if (wasLast) {
+        fixSeparators(entry, false);
+    }
+}
+
+/// Takes an empty page out of its level and its parent.
+void Index::removePage(Path& path, std::size_t level) {
+    const std::uint32_t number = path.steps[level].page;
+    const IndexPage page = read(number);
+    const std::uint32_t previous = page.previous();
+    const std::uint32_t next = page.next();
+    if (previous != 0) m_pager.edit(previous).set32(m_pager.layout().nextAt, next);
+    if (next != 0) m_pager.edit(next).set32(m_pager.layout().previousAt, previous);
+    m_map.remove(number);
+    m_pager.release(number);
+    // Without the last of the lowest nodes, the node before it gets the tail.
+    if (level + 2 == path.size && path.steps[level].edge && previous != 0) makeTail(previous);
+    removeChild(path, level - 1);
+}
+
+/// Drops the reference that was followed from the node at `level`.
+void Index::removeChild(Path& path, std::size_t level) {
+    const Step& step = path.steps[level];
+    Edit edit = m_pager.edit(step.page);
+    const IndexPage node(edit, m_pager.layout(), m_owner);
+    if (!step.viaTail) {
+        eraseEntry(edit, m_pager.layout(), node, step.at);
+    } else {
+        edit.set32(m_pager.layout().tailAt, 0);
+        makeTail(step.page);
+    }
+    const IndexPage left = read(step.page);
+    if (!left.empty()) return;
+    if (left.tail() == 0 && level > 0) removePage(path, level);
+    else if (left.tail() != 0 && level > 0) mergeTailNode(path, level);
+}
+
+/// The last child of a lowest node moves from its entry to the tail.
+void Index::makeTail(std::uint32_t number) {
+    Edit edit = m_pager.edit(number);
+    const IndexPage node(edit, m_pager.layout(), m_owner);
+    if (node.leaf() || node.empty() || node.tail() != 0) return;
+    const std::size_t at = node.before(node.end());
+    edit.set32(m_pager.layout().tailAt, node.child(at));
+    eraseEntry(edit, m_pager.layout(), node, at);
+}
+
+/// A node that has only its tail gives it to the node before it, whose last child gets the entry it lacks.
+void Index::mergeTailNode(Path& path, std::size_t level) {
+    const IndexPage node = read(path.steps[level].page);
+    const std::uint32_t previous = node.previous();
+    if (previous == 0) return;
+    m_pager.edit(previous).set32(m_pager.layout().tailAt, node.tail());
+    m_pager.edit(node.number()).set32(m_pager.layout().tailAt, 0);
+    m_pager.edit(previous).set32(m_pager.layout().nextAt, 0);
+    m_map.remove(node.number());
+    m_pager.release(node.number());
+    removeChild(path, level - 1);
+}
+
+void Index::collapseRoot() {
+    const Layout& layout = m_pager.layout();
+    for (;;) {
+        Edit edit = m_pager.edit(m_data.root);
+        const IndexPage root(edit, layout, m_owner);
+        if (root.leaf()) return;
+        std::uint32_t child = 0;
+        if (root.empty()) child = root.tail();
+        else if (root.tail() == 0 && root.after(root.begin()) == root.end()) child = root.child(root.begin());
+        else return;
+        if (child == 0) {
+            initIndexPage(edit, layout, m_owner, true);
+            return;
+        }
+        const View only = m_pager.view(child);
+        (void)read(child);
+        edit.setBytes(0, only.bytes());
+        edit.set32(layout.previousAt, 0);
+        edit.set32(layout.nextAt, 0);
+        m_map.remove(child);
+        m_pager.release(child);
+    }
+}
+
+void Index::clear() {
+    for (std::uint32_t page : m_map.pages())
+        if (page != m_data.root) m_pager.release(page);
+    m_map.clear();
+    m_map.add(m_data.root);
+    initIndexPage(m_pager.edit(m_data.root), m_pager.layout(), m_owner, true);
+    m_data.entries = 0;
+    m_data.keys = 0;
+    m_edgeOpen = false;
+}
+
+std::uint32_t Index::allocate(bool leaf) {
+    const std::uint32_t page = m_pager.allocate();
+    initIndexPage(m_pager.edit(page), m_pager.layout(), m_owner, leaf);
+    m_map.add(page);
+    return page;
+}
+
+void Index::link(std::uint32_t left, std::uint32_t right) {
+    m_pager.edit(left).set32(m_pager.layout().nextAt, right);
+    m_pager.edit(right).set32(m_pager.layout().previousAt, left);
+}
+
+} // namespace jet

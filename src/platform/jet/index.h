@@ -1,0 +1,75 @@
+#pragma once
+
+#include "index_page.h"
+#include "table_def.h"
+#include "usage_map.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+
+namespace jet {
+
+class Pager;
+
+/// A tree of keys: leaves with one entry a row in ascending order of their bytes, chained; above them nodes that
+/// hold the last entry of each child. The last leaf hangs on the tail of the last lowest node, without an
+/// entry. The root keeps its page.
+class Index {
+  public:
+    Index(Pager& pager, std::uint32_t owner, IndexData& data);
+
+    /// Some entry has exactly this key.
+    [[nodiscard]] bool contains(ByteView key) const;
+    /// Calls `take` for the rows whose keys start with `key`, in order, until it returns false.
+    void each(ByteView key, const std::function<bool(RowPointer)>& take) const;
+    [[nodiscard]] std::optional<RowPointer> first(ByteView key) const;
+
+    void insert(ByteView key, RowPointer row);
+    void remove(ByteView key, RowPointer row); ///< Corrupt when the entry is not there
+    void clear();                              ///< gives all pages but the root back
+    /// Gives the separators at the right edge, which are left open while entries are added, their final value.
+    void settle();
+
+    [[nodiscard]] UsageMap& map() { return m_map; }
+
+  private:
+    /// A page on the way down and the place of the entry that was followed.
+    struct Step {
+        std::uint32_t page;
+        std::size_t at;
+        bool viaTail;
+        bool beyond; ///< every separator of the node is less than what was wanted
+        bool edge;   ///< nothing lies to the right of the page
+    };
+    struct Path {
+        static constexpr std::size_t most = 24;
+        std::array<Step, most> steps;
+        std::size_t size = 0;
+        Step& back() { return steps[size - 1]; }
+    };
+
+    [[nodiscard]] IndexPage read(std::uint32_t page) const;
+    void descend(ByteView wanted, Path& path) const;
+    void put(Path& path, std::size_t level, ByteView entry);
+    void split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh);
+    void splitRoot(const EntryList& entries, std::size_t middle, bool leaf);
+    [[nodiscard]] std::size_t splitPlace(const EntryList& entries, std::size_t fresh, bool first, bool last, std::size_t trail) const;
+    void fixSeparators(ByteView entry, bool exactEdge);
+    bool fixSeparator(Path& path, std::size_t level, ByteView last, bool exactEdge);
+    void removePage(Path& path, std::size_t level);
+    void removeChild(Path& path, std::size_t level);
+    void makeTail(std::uint32_t node);
+    void mergeTailNode(Path& path, std::size_t level);
+    void collapseRoot();
+    std::uint32_t allocate(bool leaf);
+    void link(std::uint32_t left, std::uint32_t right);
+
+    Pager& m_pager;
+    std::uint32_t m_owner;
+    IndexData& m_data;
+    UsageMap m_map;
+    bool m_edgeOpen = false;
+};
+
+} // namespace jet

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "table_def.h"
+
+#include <optional>
+
+namespace jet {
+
+class Pager;
+
+/// A stored row, taken apart: where each column's bytes lie.
+class StoredRow {
+  public:
+    /// Corrupt when the row's tables lie outside it.
+    StoredRow(const View& row, const Layout& layout, const TableDef& def);
+
+    /// The column has a value (Boolean: is true).
+    [[nodiscard]] bool isSet(const ColumnDef& column) const;
+    /// The stored bytes of a column that is set and no Boolean.
+    [[nodiscard]] View field(const ColumnDef& column) const;
+    [[nodiscard]] std::size_t columnCount() const { return m_columns; }
+    /// Where the variable part starts, which is where the fixed one ends.
+    [[nodiscard]] std::size_t fixedEnd() const;
+
+  private:
+    [[nodiscard]] std::size_t offset(std::size_t entry) const;
+
+    View m_row;
+    bool m_jet4;
+    std::size_t m_columns;
+    std::size_t m_maskAt;
+    std::size_t m_variable = 0; ///< entries of the table of variable offsets, the last one aside
+    std::size_t m_jumps = 0;
+};
+
+/// The value of a field. Long values are read from their pages.
+void decodeField(Pager& pager, const ColumnDef& column, const View& field, Value& into);
+/// The value of a column in a row.
+void decodeColumn(Pager& pager, const ColumnDef& column, const StoredRow& row, Value& into);
+
+/// TypeMismatch or TextTooLong when `value` cannot stand in the column.
+void requireValue(const ColumnDef& column, const Value& value, Format format);
+/// Appends the stored form of a value of a column that is neither Boolean nor a long value.
+void encodeField(const ColumnDef& column, const Value& value, Format format, Bytes& out);
+/// The bytes of a long value before they are cut into pieces.
+[[nodiscard]] Bytes longValueBytes(const ColumnDef& column, const Value& value, Format format);
+
+/// Builds rows of one table.
+class RowBuilder {
+  public:
+    RowBuilder(const Layout& layout, const TableDef& def);
+
+    /// The stored form of `row`; `references` holds for each long value column what long_value.h gave for it.
+    /// RowTooLong.
+    void build(const Row& row, const std::vector<Bytes>& references, Bytes& out);
+
+  private:
+    void appendTables(Bytes& out) const;
+
+    const Layout& m_layout;
+    std::size_t m_columns;
+    std::size_t m_fixedBytes = 0;
+    bool m_hasVariable;
+    struct Place {
+        const ColumnDef* column;
+        std::size_t position; ///< in the row
+    };
+    std::vector<Place> m_fixed;
+    std::vector<Place> m_variable; ///< by slot; null for those of deleted columns
+    std::vector<Place> m_booleans;
+    std::vector<std::size_t> m_offsets;
+    Bytes m_mask;
+};
+
+} // namespace jet

@@ -1,0 +1,89 @@
+#include "table.h"
+
+#include "data_page.h"
+#include "pager.h"
+#include "table_store.h"
+#include "text.h"
+
+namespace jet {
+
+bool Cursor::next() {
+    UsageMap& owned = m_store->ownedPages();
+    const Layout& layout = m_store->pager().layout();
+    m_decoded = false;
+    for (;;) {
+        if (m_at.page != 0 && owned.contains(m_at.page)) {
+            const View page = m_store->pager().view(m_at.page);
+            requireDataPage(page, m_store->def().page);
+            const int count = slotCount(page, layout);
+            while (m_nextSlot < count) {
+                const Slot slot = slotAt(page, layout, m_nextSlot++);
+                if (slot.deleted() || slot.isOverflow()) continue;
+                m_at.slot = static_cast<std::uint8_t>(m_nextSlot - 1);
+                return true;
+            }
+        }
+        const std::uint32_t following = owned.next(m_at.page + 1);
+        if (following == 0) return false;
+        m_at.page = following;
+        m_nextSlot = 0;
+    }
+}
+
+const Row& Cursor::row() {
+    if (!m_decoded) m_store->read(m_at, m_row);
+    m_decoded = true;
+    return m_row;
+}
+
+namespace {
+
+template <typename Named>
+std::optional<int> positionOf(const std::vector<Named>& all, std::string_view name) {
+    for (std::size_t i = 0; i < all.size(); ++i)
+        if (sameName(all[i].name, name)) return static_cast<int>(i);
+    return std::nullopt;
+}
+
+} // namespace
+
+const std::string& Table::name() const { return m_store->name(); }
+const std::vector<Column>& Table::columns() const { return m_store->columns(); }
+std::optional<int> Table::column(std::string_view name) const { return positionOf(m_store->columns(), name); }
+const std::vector<IndexInfo>& Table::indexes() const { return m_store->indexes(); }
+std::optional<int> Table::index(std::string_view name) const { return positionOf(m_store->indexes(), name); }
+std::uint32_t Table::rowCount() const { return m_store->def().rowCount; }
+std::int32_t Table::nextAutonumber() const { return m_store->def().autonumber + 1; }
+Cursor Table::scan() const { return Cursor(*m_store); }
+void Table::read(RowId id, Row& into) const { m_store->read(id, into); }
+bool Table::exists(RowId id) const { return m_store->exists(id); }
+RowId Table::insert(const Row& row) { return m_store->insert(row); }
+void Table::update(RowId id, const Row& row) { m_store->update(id, row); }
+void Table::erase(RowId id) { m_store->erase(id); }
+void Table::clear() { m_store->clear(); }
+
+Row Table::read(RowId id) const {
+    Row row;
+    m_store->read(id, row);
+    return row;
+}
+
+std::optional<RowId> Table::seek(int index, std::span<const Value> key) const {
+    std::optional<RowId> found;
+    m_store->seek(index, key, [&](RowId id) {
+        found = id;
+        return false;
+    });
+    return found;
+}
+
+std::vector<RowId> Table::seekAll(int index, std::span<const Value> key) const {
+    std::vector<RowId> all;
+    m_store->seek(index, key, [&](RowId id) {
+        all.push_back(id);
+        return true;
+    });
+    return all;
+}
+
+} // namespace jet

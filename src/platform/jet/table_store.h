@@ -1,0 +1,80 @@
+#pragma once
+
+#include "index.h"
+#include "long_value.h"
+#include "row.h"
+#include "table.h"
+
+namespace jet {
+
+/// What a Table handle stands for: the definition, maps, trees and long values of one table, shared by all its
+/// handles. The functions are those of Table.
+class TableStore {
+  public:
+    TableStore(Pager& pager, std::string name, std::uint32_t definitionPage);
+
+    [[nodiscard]] const std::string& name() const { return m_name; }
+    [[nodiscard]] const TableDef& def() const { return m_def; }
+    [[nodiscard]] std::vector<Column>& columns() { return m_columns; }
+    [[nodiscard]] const std::vector<IndexInfo>& indexes() const { return m_indexes; }
+    [[nodiscard]] Pager& pager() { return m_pager; }
+    [[nodiscard]] UsageMap& ownedPages() { return m_ownedPages; }
+    [[nodiscard]] Index& tree(std::size_t data) { return *m_trees[data]; }
+
+    /// False when there is no row with that home.
+    [[nodiscard]] bool exists(RowId id);
+    void read(RowId id, Row& into);
+    RowId insert(const Row& row);
+    void update(RowId id, const Row& row);
+    void erase(RowId id);
+    void clear();
+    void seek(int index, std::span<const Value> key, const std::function<bool(RowId)>& take);
+
+    /// Appends a column; existing rows are written anew where the format needs it.
+    void addColumn(ColumnDef column, const LongValueMaps* maps);
+    /// Brings counters and separators that are kept aside into the pages.
+    void flush();
+
+  private:
+    struct Body {
+        RowPointer at;
+        bool overflow;
+    };
+    using Keys = std::vector<std::optional<Bytes>>; ///< one a tree; none = the row is not in it
+
+    void describe();
+    void requireWritable() const;
+    [[nodiscard]] bool known(const IndexData& data) const;
+    [[nodiscard]] Body locate(RowId id);
+    [[nodiscard]] View bodyView(const Body& body);
+    Keys keysOf(const Row& row);
+    void requireFreeKeys(const Keys& keys, const Keys& old);
+    void changeKeys(const Keys& old, const Keys& fresh, RowPointer row);
+    void addKey(std::size_t tree, ByteView key, RowPointer row);
+    void removeKey(std::size_t tree, ByteView key, RowPointer row);
+    LongValues* longValues(std::uint16_t column);
+    void buildProbe(const Row& row);
+    std::vector<Bytes> storeLongValues(const Row& row, const Row* old, const StoredRow* stored);
+    void releaseLongValues(const StoredRow& stored);
+    [[nodiscard]] std::uint32_t pageFor(std::size_t length);
+    RowPointer place(ByteView bytes, std::uint16_t flags);
+    void replaceBody(RowId id, const Body& body, ByteView bytes);
+    void dropSlot(RowPointer at);
+    void noteSpace(std::uint32_t page);
+    void noteAutonumber(const Row& row);
+    void rewriteAll();
+
+    Pager& m_pager;
+    std::string m_name;
+    TableDef m_def;
+    std::vector<Column> m_columns;
+    std::vector<IndexInfo> m_indexes;
+    UsageMap m_ownedPages;
+    UsageMap m_freeSpacePages;
+    std::vector<std::unique_ptr<Index>> m_trees;
+    std::vector<std::unique_ptr<LongValues>> m_longValues; ///< as in the definition
+    std::unique_ptr<RowBuilder> m_builder;
+    Bytes m_row; ///< kept to be used again
+};
+
+} // namespace jet

@@ -1,0 +1,206 @@
+#include "text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace jet {
+
+namespace {
+
+constexpr char32_t replacement = 0xFFFD;
+
+/// Code page 1252 from 80 to 9F; what it leaves open stands for itself.
+constexpr std::array<char16_t, 32> ansiUpper{
+    0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021, 0x2C6,  0x2030, 0x160,
+    0x2039, 0x152,  0x8D,   0x17D,  0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E,  0x178};
+
+void appendUtf8(std::string& out, char32_t c) {
+    const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
+    if (c < 0x80) {
+        put(c);
+    } else if (c < 0x800) {
+        put(0xC0 | c >> 6);
+        put(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        put(0xE0 | c >> 12);
+        put(0x80 | (c >> 6 & 0x3F));
+        put(0x80 | (c & 0x3F));
+    } else {
+        put(0xF0 | c >> 18);
+        put(0x80 | (c >> 12 & 0x3F));
+        put(0x80 | (c >> 6 & 0x3F));
+        put(0x80 | (c & 0x3F));
+    }
+}
+
+/// Takes one character off the front of `text`.
+char32_t nextCharacter(std::string_view& text) {
+    const auto byteAt = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
+    const std::uint8_t first = byteAt(0);
+    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    static constexpr std::array<std::uint8_t, 5> firstBits{0, 0x7F, 0x1F, 0x0F, 0x07};
+    static constexpr std::array<char32_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
+    char32_t c = first & firstBits[length];
+    std::size_t used = 1;
+    while (used < length && used < text.size() && (byteAt(used) & 0xC0) == 0x80)
+        c = c << 6 | (byteAt(used++) & 0x3F);
+    text.remove_prefix(used);
+    if (length == 0 || used < length || c < least[length] || c > 0x10FFFF) return replacement;
+    return c;
+}
+
+/// Feeds the UTF-16 units of a stored Jet 4 text to `take`.
+template <typename Take>
+void eachUnit(const View& stored, Take take) {
+    const ByteView bytes = stored.bytes();
+    if (bytes.size() < 2 || bytes[0] != 0xFF || bytes[1] != 0xFE) {
+        if (bytes.size() % 2 != 0) stored.fail(0, "a text has half a character");
+        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+            take(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+        return;
+    }
+    bool single = true;
+    for (std::size_t i = 2; i < bytes.size();) {
+        if (single || bytes[i] == 0) {
+            if (bytes[i] == 0) single = !single;
+            else take(static_cast<char16_t>(bytes[i]));
+            ++i;
+        } else {
+            if (i + 1 >= bytes.size()) stored.fail(i, "a text has half a character");
+            take(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+            i += 2;
+        }
+    }
+}
+
+/// Joins UTF-16 units to characters.
+class Utf8Builder {
+  public:
+    explicit Utf8Builder(std::string& out) : m_out(out) {}
+    ~Utf8Builder() { flush(); }
+    Utf8Builder(const Utf8Builder&) = delete;
+    Utf8Builder& operator=(const Utf8Builder&) = delete;
+    void operator()(char16_t unit) {
+        if (m_high != 0 && unit >= 0xDC00 && unit < 0xE000) {
+            appendUtf8(m_out, 0x10000 + ((char32_t{m_high} - 0xD800) << 10) + (unit - 0xDC00));
+            m_high = 0;
+            return;
+        }
+        flush();
+        if (unit >= 0xD800 && unit < 0xDC00) m_high = unit;
+        else appendUtf8(m_out, unit);
+    }
+
+  private:
+    void flush() {
+        if (m_high != 0) appendUtf8(m_out, m_high);
+        m_high = 0;
+    }
+    std::string& m_out;
+    char16_t m_high = 0;
+};
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
+}
+
+} // namespace
+
+std::u16string utf16FromUtf8(std::string_view text) {
+    std::u16string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const char32_t c = nextCharacter(text);
+        if (c < 0x10000) {
+            result.push_back(static_cast<char16_t>(c));
+        } else {
+            result.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+            result.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+        }
+    }
+    return result;
+}
+
+std::string utf8FromUtf16(std::u16string_view text) {
+    std::string result;
+    {
+        Utf8Builder builder(result);
+        for (char16_t unit : text)
+            builder(unit);
+    }
+    return result;
+}
+
+std::string utf8FromAnsi(ByteView text) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::uint8_t byte : text)
+        appendUtf8(result, byte >= 0x80 && byte < 0xA0 ? ansiUpper[byte - 0x80U] : byte);
+    return result;
+}
+
+std::string ansiFromUtf8(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const char32_t c = nextCharacter(text);
+        const auto upper = std::ranges::find(ansiUpper, c);
+        if (upper != ansiUpper.end()) result.push_back(static_cast<char>(0x80 + (upper - ansiUpper.begin())));
+        else result.push_back(c < 0x100 ? static_cast<char>(c) : '?');
+    }
+    return result;
+}
+
+void decodeText(const View& stored, Format format, std::string& out) {
+    if (format == Format::Jet3) {
+        out = utf8FromAnsi(stored.bytes());
+        return;
+    }
+    out.clear();
+    eachUnit(stored, Utf8Builder(out));
+}
+
+void encodeText(std::string_view text, Format format, bool compress, Bytes& out) {
+    if (format == Format::Jet3) {
+        for (char c : ansiFromUtf8(text))
+            out.push_back(static_cast<std::uint8_t>(c));
+        return;
+    }
+    constexpr std::size_t shortestCompressed = 3; // the mark takes two bytes
+    constexpr std::size_t longestCompressed = 1024;
+    if (isAscii(text)) {
+        const bool narrow = compress && text.size() >= shortestCompressed && text.size() <= longestCompressed &&
+                            text.find('\0') == std::string_view::npos;
+        if (narrow) {
+            put16(out, 0xFEFF);
+            out.insert(out.end(), text.begin(), text.end());
+        } else {
+            for (char c : text)
+                put16(out, static_cast<std::uint8_t>(c));
+        }
+        return;
+    }
+    std::u16string units = utf16FromUtf8(text);
+    // A text that began with the byte-order mark would be read as a compressed one.
+    if (units.front() == 0xFEFF) units.erase(0, 1);
+    const bool narrow = compress && units.size() >= shortestCompressed && units.size() <= longestCompressed &&
+                        std::ranges::all_of(units, [](char16_t unit) { return unit > 0 && unit < 0x100; });
+    if (narrow) put16(out, 0xFEFF);
+    for (char16_t unit : units) {
+        if (narrow) put8(out, unit);
+        else put16(out, unit);
+    }
+}
+
+std::size_t storedLength(std::string_view text, Format format) {
+    if (isAscii(text)) return text.size();
+    return format == Format::Jet3 ? ansiFromUtf8(text).size() : utf16FromUtf8(text).size();
+}
+
+bool sameName(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+} // namespace jet
