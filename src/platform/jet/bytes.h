@@ -17,7 +17,8 @@ using ByteSpan = std::span<std::uint8_t>;
 /// throws Corrupt with the page and the offset.
 class View {
   public:
-    View(std::uint32_t page, ByteView bytes, std::size_t base = 0) : m_page(page), m_base(base), m_bytes(bytes) {}
+    View(std::uint32_t page, ByteView bytes, std::size_t base = 0)
+        : m_page(page), m_base(base), m_bytes(bytes) {}
 
     [[nodiscard]] std::uint32_t page() const { return m_page; }
     [[nodiscard]] std::size_t size() const { return m_bytes.size(); }
@@ -53,7 +54,8 @@ class View {
 
   private:
     void need(std::size_t at, std::size_t length) const {
-        if (at > m_bytes.size() || length > m_bytes.size() - at) [[unlikely]] fail(at, "a field lies outside");
+        if (at > m_bytes.size() || length > m_bytes.size() - at) [[unlikely]]
+            fail(at, "a field lies outside");
     }
 
     std::uint32_t m_page;
@@ -96,7 +98,9 @@ class Edit : public View {
 };
 
 /// Appends little-endian fields to a growing string of bytes.
-inline void put8(std::vector<std::uint8_t>& out, std::size_t value) { out.push_back(static_cast<std::uint8_t>(value)); }
+inline void put8(std::vector<std::uint8_t>& out, std::size_t value) {
+    out.push_back(static_cast<std::uint8_t>(value));
+}
 inline void put16(std::vector<std::uint8_t>& out, std::size_t value) {
     put8(out, value & 0xFF);
     put8(out, value >> 8 & 0xFF);

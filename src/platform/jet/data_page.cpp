@@ -15,7 +15,9 @@ std::uint32_t lowestRow(const View& page, const Layout& layout, int count) {
     return page.u16(slotPlace(layout, count - 1)) & offsetMask;
 }
 
-void saveFreeSpace(Edit& page, const Layout& layout) { page.set16(freeSpaceAt, freeSpace(page, layout)); }
+void saveFreeSpace(Edit& page, const Layout& layout) {
+    page.set16(freeSpaceAt, freeSpace(page, layout));
+}
 
 } // namespace
 
@@ -51,7 +53,9 @@ std::uint32_t freeSpace(const View& page, const Layout& layout) {
     return lowest - head;
 }
 
-std::uint32_t pageOwner(const View& page) { return page.u32(ownerAt); }
+std::uint32_t pageOwner(const View& page) {
+    return page.u32(ownerAt);
+}
 
 void requireDataPage(const View& page, std::uint32_t owner) {
     if (page.u8(0) != static_cast<std::uint8_t>(PageKind::Data)) page.fail(0, "a page with rows is expected");
@@ -81,7 +85,8 @@ std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint1
     return static_cast<std::uint8_t>(count);
 }
 
-std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length, std::uint16_t flags) {
+std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length,
+                        std::uint16_t flags) {
     const int count = slotCount(page, layout);
     const Slot slot = slotAt(page, layout, number);
     const std::uint32_t lowest = lowestRow(page, layout, count);
@@ -102,7 +107,9 @@ std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t
     return static_cast<std::uint32_t>(shifted(slot.start));
 }
 
-void eraseRow(Edit page, const Layout& layout, int number) { resizeRow(page, layout, number, 0, deletedRow); }
+void eraseRow(Edit page, const Layout& layout, int number) {
+    resizeRow(page, layout, number, 0, deletedRow);
+}
 
 bool isEmptyPage(const View& page, const Layout& layout) {
     const int count = slotCount(page, layout);

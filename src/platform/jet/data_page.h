@@ -37,8 +37,8 @@ void initDataPage(Edit page, const Layout& layout, std::uint32_t owner);
 [[nodiscard]] bool hasRoom(const View& page, const Layout& layout, std::size_t length);
 /// Adds a row in a new slot; there must be room.
 std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint16_t flags = 0);
-/// Gives a row another length, keeping the other rows, and sets its flags. The bytes of the row are left for the caller to
-/// write (at the returned offset). The page must have the room.
+/// Gives a row another length, keeping the other rows, and sets its flags. The bytes of the row are left for
+/// the caller to write (at the returned offset). The page must have the room.
 std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length, std::uint16_t flags);
 /// Marks a row as deleted and squeezes its bytes out.
 void eraseRow(Edit page, const Layout& layout, int number);

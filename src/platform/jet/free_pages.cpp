@@ -64,8 +64,10 @@ void FreePages::save() {
     const std::uint32_t rowBytes = std::max(layout.mapRow, 5 + 4 * ((m_pager.pageCount() + 31) / 32));
     const View page = m_pager.view(freePagesPage);
     const Slot row = slotAt(page, layout, 0);
-    if (m_mapPages.empty() && rowBytes <= row.length + freeSpace(page, layout)) saveInline(std::max(rowBytes, row.length));
-    else savePages();
+    if (m_mapPages.empty() && rowBytes <= row.length + freeSpace(page, layout))
+        saveInline(std::max(rowBytes, row.length));
+    else
+        savePages();
     m_changed = false;
 }
 

@@ -46,7 +46,8 @@ std::uint32_t passwordMask(double days) {
 std::string readPassword(const View& page, Format format) {
     if (format == Format::Jet3) {
         const ByteView field = page.bytes(passwordAt, passwordBytesJet3);
-        return utf8FromAnsi(field.first(static_cast<std::size_t>(std::ranges::find(field, 0) - field.begin())));
+        return utf8FromAnsi(
+            field.first(static_cast<std::size_t>(std::ranges::find(field, 0) - field.begin())));
     }
     const std::uint32_t mask = passwordMask(doubleAt(page, dateAt));
     std::u16string text;

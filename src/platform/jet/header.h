@@ -25,7 +25,8 @@ constexpr std::size_t headerBytes = 0x98 + 8;
 /// together.
 void writeHeader(Edit page, const std::string& password);
 
-/// The creation date of the files that the engine makes; account ids are masked with a key that belongs to it.
+/// The creation date of the files that the engine makes; account ids are masked with a key that belongs to
+/// it.
 constexpr std::uint64_t newFileDate = 0x40E4AB3E3BD3853E;
 
 } // namespace jet

@@ -27,14 +27,18 @@ std::vector<std::uint8_t> withChild(ByteView entry, std::uint32_t child) {
     return result;
 }
 
-bool less(ByteView a, ByteView b) { return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end()); }
+bool less(ByteView a, ByteView b) {
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
+}
 
 } // namespace
 
 Index::Index(Pager& pager, std::uint32_t owner, IndexData& data)
     : m_pager(pager), m_owner(owner), m_data(data), m_map(pager, data.map) {}
 
-IndexPage Index::read(std::uint32_t page) const { return {m_pager.view(page), m_pager.layout(), m_owner}; }
+IndexPage Index::read(std::uint32_t page) const {
+    return {m_pager.view(page), m_pager.layout(), m_owner};
+}
 
 /// The way to the leaf where `wanted` stands or belongs.
 void Index::descend(ByteView wanted, Path& path) const {
@@ -102,7 +106,8 @@ void Index::insert(ByteView key, RowPointer row) {
     const IndexPage leaf = read(path.back().page);
     const std::size_t at = path.back().at;
     const bool atEnd = at == leaf.end();
-    if (!atEnd && leaf.equals(at, entry)) m_pager.view(leaf.number()).fail(0, "a row is already in the index");
+    if (!atEnd && leaf.equals(at, entry))
+        m_pager.view(leaf.number()).fail(0, "a row is already in the index");
     const bool check = atEnd && std::any_of(path.steps.begin(), path.steps.begin() + path.size,
                                             [](const Step& step) { return step.beyond; });
     put(path, path.size - 1, entry);
@@ -133,7 +138,8 @@ void Index::put(Path& path, std::size_t level, ByteView entry) {
     }
     if (packedSize(all, 0, all.size(), trail) <= layout.entryRoom())
         writeEntries(page, layout, all, 0, all.size(), trail);
-    else split(path, level, all, fresh);
+    else
+        split(path, level, all, fresh);
 }
 
 /// How many entries the left half gets. Keys that come in order leave full pages behind.
@@ -267,7 +273,8 @@ void Index::remove(ByteView key, RowPointer row) {
     const std::uint32_t number = path.back().page;
     const IndexPage leaf = read(number);
     const std::size_t at = path.back().at;
-    if (at == leaf.end() || !leaf.equals(at, entry)) m_pager.view(number).fail(0, "a row is missing in the index");
+    if (at == leaf.end() || !leaf.equals(at, entry))
+        m_pager.view(number).fail(0, "a row is missing in the index");
     const bool wasLast = leaf.after(at) == leaf.end();
     eraseEntry(m_pager.edit(number), m_pager.layout(), leaf, at);
     if (path.size == 1) return;
@@ -308,8 +315,10 @@ void Index::removeChild(Path& path, std::size_t level) {
     }
     const IndexPage left = read(step.page);
     if (!left.empty()) return;
-    if (left.tail() == 0 && level > 0) removePage(path, level);
-    else if (left.tail() != 0 && level > 0) mergeTailNode(path, level);
+    if (left.tail() == 0 && level > 0)
+        removePage(path, level);
+    else if (left.tail() != 0 && level > 0)
+        mergeTailNode(path, level);
 }
 
 /// The last child of a lowest node moves from its entry to the tail.
@@ -342,9 +351,12 @@ void Index::collapseRoot() {
         const IndexPage root(edit, layout, m_owner);
         if (root.leaf()) return;
         std::uint32_t child = 0;
-        if (root.empty()) child = root.tail();
-        else if (root.tail() == 0 && root.after(root.begin()) == root.end()) child = root.child(root.begin());
-        else return;
+        if (root.empty())
+            child = root.tail();
+        else if (root.tail() == 0 && root.after(root.begin()) == root.end())
+            child = root.child(root.begin());
+        else
+            return;
         if (child == 0) {
             initIndexPage(edit, layout, m_owner, true);
             return;

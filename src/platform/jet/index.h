@@ -12,9 +12,9 @@ namespace jet {
 
 class Pager;
 
-/// A tree of keys: leaves with one entry a row in ascending order of their bytes, chained; above them nodes that
-/// hold the last entry of each child. The last leaf hangs on the tail of the last lowest node, without an
-/// entry. The root keeps its page.
+/// A tree of keys: leaves with one entry a row in ascending order of their bytes, chained; above them nodes
+/// that hold the last entry of each child. The last leaf hangs on the tail of the last lowest node, without
+/// an entry. The root keeps its page.
 class Index {
   public:
     Index(Pager& pager, std::uint32_t owner, IndexData& data);
@@ -28,7 +28,8 @@ class Index {
     void insert(ByteView key, RowPointer row);
     void remove(ByteView key, RowPointer row); ///< Corrupt when the entry is not there
     void clear();                              ///< gives all pages but the root back
-    /// Gives the separators at the right edge, which are left open while entries are added, their final value.
+    /// Gives the separators at the right edge, which are left open while entries are added, their final
+    /// value.
     void settle();
 
     [[nodiscard]] UsageMap& map() { return m_map; }
@@ -54,7 +55,8 @@ class Index {
     void put(Path& path, std::size_t level, ByteView entry);
     void split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh);
     void splitRoot(const EntryList& entries, std::size_t middle, bool leaf);
-    [[nodiscard]] std::size_t splitPlace(const EntryList& entries, std::size_t fresh, bool first, bool last, std::size_t trail) const;
+    [[nodiscard]] std::size_t splitPlace(const EntryList& entries, std::size_t fresh, bool first, bool last,
+                                         std::size_t trail) const;
     void fixSeparators(ByteView entry, bool exactEdge);
     bool fixSeparator(Path& path, std::size_t level, ByteView last, bool exactEdge);
     void removePage(Path& path, std::size_t level);

@@ -32,7 +32,9 @@ void storeWord(ByteSpan mask, std::size_t word, std::uint64_t bits) {
         mask[at + i] = static_cast<std::uint8_t>(bits >> (8 * i));
 }
 
-std::size_t wordCount(ByteView mask) { return (mask.size() + 7) / 8; }
+std::size_t wordCount(ByteView mask) {
+    return (mask.size() + 7) / 8;
+}
 
 /// Bits of `word` that lie at `from` or behind.
 std::uint64_t notBelow(std::size_t word, std::size_t from) {
@@ -89,8 +91,8 @@ int compare(ByteView a, ByteView b) {
 
 std::size_t commonLength(ByteView a, ByteView b) {
     const std::size_t most = std::min(a.size(), b.size());
-    return static_cast<std::size_t>(std::mismatch(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(most), b.begin()).first -
-                                    a.begin());
+    return static_cast<std::size_t>(
+        std::mismatch(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(most), b.begin()).first - a.begin());
 }
 
 /// The entries are in order, so what the first and the last share, all share.
@@ -102,19 +104,26 @@ std::size_t commonPrefix(const EntryList& entries, std::size_t from, std::size_t
     return prefix;
 }
 
-void saveUsed(Edit& page, const Layout& layout, std::size_t used) { page.set16(freeSpaceAt, layout.entryRoom() - used); }
+void saveUsed(Edit& page, const Layout& layout, std::size_t used) {
+    page.set16(freeSpaceAt, layout.entryRoom() - used);
+}
 
 void savePrefix(Edit& page, const Layout& layout, std::size_t prefix) {
-    if (layout.prefixBytes == 1) page.set8(layout.prefixAt, static_cast<std::uint8_t>(prefix));
-    else page.set16(layout.prefixAt, prefix);
+    if (layout.prefixBytes == 1)
+        page.set8(layout.prefixAt, static_cast<std::uint8_t>(prefix));
+    else
+        page.set16(layout.prefixAt, prefix);
 }
 
 } // namespace
 
 IndexPage::IndexPage(const View& page, const Layout& layout, std::uint32_t owner)
-    : m_page(page), m_layout(&layout), m_leaf(page.u8(0) == static_cast<std::uint8_t>(PageKind::IndexLeaf)),
+    : m_page(page),
+      m_layout(&layout),
+      m_leaf(page.u8(0) == static_cast<std::uint8_t>(PageKind::IndexLeaf)),
       m_prefix(layout.prefixBytes == 1 ? page.u8(layout.prefixAt) : page.u16(layout.prefixAt)),
-      m_trail(m_leaf ? 0 : entryChildBytes), m_entries(page.bytes(layout.entriesAt, layout.entryRoom())),
+      m_trail(m_leaf ? 0 : entryChildBytes),
+      m_entries(page.bytes(layout.entriesAt, layout.entryRoom())),
       m_mask(page.bytes(layout.maskAt, layout.maskBytes)) {
     if (!m_leaf && page.u8(0) != static_cast<std::uint8_t>(PageKind::IndexNode))
         page.fail(0, "an index page is expected");
@@ -122,8 +131,10 @@ IndexPage::IndexPage(const View& page, const Layout& layout, std::uint32_t owner
     const std::uint16_t free = page.u16(freeSpaceAt);
     if (free > layout.entryRoom()) page.fail(freeSpaceAt, "an index page has an impossible length");
     m_used = layout.entryRoom() - free;
-    if (m_used == 0) m_prefix = 0;
-    else if (m_prefix >= m_used || nextEnd(1) <= m_prefix) page.fail(layout.prefixAt, "an index page has an impossible prefix");
+    if (m_used == 0)
+        m_prefix = 0;
+    else if (m_prefix >= m_used || nextEnd(1) <= m_prefix)
+        page.fail(layout.prefixAt, "an index page has an impossible prefix");
 }
 
 std::size_t IndexPage::nextEnd(std::size_t from) const {
@@ -145,9 +156,13 @@ std::size_t IndexPage::lastEnd(std::size_t from) const {
     return 0;
 }
 
-std::size_t IndexPage::after(std::size_t at) const { return nextEnd(at + 1); }
+std::size_t IndexPage::after(std::size_t at) const {
+    return nextEnd(at + 1);
+}
 
-std::size_t IndexPage::before(std::size_t at) const { return std::max(m_prefix, lastEnd(at - 1)); }
+std::size_t IndexPage::before(std::size_t at) const {
+    return std::max(m_prefix, lastEnd(at - 1));
+}
 
 void IndexPage::entry(std::size_t at, std::vector<std::uint8_t>& into) const {
     into.assign(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(m_prefix));
@@ -158,9 +173,11 @@ void IndexPage::entry(std::size_t at, std::vector<std::uint8_t>& into) const {
 
 std::uint32_t IndexPage::child(std::size_t at) const {
     const std::size_t end = after(at);
-    if (m_trail == 0 || end < entryChildBytes) m_page.fail(m_layout->entriesAt + at, "an entry of an index is too short");
+    if (m_trail == 0 || end < entryChildBytes)
+        m_page.fail(m_layout->entriesAt + at, "an entry of an index is too short");
     const ByteView bytes = m_entries.subspan(end - entryChildBytes, entryChildBytes);
-    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
+           bytes[3];
 }
 
 RowPointer IndexPage::row(std::size_t at) const {
@@ -168,7 +185,8 @@ RowPointer IndexPage::row(std::size_t at) const {
     // The pointer may reach into the prefix.
     const ByteView part = rest(at);
     const std::size_t length = m_prefix + part.size();
-    if (length < entryRowBytes + m_trail) m_page.fail(m_layout->entriesAt + at, "an entry of an index is too short");
+    if (length < entryRowBytes + m_trail)
+        m_page.fail(m_layout->entriesAt + at, "an entry of an index is too short");
     for (std::size_t i = 0; i < entryRowBytes; ++i) {
         const std::size_t place = length - m_trail - entryRowBytes + i;
         bytes[i] = place < m_prefix ? m_entries[place] : part[place - m_prefix];
@@ -200,9 +218,12 @@ std::size_t IndexPage::find(ByteView wanted) const {
         const std::size_t middle = low + (high - low) / 2;
         const std::size_t start = std::max(low, lastEnd(middle));
         const std::size_t stop = nextEnd(middle + 1);
-        if (stop - start < m_trail) m_page.fail(m_layout->entriesAt + start, "an entry of an index is too short");
-        if (compare(m_entries.subspan(start, stop - start - m_trail), part) < 0) low = stop;
-        else high = start;
+        if (stop - start < m_trail)
+            m_page.fail(m_layout->entriesAt + start, "an entry of an index is too short");
+        if (compare(m_entries.subspan(start, stop - start - m_trail), part) < 0)
+            low = stop;
+        else
+            high = start;
     }
     return low;
 }
@@ -232,8 +253,10 @@ bool insertEntry(Edit page, const Layout& layout, const IndexPage& read, std::si
     page.move(layout.entriesAt + at, layout.entriesAt + at + part.size(), used - at);
     page.setBytes(layout.entriesAt + at, part);
     const ByteSpan mask = page.room(layout.maskAt, layout.maskBytes);
-    if (at < used) shiftUp(mask, at + 1, part.size());
-    else clearBits(mask, used + 1, used + part.size()); // left-over bits of other writers
+    if (at < used)
+        shiftUp(mask, at + 1, part.size());
+    else
+        clearBits(mask, used + 1, used + part.size()); // left-over bits of other writers
     setBit(mask, at + part.size());
     saveUsed(page, layout, used + part.size());
     return true;

@@ -82,8 +82,8 @@ class IndexPage {
 };
 
 void initIndexPage(Edit page, const Layout& layout, std::uint32_t owner, bool leaf);
-/// Puts an entry (whole, with the child page in a node) at a position. False when it does not fit, or does not
-/// share the page's prefix; then nothing is changed.
+/// Puts an entry (whole, with the child page in a node) at a position. False when it does not fit, or does
+/// not share the page's prefix; then nothing is changed.
 bool insertEntry(Edit page, const Layout& layout, const IndexPage& read, std::size_t at, ByteView entry);
 void eraseEntry(Edit page, const Layout& layout, const IndexPage& read, std::size_t at);
 /// Bytes that entries [from, to) take on a page with their longest common prefix.

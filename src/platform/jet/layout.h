@@ -10,15 +10,21 @@
 namespace jet {
 
 enum class PageKind : std::uint8_t {
-    Header = 0, Data = 1, TableDef = 2, IndexNode = 3, IndexLeaf = 4, UsageMap = 5,
-    ReleasedTableDef = 8, Released = 9,
+    Header = 0,
+    Data = 1,
+    TableDef = 2,
+    IndexNode = 3,
+    IndexLeaf = 4,
+    UsageMap = 5,
+    ReleasedTableDef = 8,
+    Released = 9,
 };
 
-constexpr std::uint32_t freePagesPage = 1; ///< row 0: free pages, row 1: a map that is always empty
-constexpr std::uint32_t catalogPage = 2;   ///< definition of MSysObjects
-constexpr std::uint32_t ownerAt = 4;       ///< of data and index pages
-constexpr std::uint32_t freeSpaceAt = 2;   ///< of data and index pages
-constexpr std::uint32_t usageMapOwner = 0; ///< owner of data pages that hold usage maps
+constexpr std::uint32_t freePagesPage = 1;           ///< row 0: free pages, row 1: a map that is always empty
+constexpr std::uint32_t catalogPage = 2;             ///< definition of MSysObjects
+constexpr std::uint32_t ownerAt = 4;                 ///< of data and index pages
+constexpr std::uint32_t freeSpaceAt = 2;             ///< of data and index pages
+constexpr std::uint32_t usageMapOwner = 0;           ///< owner of data pages that hold usage maps
 constexpr std::uint32_t longValueOwner = 0x4C41564C; ///< "LVAL"
 constexpr std::size_t mapPageHeader = 4;             ///< bytes before the bits of a usage map page
 constexpr int mostSlots = 255;
@@ -76,27 +82,73 @@ struct Layout {
 };
 
 constexpr Layout jet3Layout{
-    .format = Format::Jet3, .pageSize = 2048, .mostBytes = std::uint64_t{1} << 30,
-    .slotCountAt = 8, .slotsAt = 10, .longestRow = 2012, .longValuePiece = 2036,
+    .format = Format::Jet3,
+    .pageSize = 2048,
+    .mostBytes = std::uint64_t{1} << 30,
+    .slotCountAt = 8,
+    .slotsAt = 10,
+    .longestRow = 2012,
+    .longValuePiece = 2036,
     .mapRow = 133,
-    .previousAt = 8, .nextAt = 12, .tailAt = 16, .prefixAt = 20, .prefixBytes = 1, .nodeByteAt = 21,
-    .maskAt = 22, .maskBytes = 226, .entriesAt = 0xF8,
-    .rowCountAt = 0x0C, .autonumberAt = 0x10, .tableKindAt = 0x14, .maxColumnsAt = 0x15,
-    .variableSlotsAt = 0x17, .columnCountAt = 0x19, .indexCountAt = 0x1B, .indexDataCountAt = 0x1F,
-    .ownedPagesAt = 0x23, .freeSpacePagesAt = 0x27, .countersAt = 0x2B, .counterBytes = 8,
-    .columnBytes = 18, .indexDataBytes = 39, .indexBytes = 20,
+    .previousAt = 8,
+    .nextAt = 12,
+    .tailAt = 16,
+    .prefixAt = 20,
+    .prefixBytes = 1,
+    .nodeByteAt = 21,
+    .maskAt = 22,
+    .maskBytes = 226,
+    .entriesAt = 0xF8,
+    .rowCountAt = 0x0C,
+    .autonumberAt = 0x10,
+    .tableKindAt = 0x14,
+    .maxColumnsAt = 0x15,
+    .variableSlotsAt = 0x17,
+    .columnCountAt = 0x19,
+    .indexCountAt = 0x1B,
+    .indexDataCountAt = 0x1F,
+    .ownedPagesAt = 0x23,
+    .freeSpacePagesAt = 0x27,
+    .countersAt = 0x2B,
+    .counterBytes = 8,
+    .columnBytes = 18,
+    .indexDataBytes = 39,
+    .indexBytes = 20,
 };
 
 constexpr Layout jet4Layout{
-    .format = Format::Jet4, .pageSize = 4096, .mostBytes = std::uint64_t{1} << 31,
-    .slotCountAt = 12, .slotsAt = 14, .longestRow = 4060, .longValuePiece = 4076,
+    .format = Format::Jet4,
+    .pageSize = 4096,
+    .mostBytes = std::uint64_t{1} << 31,
+    .slotCountAt = 12,
+    .slotsAt = 14,
+    .longestRow = 4060,
+    .longValuePiece = 4076,
     .mapRow = 69,
-    .previousAt = 12, .nextAt = 16, .tailAt = 20, .prefixAt = 24, .prefixBytes = 2, .nodeByteAt = 26,
-    .maskAt = 27, .maskBytes = 453, .entriesAt = 0x1E0,
-    .rowCountAt = 0x10, .autonumberAt = 0x14, .tableKindAt = 0x28, .maxColumnsAt = 0x29,
-    .variableSlotsAt = 0x2B, .columnCountAt = 0x2D, .indexCountAt = 0x2F, .indexDataCountAt = 0x33,
-    .ownedPagesAt = 0x37, .freeSpacePagesAt = 0x3B, .countersAt = 0x3F, .counterBytes = 12,
-    .columnBytes = 25, .indexDataBytes = 52, .indexBytes = 28,
+    .previousAt = 12,
+    .nextAt = 16,
+    .tailAt = 20,
+    .prefixAt = 24,
+    .prefixBytes = 2,
+    .nodeByteAt = 26,
+    .maskAt = 27,
+    .maskBytes = 453,
+    .entriesAt = 0x1E0,
+    .rowCountAt = 0x10,
+    .autonumberAt = 0x14,
+    .tableKindAt = 0x28,
+    .maxColumnsAt = 0x29,
+    .variableSlotsAt = 0x2B,
+    .columnCountAt = 0x2D,
+    .indexCountAt = 0x2F,
+    .indexDataCountAt = 0x33,
+    .ownedPagesAt = 0x37,
+    .freeSpacePagesAt = 0x3B,
+    .countersAt = 0x3F,
+    .counterBytes = 12,
+    .columnBytes = 25,
+    .indexDataBytes = 52,
+    .indexBytes = 28,
 };
 
 [[nodiscard]] constexpr const Layout& layoutOf(Format format) {

@@ -21,7 +21,8 @@ template <typename Take>
 void eachPiece(Pager& pager, const View& reference, Take take) {
     const std::uint32_t head = reference.u32(0);
     const std::uint32_t length = head & lengthMask;
-    if (length / pager.layout().pageSize > pager.pageCount()) reference.fail(0, "a long value is longer than the file");
+    if (length / pager.layout().pageSize > pager.pageCount())
+        reference.fail(0, "a long value is longer than the file");
     RowPointer at = RowPointer::unpack(reference.u32(4));
     std::uint32_t read = 0;
     while (!at.none() && read < length) {
@@ -30,7 +31,8 @@ void eachPiece(Pager& pager, const View& reference, Take take) {
         const View row = rowAt(page, pager.layout(), at.row);
         const bool single = (head & singleKind) != 0;
         const View data = single ? row : row.part(4, row.size() - std::min<std::size_t>(row.size(), 4));
-        if (data.size() == 0 || data.size() > length - read) row.fail(0, "a piece of a long value has a wrong length");
+        if (data.size() == 0 || data.size() > length - read)
+            row.fail(0, "a piece of a long value has a wrong length");
         const RowPointer next = single ? RowPointer{} : RowPointer::unpack(row.u32(0));
         read += static_cast<std::uint32_t>(data.size());
         take(at, data);
@@ -101,8 +103,10 @@ RowPointer LongValues::storePiece(ByteView piece) {
     for (int tries = 0; page == 0 && candidate != 0 && tries < mostTries; ++tries) {
         const View view = m_pager.view(candidate);
         requireDataPage(view, longValueOwner);
-        if (hasRoom(view, layout, piece.size())) page = candidate;
-        else if (m_freeSpace && freeSpace(view, layout) < layout.pageSize / 20) m_freeSpace->remove(candidate);
+        if (hasRoom(view, layout, piece.size()))
+            page = candidate;
+        else if (m_freeSpace && freeSpace(view, layout) < layout.pageSize / 20)
+            m_freeSpace->remove(candidate);
         candidate = candidates.next(candidate + 1);
     }
     if (page == 0) {

@@ -67,7 +67,7 @@ class Pager {
     OpenMode m_mode;
     const Layout* m_layout = &jet4Layout;
     std::uint32_t m_encodingKey = 0;
-    std::string m_password; ///< of the file, UTF-8
+    std::string m_password;        ///< of the file, UTF-8
     std::uint32_t m_filePages = 0; ///< pages of the file as it is on disk
     std::size_t m_changedPages = 0;
     bool m_spoiled = false;

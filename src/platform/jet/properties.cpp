@@ -26,10 +26,12 @@ std::string readName(const View& bytes, std::size_t& at, Format format) {
     return name;
 }
 
-void readColumn(const View& chunk, Format format, const std::vector<std::string>& names, std::vector<Column>& columns) {
+void readColumn(const View& chunk, Format format, const std::vector<std::string>& names,
+                std::vector<Column>& columns) {
     std::size_t at = chunkHeader + 4;
     const std::string columnName = readName(chunk, at, format);
-    const auto column = std::ranges::find_if(columns, [&](const Column& c) { return sameName(c.name, columnName); });
+    const auto column =
+        std::ranges::find_if(columns, [&](const Column& c) { return sameName(c.name, columnName); });
     if (column == columns.end()) return;
     at = chunkHeader + chunk.u32(chunkHeader);
     while (at < chunk.size()) {
@@ -88,7 +90,8 @@ void readProperties(const Bytes& stored, Format format, std::vector<Column>& col
 }
 
 Bytes makeProperties(const std::vector<ColumnDesign>& columns, Format format) {
-    const bool any = std::ranges::any_of(columns, [](const ColumnDesign& c) { return c.required || c.allowZeroLength; });
+    const bool any =
+        std::ranges::any_of(columns, [](const ColumnDesign& c) { return c.required || c.allowZeroLength; });
     if (!any) return {};
     Bytes out;
     putBytes(out, format == Format::Jet4 ? markJet4 : markJet3);

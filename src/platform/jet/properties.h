@@ -5,8 +5,8 @@
 
 namespace jet {
 
-/// Takes what the properties of a table (column LvProp of the catalog) say about its columns. Properties that are damaged
-/// or not understood are passed over.
+/// Takes what the properties of a table (column LvProp of the catalog) say about its columns. Properties that
+/// are damaged or not understood are passed over.
 void readProperties(const Bytes& stored, Format format, std::vector<Column>& columns);
 /// The properties of a new table; empty when nothing differs from what holds without them.
 [[nodiscard]] Bytes makeProperties(const std::vector<ColumnDesign>& columns, Format format);

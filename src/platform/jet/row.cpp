@@ -11,7 +11,9 @@ namespace jet {
 
 namespace {
 
-std::uint64_t wide(const View& field) { return std::uint64_t{field.u32(4)} << 32 | field.u32(0); }
+std::uint64_t wide(const View& field) {
+    return std::uint64_t{field.u32(4)} << 32 | field.u32(0);
+}
 
 Guid readGuid(const View& field) {
     // Three little-endian numbers, then bytes in printed order.
@@ -34,16 +36,23 @@ Numeric readNumeric(const View& field) {
 /// The fields of fixed length that a type stores; 0 = as many bytes as the value has.
 std::size_t storedBytes(ColumnType type) {
     switch (type) {
-    case ColumnType::Byte: return 1;
-    case ColumnType::Integer: return 2;
+    case ColumnType::Byte:
+        return 1;
+    case ColumnType::Integer:
+        return 2;
     case ColumnType::Long:
-    case ColumnType::Single: return 4;
+    case ColumnType::Single:
+        return 4;
     case ColumnType::Currency:
     case ColumnType::Double:
-    case ColumnType::DateTime: return 8;
-    case ColumnType::Guid: return 16;
-    case ColumnType::Numeric: return 17;
-    default: return 0;
+    case ColumnType::DateTime:
+        return 8;
+    case ColumnType::Guid:
+        return 16;
+    case ColumnType::Numeric:
+        return 17;
+    default:
+        return 0;
     }
 }
 
@@ -69,7 +78,8 @@ StoredRow::StoredRow(const View& row, const Layout& layout, const TableDef& def)
     : m_row(row), m_jet4(layout.jet4()), m_columns(m_jet4 ? row.u16(0) : row.u8(0)) {
     const std::size_t maskBytes = (m_columns + 7) / 8;
     const std::size_t head = m_jet4 ? 2 : 1;
-    if (m_columns > def.maxColumns || head + maskBytes > row.size()) row.fail(0, "a row has too many columns");
+    if (m_columns > def.maxColumns || head + maskBytes > row.size())
+        row.fail(0, "a row has too many columns");
     m_maskAt = row.size() - maskBytes;
     if (def.variableSlots == 0) return;
     if (m_jet4) {
@@ -79,7 +89,8 @@ StoredRow::StoredRow(const View& row, const Layout& layout, const TableDef& def)
         m_jumps = (row.size() - 1) / 256;
     }
     const std::size_t tables = m_jet4 ? 4 + 2 * m_variable : 2 + m_jumps + m_variable;
-    if (m_variable > def.variableSlots || head + tables > m_maskAt) row.fail(0, "a row has too many variable columns");
+    if (m_variable > def.variableSlots || head + tables > m_maskAt)
+        row.fail(0, "a row has too many variable columns");
 }
 
 /// Entry `entry` of the variable offsets; the last one is the end of the data.
@@ -119,15 +130,33 @@ View StoredRow::field(const ColumnDef& column) const {
 
 void decodeField(Pager& pager, const ColumnDef& column, const View& field, Value& into) {
     switch (column.type) {
-    case ColumnType::Byte: into = field.u8(0); return;
-    case ColumnType::Integer: into = static_cast<std::int16_t>(field.u16(0)); return;
-    case ColumnType::Long: into = static_cast<std::int32_t>(field.u32(0)); return;
-    case ColumnType::Currency: into = Currency{static_cast<std::int64_t>(wide(field))}; return;
-    case ColumnType::Single: into = std::bit_cast<float>(field.u32(0)); return;
-    case ColumnType::Double: into = std::bit_cast<double>(wide(field)); return;
-    case ColumnType::DateTime: into = DateTime{std::bit_cast<double>(wide(field))}; return;
-    case ColumnType::Guid: into = readGuid(field); return;
-    case ColumnType::Numeric: into = readNumeric(field); return;
+    case ColumnType::Byte:
+        into = field.u8(0);
+        return;
+    case ColumnType::Integer:
+        into = static_cast<std::int16_t>(field.u16(0));
+        return;
+    case ColumnType::Long:
+        into = static_cast<std::int32_t>(field.u32(0));
+        return;
+    case ColumnType::Currency:
+        into = Currency{static_cast<std::int64_t>(wide(field))};
+        return;
+    case ColumnType::Single:
+        into = std::bit_cast<float>(field.u32(0));
+        return;
+    case ColumnType::Double:
+        into = std::bit_cast<double>(wide(field));
+        return;
+    case ColumnType::DateTime:
+        into = DateTime{std::bit_cast<double>(wide(field))};
+        return;
+    case ColumnType::Guid:
+        into = readGuid(field);
+        return;
+    case ColumnType::Numeric:
+        into = readNumeric(field);
+        return;
     case ColumnType::Text: {
         auto* text = std::get_if<std::string>(&into);
         if (text == nullptr) text = &into.emplace<std::string>();
@@ -140,16 +169,23 @@ void decodeField(Pager& pager, const ColumnDef& column, const View& field, Value
         decodeText(View(field.page(), data), pager.format(), into.emplace<std::string>());
         return;
     }
-    case ColumnType::Ole: readLongValue(pager, field, into.emplace<Bytes>()); return;
-    default: into = Bytes(field.bytes().begin(), field.bytes().end()); return;
+    case ColumnType::Ole:
+        readLongValue(pager, field, into.emplace<Bytes>());
+        return;
+    default:
+        into = Bytes(field.bytes().begin(), field.bytes().end());
+        return;
     }
 }
 
 void decodeColumn(Pager& pager, const ColumnDef& column, const StoredRow& row, Value& into) {
     const bool set = row.isSet(column);
-    if (column.type == ColumnType::Boolean) into = set;
-    else if (!set) into = Null{};
-    else decodeField(pager, column, row.field(column), into);
+    if (column.type == ColumnType::Boolean)
+        into = set;
+    else if (!set)
+        into = Null{};
+    else
+        decodeField(pager, column, row.field(column), into);
 }
 
 void requireValue(const ColumnDef& column, const Value& value, Format format) {
@@ -160,17 +196,39 @@ void requireValue(const ColumnDef& column, const Value& value, Format format) {
     if (isNull(value)) return;
     std::size_t length = 0;
     switch (column.type) {
-    case ColumnType::Byte: (void)as<std::uint8_t>(column, value); return;
-    case ColumnType::Integer: (void)as<std::int16_t>(column, value); return;
-    case ColumnType::Long: (void)as<std::int32_t>(column, value); return;
-    case ColumnType::Currency: (void)as<Currency>(column, value); return;
-    case ColumnType::Single: (void)as<float>(column, value); return;
-    case ColumnType::Double: (void)as<double>(column, value); return;
-    case ColumnType::DateTime: (void)as<DateTime>(column, value); return;
-    case ColumnType::Guid: (void)as<Guid>(column, value); return;
-    case ColumnType::Numeric: (void)as<Numeric>(column, value); return;
-    case ColumnType::Memo: (void)as<std::string>(column, value); return;
-    case ColumnType::Ole: (void)as<Bytes>(column, value); return;
+    case ColumnType::Byte:
+        (void)as<std::uint8_t>(column, value);
+        return;
+    case ColumnType::Integer:
+        (void)as<std::int16_t>(column, value);
+        return;
+    case ColumnType::Long:
+        (void)as<std::int32_t>(column, value);
+        return;
+    case ColumnType::Currency:
+        (void)as<Currency>(column, value);
+        return;
+    case ColumnType::Single:
+        (void)as<float>(column, value);
+        return;
+    case ColumnType::Double:
+        (void)as<double>(column, value);
+        return;
+    case ColumnType::DateTime:
+        (void)as<DateTime>(column, value);
+        return;
+    case ColumnType::Guid:
+        (void)as<Guid>(column, value);
+        return;
+    case ColumnType::Numeric:
+        (void)as<Numeric>(column, value);
+        return;
+    case ColumnType::Memo:
+        (void)as<std::string>(column, value);
+        return;
+    case ColumnType::Ole:
+        (void)as<Bytes>(column, value);
+        return;
     case ColumnType::Text: {
         const std::string& text = as<std::string>(column, value);
         // No character takes less than a byte, so most texts need no counting.
@@ -178,7 +236,8 @@ void requireValue(const ColumnDef& column, const Value& value, Format format) {
         if (length > column.length) length = storedLength(text, format) * (format == Format::Jet4 ? 2 : 1);
         break;
     }
-    default: length = as<Bytes>(column, value).size();
+    default:
+        length = as<Bytes>(column, value).size();
     }
     if (length > column.length)
         throw Error(ErrorKind::TextTooLong, "The value is too long for the field '" + column.name + "'.");
@@ -186,13 +245,27 @@ void requireValue(const ColumnDef& column, const Value& value, Format format) {
 
 void encodeField(const ColumnDef& column, const Value& value, Format format, Bytes& out) {
     switch (column.type) {
-    case ColumnType::Byte: put8(out, std::get<std::uint8_t>(value)); return;
-    case ColumnType::Integer: put16(out, static_cast<std::uint16_t>(std::get<std::int16_t>(value))); return;
-    case ColumnType::Long: put32(out, static_cast<std::uint32_t>(std::get<std::int32_t>(value))); return;
-    case ColumnType::Currency: put64(out, static_cast<std::uint64_t>(std::get<Currency>(value).tenThousandths)); return;
-    case ColumnType::Single: put32(out, std::bit_cast<std::uint32_t>(std::get<float>(value))); return;
-    case ColumnType::Double: put64(out, std::bit_cast<std::uint64_t>(std::get<double>(value))); return;
-    case ColumnType::DateTime: put64(out, std::bit_cast<std::uint64_t>(std::get<DateTime>(value).days)); return;
+    case ColumnType::Byte:
+        put8(out, std::get<std::uint8_t>(value));
+        return;
+    case ColumnType::Integer:
+        put16(out, static_cast<std::uint16_t>(std::get<std::int16_t>(value)));
+        return;
+    case ColumnType::Long:
+        put32(out, static_cast<std::uint32_t>(std::get<std::int32_t>(value)));
+        return;
+    case ColumnType::Currency:
+        put64(out, static_cast<std::uint64_t>(std::get<Currency>(value).tenThousandths));
+        return;
+    case ColumnType::Single:
+        put32(out, std::bit_cast<std::uint32_t>(std::get<float>(value)));
+        return;
+    case ColumnType::Double:
+        put64(out, std::bit_cast<std::uint64_t>(std::get<double>(value)));
+        return;
+    case ColumnType::DateTime:
+        put64(out, std::bit_cast<std::uint64_t>(std::get<DateTime>(value).days));
+        return;
     case ColumnType::Guid: {
         const auto& bytes = std::get<Guid>(value).bytes;
         for (std::size_t i : {3U, 2U, 1U, 0U, 5U, 4U, 7U, 6U})
@@ -213,7 +286,8 @@ void encodeField(const ColumnDef& column, const Value& value, Format format, Byt
         encodeText(std::get<std::string>(value), format, compress, out);
         return;
     }
-    default: putBytes(out, std::get<Bytes>(value));
+    default:
+        putBytes(out, std::get<Bytes>(value));
     }
 }
 
@@ -225,8 +299,11 @@ Bytes longValueBytes(const ColumnDef& column, const Value& value, Format format)
 }
 
 RowBuilder::RowBuilder(const Layout& layout, const TableDef& def)
-    : m_layout(layout), m_columns(def.maxColumns), m_hasVariable(def.variableSlots != 0),
-      m_variable(def.variableSlots, Place{nullptr, 0}), m_offsets(def.variableSlots + std::size_t{1}),
+    : m_layout(layout),
+      m_columns(def.maxColumns),
+      m_hasVariable(def.variableSlots != 0),
+      m_variable(def.variableSlots, Place{nullptr, 0}),
+      m_offsets(def.variableSlots + std::size_t{1}),
       m_mask((m_columns + 7) / 8) {
     for (std::size_t i = 0; i < def.columns.size(); ++i) {
         const ColumnDef& column = def.columns[i];
@@ -234,7 +311,8 @@ RowBuilder::RowBuilder(const Layout& layout, const TableDef& def)
             m_booleans.push_back({&column, i});
         } else if (column.fixed()) {
             m_fixed.push_back({&column, i});
-            const std::size_t length = storedBytes(column.type) != 0 ? storedBytes(column.type) : column.length;
+            const std::size_t length =
+                storedBytes(column.type) != 0 ? storedBytes(column.type) : column.length;
             m_fixedBytes = std::max(m_fixedBytes, column.fixedOffset + length);
         } else {
             m_variable[column.variableSlot] = {&column, i};
@@ -249,8 +327,10 @@ void RowBuilder::build(const Row& row, const std::vector<Bytes>& references, Byt
         byte = static_cast<std::uint8_t>(byte | 1U << column.number % 8);
     };
     out.clear();
-    if (m_layout.jet4()) put16(out, m_columns);
-    else put8(out, m_columns);
+    if (m_layout.jet4())
+        put16(out, m_columns);
+    else
+        put8(out, m_columns);
     const std::size_t head = out.size();
     for (const Place& place : m_booleans)
         if (std::get<bool>(row[place.position])) set(*place.column);
@@ -262,7 +342,8 @@ void RowBuilder::build(const Row& row, const std::vector<Bytes>& references, Byt
         set(*place.column);
         encodeField(*place.column, row[place.position], m_layout.format, out);
         const auto from = out.begin() + static_cast<std::ptrdiff_t>(fixedEnd);
-        std::copy(from, out.end(), out.begin() + static_cast<std::ptrdiff_t>(head + place.column->fixedOffset));
+        std::copy(from, out.end(),
+                  out.begin() + static_cast<std::ptrdiff_t>(head + place.column->fixedOffset));
         out.resize(fixedEnd);
     }
     for (std::size_t slot = 0; slot < m_variable.size(); ++slot) {
@@ -270,14 +351,15 @@ void RowBuilder::build(const Row& row, const std::vector<Bytes>& references, Byt
         const Place& place = m_variable[slot];
         if (place.column == nullptr || isNull(row[place.position])) continue;
         set(*place.column);
-        if (place.column->isLongValue()) putBytes(out, references[place.position]);
-        else encodeField(*place.column, row[place.position], m_layout.format, out);
+        if (place.column->isLongValue())
+            putBytes(out, references[place.position]);
+        else
+            encodeField(*place.column, row[place.position], m_layout.format, out);
     }
     m_offsets.back() = out.size();
     if (m_hasVariable) appendTables(out);
     putBytes(out, m_mask);
-    if (out.size() > m_layout.longestRow)
-        throw Error(ErrorKind::RowTooLong, "The record is too large.");
+    if (out.size() > m_layout.longestRow) throw Error(ErrorKind::RowTooLong, "The record is too large.");
 }
 
 void RowBuilder::appendTables(Bytes& out) const {
@@ -295,7 +377,8 @@ void RowBuilder::appendTables(Bytes& out) const {
     for (std::size_t i = m_offsets.size(); i-- > 0;)
         put8(out, m_offsets[i] & 0xFF);
     for (std::size_t jump = jumps; jump-- > 0;) {
-        const auto first = std::ranges::find_if(m_offsets, [&](std::size_t at) { return at >= 256 * (jump + 1); });
+        const auto first =
+            std::ranges::find_if(m_offsets, [&](std::size_t at) { return at >= 256 * (jump + 1); });
         put8(out, first == m_offsets.end() ? 0xFF : static_cast<std::size_t>(first - m_offsets.begin()));
     }
     put8(out, count);

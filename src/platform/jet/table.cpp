@@ -47,20 +47,48 @@ std::optional<int> positionOf(const std::vector<Named>& all, std::string_view na
 
 } // namespace
 
-const std::string& Table::name() const { return m_store->name(); }
-const std::vector<Column>& Table::columns() const { return m_store->columns(); }
-std::optional<int> Table::column(std::string_view name) const { return positionOf(m_store->columns(), name); }
-const std::vector<IndexInfo>& Table::indexes() const { return m_store->indexes(); }
-std::optional<int> Table::index(std::string_view name) const { return positionOf(m_store->indexes(), name); }
-std::uint32_t Table::rowCount() const { return m_store->def().rowCount; }
-std::int32_t Table::nextAutonumber() const { return m_store->def().autonumber + 1; }
-Cursor Table::scan() const { return Cursor(*m_store); }
-void Table::read(RowId id, Row& into) const { m_store->read(id, into); }
-bool Table::exists(RowId id) const { return m_store->exists(id); }
-RowId Table::insert(const Row& row) { return m_store->insert(row); }
-void Table::update(RowId id, const Row& row) { m_store->update(id, row); }
-void Table::erase(RowId id) { m_store->erase(id); }
-void Table::clear() { m_store->clear(); }
+const std::string& Table::name() const {
+    return m_store->name();
+}
+const std::vector<Column>& Table::columns() const {
+    return m_store->columns();
+}
+std::optional<int> Table::column(std::string_view name) const {
+    return positionOf(m_store->columns(), name);
+}
+const std::vector<IndexInfo>& Table::indexes() const {
+    return m_store->indexes();
+}
+std::optional<int> Table::index(std::string_view name) const {
+    return positionOf(m_store->indexes(), name);
+}
+std::uint32_t Table::rowCount() const {
+    return m_store->def().rowCount;
+}
+std::int32_t Table::nextAutonumber() const {
+    return m_store->def().autonumber + 1;
+}
+Cursor Table::scan() const {
+    return Cursor(*m_store);
+}
+void Table::read(RowId id, Row& into) const {
+    m_store->read(id, into);
+}
+bool Table::exists(RowId id) const {
+    return m_store->exists(id);
+}
+RowId Table::insert(const Row& row) {
+    return m_store->insert(row);
+}
+void Table::update(RowId id, const Row& row) {
+    m_store->update(id, row);
+}
+void Table::erase(RowId id) {
+    m_store->erase(id);
+}
+void Table::clear() {
+    m_store->clear();
+}
 
 Row Table::read(RowId id) const {
     Row row;

@@ -57,10 +57,9 @@ class Cursor {
     /// The row that the cursor stands on, decoded at the first call; valid until next().
     [[nodiscard]] const Row& row();
 
+    explicit Cursor(TableStore& store) : m_store(&store) {} ///< inside the engine
+
   private:
-    friend class Table;
-    friend class TableStore;
-    explicit Cursor(TableStore& store) : m_store(&store) {}
     TableStore* m_store;
     RowId m_at{};
     int m_nextSlot = 0;

@@ -22,7 +22,8 @@ constexpr std::size_t longValueBytes = 10;
 /// Reads the string from its front; the offsets in messages count from the start of the definition.
 class Reader {
   public:
-    Reader(const View& view, std::size_t at, const Layout& layout) : m_view(view), m_at(at), m_layout(layout) {}
+    Reader(const View& view, std::size_t at, const Layout& layout)
+        : m_view(view), m_at(at), m_layout(layout) {}
 
     View block(std::size_t length) {
         const View result = m_view.part(m_at, length);
@@ -74,8 +75,8 @@ ColumnDef readColumn(const View& block, const Layout& layout) {
 
 void writeColumn(Bytes& out, const ColumnDef& column, const Layout& layout) {
     const bool numeric = column.type == ColumnType::Numeric;
-    const std::size_t sort = numeric ? std::size_t{column.precision} | std::size_t{column.scale} << 8
-                                     : column.sortOrder;
+    const std::size_t sort =
+        numeric ? std::size_t{column.precision} | std::size_t{column.scale} << 8 : column.sortOrder;
     put8(out, static_cast<std::size_t>(column.type));
     if (layout.jet4()) put32(out, 1625);
     put16(out, column.number);
@@ -150,8 +151,10 @@ void writeIndex(Bytes& out, const LogicalIndex& index, const Layout& layout) {
 void writeName(Bytes& out, const std::string& name, const Layout& layout) {
     Bytes text;
     encodeText(name, layout.format, false, text);
-    if (layout.jet4()) put16(out, text.size());
-    else put8(out, text.size());
+    if (layout.jet4())
+        put16(out, text.size());
+    else
+        put8(out, text.size());
     putBytes(out, text);
 }
 
@@ -161,8 +164,12 @@ void writeLongValue(Bytes& out, const LongValueMaps& maps) {
     put32(out, maps.freeSpace.pack());
 }
 
-void set16(Bytes& string, std::size_t at, std::size_t value) { Edit(0, string).set16(at, value); }
-void set32(Bytes& string, std::size_t at, std::uint32_t value) { Edit(0, string).set32(at, value); }
+void set16(Bytes& string, std::size_t at, std::size_t value) {
+    Edit(0, string).set16(at, value);
+}
+void set32(Bytes& string, std::size_t at, std::uint32_t value) {
+    Edit(0, string).set32(at, value);
+}
 
 } // namespace
 
@@ -179,7 +186,8 @@ void TableDef::readPages(Pager& pager) {
     std::size_t length = pageSize;
     for (std::uint32_t next = page; next != 0;) {
         const View view = pager.view(next);
-        if (view.u8(0) != static_cast<std::uint8_t>(PageKind::TableDef)) view.fail(0, "a table definition is expected");
+        if (view.u8(0) != static_cast<std::uint8_t>(PageKind::TableDef))
+            view.fail(0, "a table definition is expected");
         if (m_string.empty()) {
             length = view.u32(lengthAt);
             if (length < pager.layout().countersAt || length > longestDefinition)
@@ -188,7 +196,8 @@ void TableDef::readPages(Pager& pager) {
         m_pages.push_back(next);
         putBytes(m_string, m_string.empty() ? view.bytes() : view.bytes(headerBytes, pageSize - headerBytes));
         next = view.u32(nextPageAt);
-        if (m_string.size() >= length && next != 0) view.fail(nextPageAt, "a table definition goes on behind its end");
+        if (m_string.size() >= length && next != 0)
+            view.fail(nextPageAt, "a table definition goes on behind its end");
     }
     if (m_string.size() < length) View(page, m_string).fail(lengthAt, "a table definition is cut short");
     m_string.resize(length);
@@ -207,7 +216,8 @@ void TableDef::parse(const Layout& layout) {
     if (columnCount > mostColumns || columnCount > maxColumns || maxColumns > mostColumns + 1)
         string.fail(layout.columnCountAt, "too many columns");
     if (variableSlots > maxColumns) string.fail(layout.variableSlotsAt, "too many variable columns");
-    if (indexCount > mostIndexes || dataCount > mostIndexes) string.fail(layout.indexCountAt, "too many indexes");
+    if (indexCount > mostIndexes || dataCount > mostIndexes)
+        string.fail(layout.indexCountAt, "too many indexes");
     ownedPages = RowPointer::unpack(string.u32(layout.ownedPagesAt));
     freeSpacePages = RowPointer::unpack(string.u32(layout.freeSpacePagesAt));
 
@@ -236,7 +246,8 @@ void TableDef::parse(const Layout& layout) {
         indexData.back().entries = string.u32(countersAt(layout, i));
         indexData.back().keys = string.u32(countersAt(layout, i) + 4);
         for (const IndexData::Part& part : indexData.back().columns)
-            if (columnOfNumber(part.column) == nullptr) string.fail(at, "an index has a column that is not there");
+            if (columnOfNumber(part.column) == nullptr)
+                string.fail(at, "an index has a column that is not there");
         if (indexData.back().columns.empty()) string.fail(at, "an index has no columns");
     }
     for (std::uint32_t i = 0; i < indexCount; ++i) {
@@ -310,14 +321,17 @@ void TableDef::addColumn(Pager& pager, ColumnDef column, const LongValueMaps* ma
         LongValueMaps numbered = *maps;
         numbered.column = column.number;
         writeLongValue(block, numbered);
-        m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_longValuesEnd), block.begin(), block.end());
+        m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_longValuesEnd), block.begin(),
+                        block.end());
     }
     Bytes name;
     writeName(name, column.name, layout);
-    m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnNamesEnd), name.begin(), name.end());
+    m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnNamesEnd), name.begin(),
+                    name.end());
     Bytes block;
     writeColumn(block, column, layout);
-    m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnBlocksEnd), block.begin(), block.end());
+    m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnBlocksEnd), block.begin(),
+                    block.end());
     set16(m_string, layout.maxColumnsAt, maxColumns + 1U);
     set16(m_string, layout.columnCountAt, columns.size() + 1);
     if (!column.fixed()) set16(m_string, layout.variableSlotsAt, variableSlots + 1U);
@@ -352,7 +366,8 @@ void TableDef::store(Pager& pager) {
     const Layout& layout = pager.layout();
     set32(m_string, lengthAt, static_cast<std::uint32_t>(m_string.size()));
     const std::size_t perPage = layout.pageSize - headerBytes;
-    const std::size_t count = std::max<std::size_t>(1, (m_string.size() - headerBytes + perPage - 1) / perPage);
+    const std::size_t count =
+        std::max<std::size_t>(1, (m_string.size() - headerBytes + perPage - 1) / perPage);
     while (m_pages.size() < count)
         m_pages.push_back(pager.allocate());
     for (std::size_t i = 0; i < m_pages.size(); ++i) {
@@ -363,8 +378,10 @@ void TableDef::store(Pager& pager) {
         view.set8(1, 1);
         // Jet 4: bytes left on the page, less eight; 0 on a full one.
         const std::size_t left = perPage - used;
-        if (layout.jet4()) view.set16(freeSpaceAt, left < headerBytes ? 0 : left - headerBytes);
-        else view.set16(freeSpaceAt, 0x4356); // "VC"
+        if (layout.jet4())
+            view.set16(freeSpaceAt, left < headerBytes ? 0 : left - headerBytes);
+        else
+            view.set16(freeSpaceAt, 0x4356); // "VC"
         view.set32(nextPageAt, i + 1 < m_pages.size() ? m_pages[i + 1] : 0);
         if (used != 0) view.setBytes(headerBytes, ByteView(m_string).subspan(at, used));
         view.fill(headerBytes + used, left, 0);

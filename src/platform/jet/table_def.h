@@ -16,7 +16,7 @@ constexpr std::uint8_t columnFixed = 0x01;      ///< stored in the fixed part of
 constexpr std::uint8_t columnAlways = 0x02;     ///< set in every column
 constexpr std::uint8_t columnAutonumber = 0x04; ///< of type Long
 constexpr std::uint8_t columnOfSystem = 0x10;
-constexpr std::uint8_t columnOfAccount = 0x20; ///< with columnOfSystem, on account ids
+constexpr std::uint8_t columnOfAccount = 0x20;  ///< with columnOfSystem, on account ids
 constexpr std::uint8_t columnCompressed = 0x01; ///< in the second flag byte
 
 /// Flags of an index.
@@ -83,14 +83,14 @@ struct LongValueMaps {
 constexpr std::uint8_t userTable = 0x4E;
 constexpr std::uint8_t systemTable = 0x53;
 
-/// A table's definition. It is kept as the string of bytes that the file holds, so that what is not understood
-/// survives a change; the members are a reading of it.
+/// A table's definition. It is kept as the string of bytes that the file holds, so that what is not
+/// understood survives a change; the members are a reading of it.
 class TableDef {
   public:
     std::uint32_t page = 0; ///< the first page
     std::uint8_t kind = userTable;
     std::uint32_t rowCount = 0;
-    std::int32_t autonumber = 0; ///< the last one given out
+    std::int32_t autonumber = 0;     ///< the last one given out
     std::uint16_t maxColumns = 0;    ///< columns ever made
     std::uint16_t variableSlots = 0; ///< ever made
     RowPointer ownedPages;

@@ -16,7 +16,9 @@ constexpr int longestText = 255;
 constexpr std::size_t longestName = 64;
 constexpr std::size_t mostIndexes = 32;
 
-[[noreturn]] void refuse(const std::string& text) { throw Error(ErrorKind::InvalidDesign, text); }
+[[noreturn]] void refuse(const std::string& text) {
+    throw Error(ErrorKind::InvalidDesign, text);
+}
 
 void requireName(const std::string& name) {
     const bool odd = name.empty() || name.front() == ' ' || storedLength(name, Format::Jet4) > longestName ||
@@ -32,26 +34,36 @@ void requireDifferent(const std::vector<Named>& all) {
             if (sameName(all[i].name, all[k].name)) refuse("The name '" + all[i].name + "' is used twice.");
 }
 
-int mostBytes(Format format) { return format == Format::Jet4 ? 510 : 255; }
+int mostBytes(Format format) {
+    return format == Format::Jet4 ? 510 : 255;
+}
 
 std::uint16_t lengthOf(const ColumnDesign& design, Format format) {
     switch (design.type) {
     case ColumnType::Boolean:
-    case ColumnType::Byte: return 1;
-    case ColumnType::Integer: return 2;
+    case ColumnType::Byte:
+        return 1;
+    case ColumnType::Integer:
+        return 2;
     case ColumnType::Long:
-    case ColumnType::Single: return 4;
+    case ColumnType::Single:
+        return 4;
     case ColumnType::Currency:
     case ColumnType::Double:
-    case ColumnType::DateTime: return 8;
-    case ColumnType::Guid: return 16;
-    case ColumnType::Numeric: return 17;
+    case ColumnType::DateTime:
+        return 8;
+    case ColumnType::Guid:
+        return 16;
+    case ColumnType::Numeric:
+        return 17;
     case ColumnType::Text: {
         const int characters = design.size == 0 ? longestText : design.size;
         return static_cast<std::uint16_t>(format == Format::Jet4 ? 2 * characters : characters);
     }
-    case ColumnType::Binary: return static_cast<std::uint16_t>(design.size == 0 ? mostBytes(format) : design.size);
-    default: return 0;
+    case ColumnType::Binary:
+        return static_cast<std::uint16_t>(design.size == 0 ? mostBytes(format) : design.size);
+    default:
+        return 0;
     }
 }
 
@@ -69,7 +81,8 @@ void requireColumnDesign(const ColumnDesign& design, Format format) {
         refuse("The field '" + design.name + "' has a type that cannot be made.");
     if (design.type == ColumnType::Numeric && format == Format::Jet3)
         refuse("The field '" + design.name + "' is Decimal, which Jet 3 does not know.");
-    if (design.type == ColumnType::Numeric && (design.precision < 1 || design.precision > 28 || design.scale > design.precision))
+    if (design.type == ColumnType::Numeric &&
+        (design.precision < 1 || design.precision > 28 || design.scale > design.precision))
         refuse("The field '" + design.name + "' has an impossible precision.");
     const int most = design.type == ColumnType::Binary ? mostBytes(format) : longestText;
     if (variable(design.type) && (design.size < 0 || design.size > most))
@@ -131,7 +144,8 @@ TableDef tableDefOf(const TableDesign& design, Format format) {
         for (const IndexColumn& part : index.columns) {
             const auto column = std::ranges::find_if(
                 design.columns, [&](const ColumnDesign& c) { return sameName(c.name, part.name); });
-            data.columns.push_back({static_cast<std::uint16_t>(column - design.columns.begin()), part.ascending});
+            data.columns.push_back(
+                {static_cast<std::uint16_t>(column - design.columns.begin()), part.ascending});
         }
         if (format == Format::Jet4) data.flags |= indexAlwaysJet4;
         if (index.kind != IndexKind::Plain) data.flags |= indexUnique;
@@ -178,7 +192,8 @@ void makeTable(Pager& pager, TableDef& def, std::uint32_t& mapPage) {
             def.longValues.push_back({column.number, pages, newUsageMap(pager, mapPage)});
         }
     }
-    if (fixedOffset > layout.longestRow - layout.longestRow / 10) refuse("The fields of the table are too long for a record.");
+    if (fixedOffset > layout.longestRow - layout.longestRow / 10)
+        refuse("The fields of the table are too long for a record.");
     for (IndexData& data : def.indexData) {
         data.map = newUsageMap(pager, mapPage);
         data.root = pager.allocate();

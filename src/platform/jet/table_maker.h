@@ -17,8 +17,8 @@ void requireColumnDesign(const ColumnDesign& design, Format format);
 /// Adds an empty usage map to a page with maps; to a new page when `page` is 0 or has no room.
 [[nodiscard]] RowPointer newUsageMap(Pager& pager, std::uint32_t& page);
 
-/// Allocates the pages of a new table: its definition (unless `def.page` is set), maps and index roots. Columns and indexes
-/// are in `def`, places and pointers are filled in.
+/// Allocates the pages of a new table: its definition (unless `def.page` is set), maps and index roots.
+/// Columns and indexes are in `def`, places and pointers are filled in.
 void makeTable(Pager& pager, TableDef& def, std::uint32_t& mapPage);
 
 /// The definition of a user table, without places and pointers.

@@ -11,15 +11,22 @@ namespace jet {
 namespace {
 
 /// A page with less free is not worth trying.
-std::uint32_t littleSpace(const Layout& layout) { return layout.pageSize / 20; }
+std::uint32_t littleSpace(const Layout& layout) {
+    return layout.pageSize / 20;
+}
 
-[[noreturn]] void failNoRow() { throw Error(ErrorKind::NotFound, "No current record."); }
+[[noreturn]] void failNoRow() {
+    throw Error(ErrorKind::NotFound, "No current record.");
+}
 
 } // namespace
 
 TableStore::TableStore(Pager& pager, std::string name, std::uint32_t definitionPage)
-    : m_pager(pager), m_name(std::move(name)), m_def(TableDef::load(pager, definitionPage)),
-      m_ownedPages(pager, m_def.ownedPages), m_freeSpacePages(pager, m_def.freeSpacePages) {
+    : m_pager(pager),
+      m_name(std::move(name)),
+      m_def(TableDef::load(pager, definitionPage)),
+      m_ownedPages(pager, m_def.ownedPages),
+      m_freeSpacePages(pager, m_def.freeSpacePages) {
     describe();
 }
 
@@ -76,9 +83,10 @@ void TableStore::requireWritable() const {
     m_pager.requireWritable();
     for (const IndexData& data : m_def.indexData)
         if (!known(data))
-            throw Error(ErrorKind::UnsupportedSort, "The table '" + m_name +
-                                                        "' is sorted by the rules of a language that is not known; "
-                                                        "it can be read but not changed.");
+            throw Error(ErrorKind::UnsupportedSort,
+                        "The table '" + m_name +
+                            "' is sorted by the rules of a language that is not known; "
+                            "it can be read but not changed.");
 }
 
 TableStore::Body TableStore::locate(RowId id) {
@@ -93,7 +101,8 @@ TableStore::Body TableStore::locate(RowId id) {
     const RowPointer target = RowPointer::unpack(page.part(slot.start, slot.length).u32(0));
     const View other = m_pager.view(target.page);
     requireDataPage(other, m_def.page);
-    if (!slotAt(other, layout, target.row).isOverflow()) page.fail(slot.start, "a row is not where its pointer says");
+    if (!slotAt(other, layout, target.row).isOverflow())
+        page.fail(slot.start, "a row is not where its pointer says");
     return {target, true};
 }
 
@@ -141,9 +150,10 @@ void TableStore::requireFreeKeys(const Keys& keys, const Keys& old) {
         // Keys that are Null throughout, a single flag byte a column, may repeat.
         const bool allNull = keys[i]->size() == m_def.indexData[i].columns.size();
         if (!allNull && m_trees[i]->contains(*keys[i]))
-            throw Error(ErrorKind::DuplicateKey,
-                        "The changes would create duplicate values in an index or primary key of the table '" +
-                            m_name + "'.");
+            throw Error(
+                ErrorKind::DuplicateKey,
+                "The changes would create duplicate values in an index or primary key of the table '" +
+                    m_name + "'.");
     }
 }
 
@@ -181,7 +191,8 @@ LongValues* TableStore::longValues(std::uint16_t column) {
 /// Checks the values and the length of the row before anything is touched.
 void TableStore::buildProbe(const Row& row) {
     if (row.size() != m_def.columns.size())
-        throw Error(ErrorKind::TypeMismatch, "The row has another number of values than the table has fields.");
+        throw Error(ErrorKind::TypeMismatch,
+                    "The row has another number of values than the table has fields.");
     std::vector<Bytes> references(row.size());
     for (std::size_t i = 0; i < row.size(); ++i) {
         const ColumnDef& column = m_def.columns[i];
@@ -194,7 +205,8 @@ void TableStore::buildProbe(const Row& row) {
     for (const IndexData& data : m_def.indexData) {
         if ((data.flags & indexRequired) == 0) continue;
         for (const IndexData::Part& part : data.columns) {
-            const auto position = static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
+            const auto position =
+                static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
             if (isNull(row[position]))
                 throw Error(ErrorKind::NullKey, "Index or primary key cannot contain a Null value.");
         }
@@ -216,14 +228,16 @@ std::vector<Bytes> TableStore::storeLongValues(const Row& row, const Row* old, c
             longValues(column.number)->release(field);
         }
         if (!isNull(row[i]))
-            references[i] = longValues(column.number)->store(longValueBytes(column, row[i], m_pager.format()));
+            references[i] =
+                longValues(column.number)->store(longValueBytes(column, row[i], m_pager.format()));
     }
     return references;
 }
 
 void TableStore::releaseLongValues(const StoredRow& stored) {
     for (const ColumnDef& column : m_def.columns)
-        if (column.isLongValue() && stored.isSet(column)) longValues(column.number)->release(stored.field(column));
+        if (column.isLongValue() && stored.isSet(column))
+            longValues(column.number)->release(stored.field(column));
 }
 
 /// A page with room for a row of that length. Rows of a table without an index are only ever added behind the
@@ -261,8 +275,10 @@ void TableStore::noteSpace(std::uint32_t page) {
     const View view = m_pager.view(page);
     const bool worth = freeSpace(view, m_pager.layout()) >= littleSpace(m_pager.layout()) &&
                        slotCount(view, m_pager.layout()) < mostSlots;
-    if (worth) m_freeSpacePages.add(page);
-    else m_freeSpacePages.remove(page);
+    if (worth)
+        m_freeSpacePages.add(page);
+    else
+        m_freeSpacePages.remove(page);
 }
 
 void TableStore::noteAutonumber(const Row& row) {
@@ -388,15 +404,18 @@ void TableStore::clear() {
 void TableStore::seek(int index, std::span<const Value> key, const std::function<bool(RowId)>& take) {
     const IndexInfo& info = m_indexes.at(static_cast<std::size_t>(index));
     if (!info.seekable)
-        throw Error(ErrorKind::UnsupportedSort, "The index '" + info.name + "' is sorted in a way that is not known.");
+        throw Error(ErrorKind::UnsupportedSort,
+                    "The index '" + info.name + "' is sorted in a way that is not known.");
     const std::size_t data = m_def.indexes[static_cast<std::size_t>(index)].data;
     Bytes bytes;
     for (std::size_t i = 0; i < std::min(key.size(), info.columns.size()); ++i) {
         const ColumnDef& column = m_def.columns[static_cast<std::size_t>(info.columns[i].column)];
         // A text longer than the column has no row, but its key is well defined.
-        if (column.type != ColumnType::Text) requireValue(column, key[i], m_pager.format());
+        if (column.type != ColumnType::Text)
+            requireValue(column, key[i], m_pager.format());
         else if (!isNull(key[i]) && !std::holds_alternative<std::string>(key[i]))
-            throw Error(ErrorKind::TypeMismatch, "The value has another type than the field '" + column.name + "'.");
+            throw Error(ErrorKind::TypeMismatch,
+                        "The value has another type than the field '" + column.name + "'.");
         appendKey(bytes, {column.type, info.columns[i].ascending}, key[i], m_pager.format());
     }
     m_trees[data]->each(bytes, [&](RowPointer row) { return take({row.page, row.row}); });
@@ -417,7 +436,8 @@ void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
         if (deleted || firstVariable)
             for (Cursor cursor(*this); cursor.next();) {
                 const StoredRow stored(bodyView(locate(cursor.id())), m_pager.layout(), m_def);
-                if (stored.columnCount() == m_def.maxColumns) fixedEnd = std::max(fixedEnd, stored.fixedEnd() - head);
+                if (stored.columnCount() == m_def.maxColumns)
+                    fixedEnd = std::max(fixedEnd, stored.fixedEnd() - head);
                 if (firstVariable) rows.emplace_back(cursor.id(), cursor.row());
             }
         if (column.type != ColumnType::Boolean) column.fixedOffset = static_cast<std::uint16_t>(fixedEnd);

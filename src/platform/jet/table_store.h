@@ -7,8 +7,8 @@
 
 namespace jet {
 
-/// What a Table handle stands for: the definition, maps, trees and long values of one table, shared by all its
-/// handles. The functions are those of Table.
+/// What a Table handle stands for: the definition, maps, trees and long values of one table, shared by all
+/// its handles. The functions are those of Table.
 class TableStore {
   public:
     TableStore(Pager& pager, std::string name, std::uint32_t definitionPage);
@@ -24,6 +24,7 @@ class TableStore {
     /// False when there is no row with that home.
     [[nodiscard]] bool exists(RowId id);
     void read(RowId id, Row& into);
+    [[nodiscard]] View rowView(RowId id) { return bodyView(locate(id)); } ///< the stored bytes
     RowId insert(const Row& row);
     void update(RowId id, const Row& row);
     void erase(RowId id);

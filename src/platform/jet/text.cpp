@@ -10,10 +10,10 @@ namespace {
 constexpr char32_t replacement = 0xFFFD;
 
 /// Code page 1252 from 80 to 9F; what it leaves open stands for itself.
-constexpr std::array<char16_t, 32> ansiUpper{
-    0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021, 0x2C6,  0x2030, 0x160,
-    0x2039, 0x152,  0x8D,   0x17D,  0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E,  0x178};
+constexpr std::array<char16_t, 32> ansiUpper{0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,
+                                             0x2C6,  0x2030, 0x160,  0x2039, 0x152,  0x8D,   0x17D,  0x8F,
+                                             0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                             0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E,  0x178};
 
 void appendUtf8(std::string& out, char32_t c) {
     const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
@@ -38,7 +38,12 @@ void appendUtf8(std::string& out, char32_t c) {
 char32_t nextCharacter(std::string_view& text) {
     const auto byteAt = [&text](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
     const std::uint8_t first = byteAt(0);
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    const std::size_t length = first < 0x80   ? 1
+                               : first < 0xC2 ? 0
+                               : first < 0xE0 ? 2
+                               : first < 0xF0 ? 3
+                               : first < 0xF5 ? 4
+                                              : 0;
     static constexpr std::array<std::uint8_t, 5> firstBits{0, 0x7F, 0x1F, 0x0F, 0x07};
     static constexpr std::array<char32_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
     char32_t c = first & firstBits[length];
@@ -63,8 +68,10 @@ void eachUnit(const View& stored, Take take) {
     bool single = true;
     for (std::size_t i = 2; i < bytes.size();) {
         if (single || bytes[i] == 0) {
-            if (bytes[i] == 0) single = !single;
-            else take(static_cast<char16_t>(bytes[i]));
+            if (bytes[i] == 0)
+                single = !single;
+            else
+                take(static_cast<char16_t>(bytes[i]));
             ++i;
         } else {
             if (i + 1 >= bytes.size()) stored.fail(i, "a text has half a character");
@@ -88,8 +95,10 @@ class Utf8Builder {
             return;
         }
         flush();
-        if (unit >= 0xD800 && unit < 0xDC00) m_high = unit;
-        else appendUtf8(m_out, unit);
+        if (unit >= 0xD800 && unit < 0xDC00)
+            m_high = unit;
+        else
+            appendUtf8(m_out, unit);
     }
 
   private:
@@ -146,8 +155,10 @@ std::string ansiFromUtf8(std::string_view text) {
     while (!text.empty()) {
         const char32_t c = nextCharacter(text);
         const auto upper = std::ranges::find(ansiUpper, c);
-        if (upper != ansiUpper.end()) result.push_back(static_cast<char>(0x80 + (upper - ansiUpper.begin())));
-        else result.push_back(c < 0x100 ? static_cast<char>(c) : '?');
+        if (upper != ansiUpper.end())
+            result.push_back(static_cast<char>(0x80 + (upper - ansiUpper.begin())));
+        else
+            result.push_back(c < 0x100 ? static_cast<char>(c) : '?');
     }
     return result;
 }
@@ -170,8 +181,8 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
     constexpr std::size_t shortestCompressed = 3; // the mark takes two bytes
     constexpr std::size_t longestCompressed = 1024;
     if (isAscii(text)) {
-        const bool narrow = compress && text.size() >= shortestCompressed && text.size() <= longestCompressed &&
-                            text.find('\0') == std::string_view::npos;
+        const bool narrow = compress && text.size() >= shortestCompressed &&
+                            text.size() <= longestCompressed && text.find('\0') == std::string_view::npos;
         if (narrow) {
             put16(out, 0xFEFF);
             out.insert(out.end(), text.begin(), text.end());
@@ -188,8 +199,10 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
                         std::ranges::all_of(units, [](char16_t unit) { return unit > 0 && unit < 0x100; });
     if (narrow) put16(out, 0xFEFF);
     for (char16_t unit : units) {
-        if (narrow) put8(out, unit);
-        else put16(out, unit);
+        if (narrow)
+            put8(out, unit);
+        else
+            put16(out, unit);
     }
 }
 

@@ -7,7 +7,8 @@
 #include <string_view>
 
 // Texts are UTF-8 at the face of the engine. Jet 4 stores UTF-16, plain or compressed; Jet 3 code page 1252.
-// Single halves of surrogate pairs keep their three-byte form, so that every stored text comes back as it was.
+// Single halves of surrogate pairs keep their three-byte form, so that every stored text comes back as it
+// was.
 
 namespace jet {
 
@@ -23,6 +24,7 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
 /// Characters as the file counts them: UTF-16 units or bytes.
 [[nodiscard]] std::size_t storedLength(std::string_view text, Format format);
 
-[[nodiscard]] bool sameName(std::string_view a, std::string_view b); ///< equal but for the case of ASCII letters
+[[nodiscard]] bool sameName(std::string_view a,
+                            std::string_view b); ///< equal but for the case of ASCII letters
 
 } // namespace jet

@@ -23,7 +23,8 @@ void eachBit(ByteView bytes, std::uint32_t first, const std::function<void(std::
 }
 
 void requireMapPage(const View& page) {
-    if (page.u8(0) != static_cast<std::uint8_t>(PageKind::UsageMap)) page.fail(0, "a usage map page is expected");
+    if (page.u8(0) != static_cast<std::uint8_t>(PageKind::UsageMap))
+        page.fail(0, "a usage map page is expected");
 }
 
 } // namespace
@@ -55,7 +56,9 @@ void initMapPage(Edit page) {
     page.set8(1, 1);
 }
 
-std::vector<std::uint8_t> emptyMapRow(const Layout& layout) { return std::vector<std::uint8_t>(layout.mapRow, 0); }
+std::vector<std::uint8_t> emptyMapRow(const Layout& layout) {
+    return std::vector<std::uint8_t>(layout.mapRow, 0);
+}
 
 UsageMap::UsageMap(Pager& pager, RowPointer where) : m_pager(pager), m_where(where) {
     const View page = pager.view(where.page);
@@ -164,8 +167,10 @@ void UsageMap::widen(std::uint32_t page) {
     const std::uint32_t lowest = next(0);
     const std::uint32_t first = (lowest == 0 ? page : std::min(lowest, page)) / 8 * 8;
     const std::uint32_t highest = std::max(last(), page);
-    if (highest - first < m_window) moveWindow(first);
-    else useMapPages();
+    if (highest - first < m_window)
+        moveWindow(first);
+    else
+        useMapPages();
 }
 
 void UsageMap::moveWindow(std::uint32_t first) {

@@ -1,0 +1,236 @@
+#include "error.h"
+#include "file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace jet {
+
+namespace {
+
+[[noreturn]] void fail(int code, const std::string& path) {
+    const std::string tail = " '" + path + "'.";
+    switch (code) {
+    case ENOENT:
+        throw Error(ErrorKind::FileNotFound, "Could not find file" + tail);
+    case ENOTDIR:
+        throw Error(ErrorKind::FolderNotFound, "Not a valid path:" + tail);
+    case EACCES:
+    case EPERM:
+        throw Error(ErrorKind::PermissionDenied, "No permission for" + tail);
+    case EROFS:
+        throw Error(ErrorKind::ReadOnly, "The file system is read-only:" + tail);
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        throw Error(ErrorKind::Full, "There is not enough space on the disk for" + tail);
+    case EWOULDBLOCK:
+        throw Error(ErrorKind::InUse, "Could not use" + tail + " It is in use by another program.");
+    default:
+        throw Error(ErrorKind::Io, std::string(std::strerror(code)) + ":" + tail);
+    }
+}
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// An open file, closed at the end.
+class Handle {
+  public:
+    Handle() = default;
+    explicit Handle(int number) : m_number(number) {}
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle() { reset(); }
+    void reset(int number = -1) {
+        if (m_number >= 0) ::close(m_number);
+        m_number = number;
+    }
+    int release() { return std::exchange(m_number, -1); }
+    [[nodiscard]] int number() const { return m_number; }
+    [[nodiscard]] bool valid() const { return m_number >= 0; }
+
+  private:
+    int m_number = -1;
+};
+
+class PosixFile : public File {
+  public:
+    PosixFile(std::string path, OpenMode mode);
+    explicit PosixFile(std::string path);
+    ~PosixFile() override { PosixFile::abandonReplace(); }
+
+    std::uint64_t size() override;
+    void read(std::uint64_t offset, std::span<std::uint8_t> into) override;
+    void beginReplace() override;
+    void keep(std::uint64_t offset, std::uint64_t length) override;
+    void append(std::span<const std::uint8_t> bytes) override;
+    void finishReplace() override;
+    void abandonReplace() noexcept override;
+
+  private:
+    void requireUnchanged() const;
+    void openSibling();
+    void takeOverAttributes() const;
+
+    std::string m_path;
+    Handle m_file;          ///< the content as it is; invalid as long as there is none
+    struct stat m_seen {};  ///< what it looked like when it was opened
+    Handle m_next;          ///< the replacement
+    std::string m_nextPath; ///< empty = none
+};
+
+PosixFile::PosixFile(std::string path, OpenMode mode) : m_path(std::move(path)) {
+    m_file.reset(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!m_file.valid()) {
+        const int code = errno;
+        if (code == ENOENT && ::access(folderOf(m_path).c_str(), F_OK) != 0)
+            throw Error(ErrorKind::FolderNotFound, "Not a valid path: '" + m_path + "'.");
+        fail(code, m_path);
+    }
+    // A replacement goes beside the file itself, not beside a link to it.
+    if (char* real = ::realpath(m_path.c_str(), nullptr)) {
+        m_path = real;
+        std::free(real);
+    }
+    if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);
+    if (!S_ISREG(m_seen.st_mode)) throw Error(ErrorKind::NotADatabase, "'" + m_path + "' is not a file.");
+    if (::flock(m_file.number(), (mode == OpenMode::ReadOnly ? LOCK_SH : LOCK_EX) | LOCK_NB) != 0 &&
+        errno == EWOULDBLOCK)
+        fail(errno, m_path);
+}
+
+PosixFile::PosixFile(std::string path) : m_path(std::move(path)) {
+    if (::access(m_path.c_str(), F_OK) == 0)
+        throw Error(ErrorKind::AlreadyExists, "The file '" + m_path + "' already exists.");
+    if (::access(folderOf(m_path).c_str(), F_OK) != 0)
+        throw Error(ErrorKind::FolderNotFound, "Not a valid path: '" + m_path + "'.");
+}
+
+std::uint64_t PosixFile::size() {
+    return m_file.valid() ? static_cast<std::uint64_t>(m_seen.st_size) : 0;
+}
+
+void PosixFile::read(std::uint64_t offset, std::span<std::uint8_t> into) {
+    while (!into.empty()) {
+        const ssize_t count = ::pread(m_file.number(), into.data(), into.size(), static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) fail(errno, m_path);
+        if (count == 0) throw Error(ErrorKind::Io, "The file '" + m_path + "' ends too early.");
+        into = into.subspan(static_cast<std::size_t>(count));
+        offset += static_cast<std::uint64_t>(count);
+    }
+}
+
+void PosixFile::requireUnchanged() const {
+    struct stat now {};
+    const bool there = ::stat(m_path.c_str(), &now) == 0;
+    if (!m_file.valid()) {
+        if (there) throw Error(ErrorKind::AlreadyExists, "The file '" + m_path + "' already exists.");
+        return;
+    }
+    const bool same = there && now.st_dev == m_seen.st_dev && now.st_ino == m_seen.st_ino &&
+                      now.st_size == m_seen.st_size && now.st_mtim.tv_sec == m_seen.st_mtim.tv_sec &&
+                      now.st_mtim.tv_nsec == m_seen.st_mtim.tv_nsec;
+    if (!same)
+        throw Error(ErrorKind::ChangedUnderneath,
+                    "The file '" + m_path + "' was changed by another program since it was opened.");
+}
+
+void PosixFile::openSibling() {
+    std::string form = m_path + ".XXXXXX";
+    m_next.reset(::mkstemp(form.data()));
+    if (!m_next.valid()) fail(errno, m_path);
+    m_nextPath = form;
+}
+
+void PosixFile::beginReplace() {
+    requireUnchanged();
+    // A rename would succeed on a file that its owner made read-only; that is not what the owner wants.
+    if (m_file.valid() && (m_seen.st_mode & 0222) == 0)
+        throw Error(ErrorKind::ReadOnly, "The file '" + m_path + "' is read-only.");
+    if (m_file.valid() && ::faccessat(AT_FDCWD, m_path.c_str(), W_OK, AT_EACCESS) != 0) fail(errno, m_path);
+    abandonReplace();
+    openSibling();
+}
+
+void PosixFile::keep(std::uint64_t offset, std::uint64_t length) {
+    std::vector<std::uint8_t> buffer(std::min<std::uint64_t>(length, std::uint64_t{1} << 20));
+    while (length != 0) {
+        const std::span<std::uint8_t> part(buffer.data(), std::min<std::uint64_t>(length, buffer.size()));
+        read(offset, part);
+        append(part);
+        offset += part.size();
+        length -= part.size();
+    }
+}
+
+void PosixFile::append(std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(m_next.number(), bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) fail(errno, m_nextPath);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+}
+
+/// The replacement belongs to whom the file belonged, with the same rights.
+void PosixFile::takeOverAttributes() const {
+    if (!m_file.valid()) {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        if (::fchmod(m_next.number(), 0666 & ~mask) != 0) fail(errno, m_nextPath);
+        return;
+    }
+    struct stat fresh {};
+    if (::fstat(m_next.number(), &fresh) != 0) fail(errno, m_nextPath);
+    if (fresh.st_uid != m_seen.st_uid || fresh.st_gid != m_seen.st_gid) {
+        // Without the right to give a file away, the group alone may still be kept.
+        if (::fchown(m_next.number(), m_seen.st_uid, m_seen.st_gid) != 0 &&
+            ::fchown(m_next.number(), static_cast<uid_t>(-1), m_seen.st_gid) != 0 && errno != EPERM)
+            fail(errno, m_nextPath);
+    }
+    if (::fchmod(m_next.number(), m_seen.st_mode & 07777) != 0) fail(errno, m_nextPath);
+}
+
+void PosixFile::finishReplace() {
+    takeOverAttributes();
+    if (::fsync(m_next.number()) != 0) fail(errno, m_nextPath);
+    (void)::flock(m_next.number(), LOCK_EX | LOCK_NB);
+    requireUnchanged();
+    if (::rename(m_nextPath.c_str(), m_path.c_str()) != 0) fail(errno, m_path);
+    m_nextPath.clear();
+    m_file.reset(m_next.release());
+    const Handle folder(::open(folderOf(m_path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.valid()) (void)::fsync(folder.number());
+    if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);
+}
+
+void PosixFile::abandonReplace() noexcept {
+    m_next.reset();
+    if (!m_nextPath.empty()) (void)::unlink(m_nextPath.c_str());
+    m_nextPath.clear();
+}
+
+} // namespace
+
+std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
+    return std::make_unique<PosixFile>(path, mode);
+}
+
+std::unique_ptr<File> newFile(const std::string& path) {
+    return std::make_unique<PosixFile>(path);
+}
+
+} // namespace jet
