@@ -97,13 +97,16 @@ void writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, std
                " in row " + std::to_string(refused.row) + (refused.count == 1 ? "." : " is the first."));
 }
 
-/// The version on disk is kept as ".bak"; the user learns when it is another program's.
-void backUp(const sheet::Book& book, Report& report) {
+/// Keeps the version on disk as ".bak". False when that version is another program's and could not be kept:
+/// then it must not be overwritten.
+bool backUp(const sheet::Book& book, Report& report) {
     const std::string path = book.projectPath();
     const bool foreign = !book.FileMark.empty() && basic::fileExists(path) && fileMark(path) != book.FileMark;
     const bool kept = report.attempt("No backup was made", [&] { basic::fileCopy(path, path + ".bak"); });
     if (foreign && kept)
         report.add("Another program changed the file; its version is kept as " + path + ".bak.");
+    if (foreign && !kept) report.add("Another program changed the file, so the book was not saved over it.");
+    return kept || !foreign;
 }
 
 /// The name for the first Save of a book, in cdl1.FileName.
@@ -203,8 +206,9 @@ void openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry) {
 void saveProject(sheet::Book& book, desktop::Desktop& desktop) {
     Report report(desktop);
     std::optional<NewFile> file;
+    bool mayWrite = true;
     if (book.hasFile()) {
-        backUp(book, report);
+        mayWrite = backUp(book, report);
     } else {
         if (!chooseFirstName(book, desktop)) return;
         const std::string path = book.FileName;
@@ -221,10 +225,10 @@ void saveProject(sheet::Book& book, desktop::Desktop& desktop) {
                 if (book.MSFG.Visible()) desktop.focusGrid();
                 return;
             }
-            backUp(book, report);
+            mayWrite = backUp(book, report);
         }
     }
-    writeBook(book, desktop, report, std::move(file));
+    if (mayWrite) writeBook(book, desktop, report, std::move(file));
     report.attempt("The list of recent projects was not written", [&] { Sv(book, desktop); });
     mNu(book, desktop);
 }
@@ -248,8 +252,7 @@ void saveProjectAs(sheet::Book& book, desktop::Desktop& desktop) {
 
 bool rewriteProject(sheet::Book& book, desktop::Desktop& desktop) {
     Report report(desktop);
-    backUp(book, report);
-    writeBook(book, desktop, report, std::nullopt);
+    if (backUp(book, report)) writeBook(book, desktop, report, std::nullopt);
     return !isUnsaved(book);
 }
 

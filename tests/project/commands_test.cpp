@@ -208,6 +208,13 @@ TEST_F(CommandsTest, ABookChangedByAnotherProgramIsKeptAsBackup) {
                 HasSubstr("Another program changed the file; its version is kept as " + path + ".bak."));
     project::saveProject(book, desktop);
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".") << "our own change is none of another program";
+
+    std::filesystem::copy_file(at("theirs.grl"), path, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::remove(path + ".bak");
+    std::filesystem::create_directory(path + ".bak");
+    project::saveProject(book, desktop);
+    EXPECT_EQ(records(path)[0][7], "theirs") << "not overwritten when it cannot be kept";
+    EXPECT_THAT(desktop.statuses.back(), HasSubstr("so the book was not saved over it."));
 }
 
 TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {
