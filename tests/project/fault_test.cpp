@@ -109,11 +109,14 @@ TEST_F(FaultTest, AFullDiskLeavesTheOldBookAndSaysSo) {
 
 TEST_F(FaultTest, AHugeTableIsRefusedBeforeTheGridGrows) {
     const std::string path = folder / "huge.grl";
-    jet::Database database = jet::Database::create(path, {.password = "MoraKin"});
-    jet::Table grl = database.createTable({"Grl", {{.name = "Oft", .type = jet::ColumnType::Double}}, {}});
-    for (int k = 0; k < project::mostRows + 1; ++k)
-        grl.insert({jet::Value(1.0)});
-    database.commit();
+    {
+        jet::Database database = jet::Database::create(path, {.password = "MoraKin"});
+        jet::Table grl =
+            database.createTable({"Grl", {{.name = "Oft", .type = jet::ColumnType::Double}}, {}});
+        for (int k = 0; k < project::mostRows + 1; ++k)
+            grl.insert({jet::Value(1.0)});
+        database.commit();
+    }
     open(path);
     ASSERT_THAT(desktop.boxes, SizeIs(1));
     EXPECT_EQ(desktop.boxes[0].text, "7  The file has 1000001 rows; a book takes 1000000 at most");

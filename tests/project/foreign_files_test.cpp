@@ -96,12 +96,14 @@ TEST_F(ForeignFilesTest, AFailedOpenSetsTheUnsavedGridAside) {
 
 TEST_F(ForeignFilesTest, ADatabaseWithOtherTablesKeepsThem) {
     const std::string path = folder / "mixed.grl";
-    jet::Database database = jet::Database::create(path, {.password = "MoraKin"});
-    database.createTable({"Notes", {{.name = "Text", .type = jet::ColumnType::Memo}}, {}});
-    database.createTable(grlDesign());
-    jet::Table notes = database.table("Notes");
-    notes.insert({jet::Value(std::string(5000, 'n'))});
-    database.commit();
+    {
+        jet::Database database = jet::Database::create(path, {.password = "MoraKin"});
+        database.createTable(grlDesign());
+        jet::Table notes =
+            database.createTable({"Notes", {{.name = "Text", .type = jet::ColumnType::Memo}}, {}});
+        notes.insert({jet::Value(std::string(5000, 'n'))});
+        database.commit();
+    }
     open(path);
     setRows({row({{sheet::Remark, "ours"}})});
     project::saveProject(book, desktop);

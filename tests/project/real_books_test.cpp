@@ -102,7 +102,7 @@ TEST_P(RealBooksTest, OtherReadersSeeAllRowsInOrder) {
     for (Row& record : ours) {
         record[1] = std::to_string(std::strtod(record[1].c_str(), nullptr));
         for (std::string& field : record)
-            if (field == "Null") field = "NULL";
+            if (field == "Null" || field.empty()) field = "NULL"; // mdb-export tells no difference
     }
     EXPECT_THAT(seen, SizeIs(content.size()));
     EXPECT_EQ(seen, ours);
