@@ -139,8 +139,9 @@ void frmGrl::arrange() {
     const int below = form->height() - grid.bottom() - 1;
     m_pbr1->setGeometry(grid.left(), grid.bottom() + 1 + (below - progressHeight) / 2, grid.width(),
                         progressHeight);
-    m_ff->placeWithin(grid.adjusted(4, 4, -4, -4));
-    m_fExport->placeWithin(grid.adjusted(4, 4, -4, -4));
+    const QRect whole = form->rect().adjusted(gap, gap, -gap, -gap);
+    for (Panel* panel : std::initializer_list<Panel*>{m_ff, m_fExport})
+        panel->placeWithin(grid.adjusted(gap, gap, -gap, -gap), whole);
 }
 
 void frmGrl::resizeEvent(QResizeEvent* event) {

@@ -187,7 +187,8 @@ void frmGrl::buildStatusBar() {
         label->setContentsMargins(4, 0, 4, 0);
         statusBar()->addWidget(label);
         auto* line = new QFrame;
-        line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Sunken));
+        line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Plain));
+        line->setForegroundRole(QPalette::Mid);
         statusBar()->addWidget(line);
         return label;
     };

@@ -62,7 +62,7 @@ QRect CommandButton::captionBox(const QFont& face, int width) const {
 
 int CommandButton::widthForLines(int lines) const {
     const QFont face = boldFont();
-    const int limit = lines * QFontMetrics(face).lineSpacing();
+    const int limit = lines * (QFontMetrics(face).lineSpacing() + 1);
     int low = 1;
     int high = QFontMetrics(face).horizontalAdvance(text()) + 2;
     const auto fits = [&](int width) {

@@ -29,7 +29,8 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     heading->setFont(face);
 
     auto* rule = new QFrame;
-    rule->setFrameStyle(int(QFrame::HLine) | int(QFrame::Sunken));
+    rule->setFrameStyle(int(QFrame::HLine) | int(QFrame::Plain));
+    rule->setForegroundRole(QPalette::Mid);
 
     auto* inside = new QWidget;
     m_columns = new QHBoxLayout(inside);
@@ -65,8 +66,9 @@ void Panel::nextColumn() {
     m_columns->addLayout(column);
 }
 
-void Panel::placeWithin(const QRect& area) {
+void Panel::placeWithin(const QRect& area, const QRect& most) {
     m_area = area;
+    m_most = most;
     place();
 }
 
@@ -86,11 +88,12 @@ void Panel::place() {
         height += item->sizeHint().height();
     }
     QSize wanted(width + around.left() + around.right() + 2 * frameWidth(), height + 2 * frameWidth());
-    if (wanted.height() > m_area.height())
-        wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
-    const QSize size = wanted.boundedTo(m_area.size());
-    const QPoint corner((m_area.width() - size.width()) / 2, (m_area.height() - size.height()) / 3);
-    setGeometry(QRect(m_area.topLeft() + corner, size));
+    const bool fits = wanted.width() <= m_area.width() && wanted.height() <= m_area.height();
+    const QRect& area = fits ? m_area : m_most;
+    if (wanted.height() > area.height()) wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
+    const QSize size = wanted.boundedTo(area.size());
+    const QPoint corner((area.width() - size.width()) / 2, (area.height() - size.height()) / 3);
+    setGeometry(QRect(area.topLeft() + corner, size));
 }
 
 bool Panel::eventFilter(QObject* watched, QEvent* event) {

@@ -18,8 +18,9 @@ class Panel : public QFrame {
   public:
     Panel(const QString& name, const QString& title, QWidget* parent);
 
-    /// Takes its place in the middle of `area`, at most as large as that; kept for later changes of its size.
-    void placeWithin(const QRect& area);
+    /// Takes its place in the middle of `area`, or of the larger `most` when it does not fit there; kept for
+    /// later changes of its size.
+    void placeWithin(const QRect& area, const QRect& most);
 
     /// The column of the body that is being filled: label, box, unit.
     [[nodiscard]] QGridLayout& body() { return *m_body; }
@@ -48,6 +49,7 @@ class Panel : public QFrame {
     void place();
 
     QRect m_area;
+    QRect m_most;
     QScrollArea* m_scroll;
     QHBoxLayout* m_columns;
     QGridLayout* m_body = nullptr;
