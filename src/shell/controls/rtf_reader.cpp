@@ -2,7 +2,6 @@
 
 #include "../text.h"
 #include "basic/files.h"
-#include "metrics.h"
 
 #include <QApplication>
 #include <QFile>
@@ -34,6 +33,10 @@ double luminance(const QColor& colour) {
 double contrast(const QColor& a, const QColor& b) {
     const auto [dark, light] = std::minmax(luminance(a), luminance(b));
     return (light + 0.05) / (dark + 0.05);
+}
+
+qreal length(int twips) {
+    return twips / 15.0;
 }
 
 QColor toQt(const rtf::Colour& colour) {
@@ -90,8 +93,8 @@ class Writer {
         format.setBorder(1);
         format.setCellPadding(kCellPadding);
         format.setWidth(percent(1, 1));
-        format.setTopMargin(pixels(120));
-        format.setBottomMargin(pixels(180));
+        format.setTopMargin(length(120));
+        format.setBottomMargin(length(180));
         if (edges != nullptr && edges->size() == columns) format.setColumnWidthConstraints(widths(*edges));
         QTextTable* table = m_cursor.insertTable(int(source.rows.size()), int(columns), format);
         for (std::size_t row = 0; row < source.rows.size(); ++row) {
@@ -131,11 +134,11 @@ class Writer {
             format.setAlignment(Qt::AlignJustify);
             break;
         }
-        format.setLeftMargin(pixels(std::max(0, source.left)));
-        format.setRightMargin(pixels(std::max(0, source.right)));
-        format.setTextIndent(pixels(source.first));
-        format.setTopMargin(pixels(std::max(0, source.before)));
-        format.setBottomMargin(pixels(std::max(0, source.after)));
+        format.setLeftMargin(length(std::max(0, source.left)));
+        format.setRightMargin(length(std::max(0, source.right)));
+        format.setTextIndent(length(source.first));
+        format.setTopMargin(length(std::max(0, source.before)));
+        format.setBottomMargin(length(std::max(0, source.after)));
         if (source.outline >= 0) format.setHeadingLevel(source.outline + 1);
         format.setTabPositions(tabs(source));
         return format;
@@ -150,7 +153,7 @@ class Writer {
         std::sort(places.begin(), places.end());
         QList<QTextOption::Tab> result;
         for (const int place : places)
-            if (place > start) result.append({qreal(pixels(place - start)), QTextOption::LeftTab});
+            if (place > start) result.append({(length(place - start)), QTextOption::LeftTab});
         return result;
     }
 
@@ -203,7 +206,7 @@ void showRtf(const rtf::Document& source, QTextDocument& target, const QPalette&
     target.clear();
     target.setUndoRedoEnabled(false);
     QTextOption option = target.defaultTextOption();
-    option.setTabStopDistance(pixels(kDefaultTab));
+    option.setTabStopDistance(length(kDefaultTab));
     target.setDefaultTextOption(option);
     target.setDocumentMargin(kPageMargin);
     Writer(source, target, palette).write();
