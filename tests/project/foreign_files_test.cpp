@@ -112,6 +112,49 @@ TEST_F(ForeignFilesTest, ADatabaseWithOtherTablesKeepsThem) {
     EXPECT_EQ(dao::toText(after.OpenRecordset("Notes").Fields("Text").value()), std::string(5000, 'n'));
 }
 
+TEST_F(ForeignFilesTest, FilesMadeByAccessAreLoadedAndSavedInTheirOwnTypes) {
+    const std::string samples = ZAVRO_JET_SAMPLES;
+    if (samples.empty()) GTEST_SKIP() << "no files made by Access here";
+    for (const char* sample : {"common1V1997.mdb", "common2V2000.mdb", "common2V2003.mdb"}) {
+        SCOPED_TRACE(sample);
+        const std::string path = folder / (std::string(sample) + ".grl");
+        std::filesystem::copy_file(samples + "/" + sample, path);
+        chmod(path.c_str(), 0644);
+        std::vector<std::string> others;
+        {
+            jet::Database database = jet::Database::open(path);
+            others = database.tableNames();
+            jet::Table grl = database.createTable(grlDesign(jet::ColumnType::Double));
+            const double three[] = {1.525, 101.525, 100};
+            grl.insert({std::string("CH 00-010"), -2.5, three[0], jet::Null{}, jet::Null{}, three[1],
+                        three[2], std::string("gate")});
+            grl.insert(
+                {jet::Null{}, 0.0, jet::Null{}, 0.75, jet::Null{}, jet::Null{}, jet::Null{}, jet::Null{}});
+            database.commit();
+        }
+        desktop.boxes.clear();
+        open(path);
+        ASSERT_THAT(messages(), IsEmpty());
+        const Rows loaded{row({{sheet::Chainage, "00-010"},
+                               {sheet::Left, "2.5"},
+                               {sheet::BackSight, "1.525"},
+                               {sheet::HgtInst, "101.525"},
+                               {sheet::RLevel, "100.000"},
+                               {sheet::Remark, "gate"}}),
+                          row({{sheet::Center, "0"}, {sheet::InterSight, "0.75"}})};
+        EXPECT_EQ(rows(), loaded);
+        EXPECT_EQ(book.CurrentHI, 101.525F);
+        project::saveProject(book, desktop);
+        setRows({row({})});
+        book.BookChanged = false;
+        open(path);
+        EXPECT_EQ(rows(), loaded);
+        dao::Database database = dao::OpenDatabase(path, "");
+        EXPECT_EQ(database.OpenRecordset("Grl").Fields("rl").Type(), dao::DataType::Double);
+        EXPECT_THAT(database.TableNames(), testing::IsSupersetOf(others));
+    }
+}
+
 TEST_F(ForeignFilesTest, ATableWithAKeyLeavesOutWhatItRefuses) {
     jet::TableDesign design = grlDesign();
     design.indexes.push_back({"PrimaryKey", {{.name = "Chn"}}, jet::IndexKind::PrimaryKey});

@@ -108,6 +108,26 @@ TEST_P(RealBooksTest, OtherReadersSeeAllRowsInOrder) {
     EXPECT_EQ(seen, ours);
 }
 
+TEST_P(RealBooksTest, AReaderOfAnotherLanguageSeesTheSame) {
+    const std::string modules = ZAVRO_NODE;
+    if (!std::filesystem::exists(modules + "/node_modules/mdb-reader") || !outputOf("command -v node"))
+        GTEST_SKIP() << "mdb-reader is not here";
+    std::string expected;
+    for (const Row& record : records(path)) {
+        expected += expected.empty() ? "[{" : ",{";
+        std::size_t field = 0;
+        for (const char* name : {"Chn", "Oft", "B", "i", "F", "HI", "rl", "Rem"}) {
+            const std::string& value = record[field++];
+            expected += std::string(field == 1 ? "\"" : ",\"") + name + "\":";
+            expected += value == "Null" ? "null" : field == 2 ? value : '"' + value + '"';
+        }
+        expected += '}';
+    }
+    EXPECT_EQ(outputOf("node '" ZAVRO_TESTS "/support/dump_table.mjs' '" + modules + "' '" + path +
+                       "' Grl MoraKin"),
+              expected + "]\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(Books, RealBooksTest,
                          testing::Values("gsi-pv16", "sprinter-211264", "ge120-loop", "fleming-tbm-loop",
                                          "nptel-ex14-1", "geocalc-abcg", "tramo1-xsec", "wheatley-xsec",
