@@ -115,10 +115,10 @@ TEST_F(FormationTest, ARoadThatCannotBeOpenedIsSaid) {
     } cases[] = {
         {"", "No formation levels sent: "},
         {home / "missing.mdb", "Could not find file"},
-        {home / "no/folder/Road.mdb", "is not a valid path"},
+        {home / "no/folder/Road.mdb", "isn't a valid path"},
         {home / "foreign.mdb", "Not a valid password."},
         {home / "text.mdb", "Unrecognized database format"},
-        {road, "Could not use"},
+        {road, "file already in use"},
     };
     keyed({"00-000,1,,,,,,,12,"});
     for (const Case& c : cases) {

@@ -53,14 +53,14 @@ class RoadTest : public testing::Test {
         }
     }
 
-    /// The records of a table of a road database, sorted: the named fields of each, divided by commas.
+    /// The records of a table of a road database in their order: the named fields of each, divided by commas.
     static std::vector<std::string> records(const std::string& path, std::string_view table,
                                             std::initializer_list<const char*> fields) {
         dao::Database database = dao::OpenDatabase(path, exchange::roadConnect);
         std::vector<std::string> result;
         {
             dao::Recordset rows = database.OpenRecordset(table);
-            for (rows.MoveFirst(); !rows.EOF_(); rows.MoveNext()) {
+            for (; !rows.EOF_(); rows.MoveNext()) {
                 std::string line;
                 for (const char* field : fields) {
                     const dao::Value value = rows.Fields(field).value();

@@ -1,3 +1,4 @@
+#include "exchange/marked_rows.h"
 #include "exchange/transfer.h"
 
 #include "road_fixture.h"
