@@ -3,6 +3,7 @@
 #include "book_csv.h"
 #include "stream_desktop.h"
 
+#include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
 
@@ -36,6 +37,7 @@ ExitStatus cal(const CalOptions& options, std::istream& in, std::ostream& out, s
             basic::writeFile(options.out, csv);
         else if (!(out << csv).flush())
             throw basic::RuntimeError(basic::DeviceIoError);
+        desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
         return Done;
     } catch (const basic::RuntimeError& error) {
         err << "zavrogrl-cli: " << options.in << ": " << error.description() << '\n';

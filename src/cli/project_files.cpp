@@ -7,6 +7,7 @@
 #include "project/program_folder.h"
 #include "project/project_commands.h"
 #include "project/project_file.h"
+#include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
 
@@ -38,7 +39,9 @@ ExitStatus calProject(const std::string& path, std::ostream& err) {
     sheet::reduceLevels(book, desktop);
     // The reduction leaves the grid hidden when it stops in an error.
     if (!book.MSFG.Visible()) return Failed;
-    return project::rewriteProject(book, desktop) ? Done : Failed;
+    if (!project::rewriteProject(book, desktop)) return Failed;
+    desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
+    return Done;
 }
 
 ExitStatus exportProject(const std::string& path, const std::string& out, std::ostream& standardOut,

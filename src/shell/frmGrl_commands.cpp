@@ -21,6 +21,7 @@
 #include "project/append.h"
 #include "project/project_commands.h"
 #include "project/recent_files.h"
+#include "sheet/arithmetic_check.h"
 #include "sheet/change_points.h"
 #include "sheet/reduction.h"
 
@@ -51,6 +52,7 @@ void frmGrl::cmdSave_Click() {
 }
 void frmGrl::cmdCal_Click() {
     sheet::reduceLevels(m_book, m_desktop);
+    if (m_book.MSFG.Visible()) m_desktop.status(sheet::describe(sheet::checkArithmetic(m_book.MSFG)));
 }
 void frmGrl::cmdCP_Click() {
     frmCP list(sheet::listChangePoints(m_book, m_desktop), m_book, m_desktop, *this);

@@ -72,7 +72,9 @@ TEST_F(Cal, ReducesAFileOrAStream) {
     in.str(basic::readFile(from));
     EXPECT_EQ(run("-", ""), cli::Done);
     EXPECT_EQ(out.str(), folder.read("out.csv"));
-    EXPECT_EQ(err.str(), "");
+    const std::string sums =
+        "Sum B.S. 9.620, sum F.S. 9.985, first level 100.000, last level 99.635: they agree.\n";
+    EXPECT_EQ(err.str(), sums + sums);
     sheet::Book book;
     cli::readBook(book.MSFG, out.str());
     EXPECT_EQ(book.MSFG.Text(9, sheet::RLevel), "99.635");
