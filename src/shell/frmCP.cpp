@@ -7,11 +7,10 @@
 #include "entry/chainage.h"
 #include "exchange/csv_export.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QShortcut>
 
 #include <algorithm>
 #include <utility>
@@ -37,9 +36,6 @@ frmCP::frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& w
     m_grid->setObjectName(QStringLiteral("MSFG"));
     m_grid->setAccessibleName(text("Change points and remarked rows"));
     m_grid->doubleClick = [this] { MSFG_DblClick(); };
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(key, m_grid, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
-                [this] { MSFG_DblClick(); });
 
     m_lblHint = new QLabel(text("Double-click the list, or press Enter, to write it to a CSV file."), this);
     m_lblHint->setObjectName(QStringLiteral("lblHint"));
@@ -68,6 +64,16 @@ void frmCP::MSFG_DblClick() {
     m_grid->flush();
     // The main window's status bar may lie behind this window.
     if (!m_desktop.statusText().isEmpty()) m_lblHint->setText(m_desktop.statusText());
+}
+
+void frmCP::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QDialog::keyPressEvent(event);
+    } else if (m_cmdClose->hasFocus()) {
+        accept();
+    } else {
+        MSFG_DblClick();
+    }
 }
 
 void frmCP::Form_Resize() {

@@ -50,11 +50,6 @@ struct Case {
     }
 };
 
-std::string wholeFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 /// The current folder while it lives.
 class CurrentFolder {
   public:
@@ -89,10 +84,10 @@ TEST(CsvExport, WritesRealBooksAndTheirChangePoints) {
         loadBook(made.book, name);
         made.write();
         EXPECT_EQ(made.folder.read("Site1.csv"),
-                  wholeFile(testData("exchange/" + std::string(name) + ".csv")));
+                  TempFolder::readFile(testData("exchange/" + std::string(name) + ".csv")));
         made.writeList();
         EXPECT_EQ(made.folder.read("Site1cp.csv"),
-                  wholeFile(testData("exchange/" + std::string(name) + "cp.csv")));
+                  TempFolder::readFile(testData("exchange/" + std::string(name) + "cp.csv")));
         EXPECT_THAT(made.desktop.statuses, IsEmpty());
     }
 }

@@ -44,6 +44,7 @@ class MainWindow : public testing::Test {
   protected:
     TempFolder folder;
     std::unique_ptr<shell::frmGrl> window;
+    std::shared_ptr<spreadsheet::RunningSpreadsheet> spreadsheet; ///< what Import finds; empty: the real one
     int ends = 0;
 
     MainWindow() { folder.write("Rod.dwg", ""); }
@@ -54,6 +55,7 @@ class MainWindow : public testing::Test {
         surroundings.templateFolder = folder.path();
         surroundings.hasTrash = false;
         surroundings.offersRecovery = false;
+        surroundings.spreadsheet = spreadsheet;
         surroundings.endProgram = [this] { ++ends; };
         window = std::make_unique<shell::frmGrl>(surroundings);
         window->Form_Load();

@@ -33,8 +33,10 @@ class TempFolder {
         std::ofstream(*this / name, std::ios::binary) << content;
         return *this / name;
     }
-    [[nodiscard]] std::string read(std::string_view name) const {
-        std::ifstream in(*this / name, std::ios::binary);
+    [[nodiscard]] std::string read(std::string_view name) const { return readFile(*this / name); }
+    /// The bytes of any file; empty when there is none.
+    [[nodiscard]] static std::string readFile(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
