@@ -1,4 +1,5 @@
 #include "cal.h"
+#include "jet_command.h"
 #include "project_files.h"
 #include "transfer_command.h"
 
@@ -72,6 +73,33 @@ void addTransfer(CLI::App& app, int& status) {
     command->callback([options, &status] { status = cli::transfer(*options, std::cout, std::cerr); });
 }
 
+void addJet(CLI::App& app, int& status) {
+    CLI::App* jet =
+        app.add_subcommand("jet", "Look into a database file (Access 97 to 2003), check or make one");
+    jet->require_subcommand(1);
+    const auto options = std::make_shared<cli::JetOptions>();
+    const auto command = [&](const char* name, const char* help, bool wantsTable) {
+        CLI::App* made = jet->add_subcommand(name, help);
+        made->add_option("FILE", options->file, "The database file")->required();
+        if (wantsTable) made->add_option("TABLE", options->table, "One table instead of all user tables");
+        made->add_option("--password", options->password, "Password of the database");
+        return made;
+    };
+    command("schema", "Print the layout of the tables", true)->callback([options, &status] {
+        status = cli::jetSchema(*options, std::cout, std::cerr);
+    });
+    CLI::App* dump = command("dump", "Print the rows as CSV with a header line", true);
+    dump->add_flag_callback(
+        "--json", [options] { options->form = cli::DumpForm::Json; }, "JSON, one object a row");
+    dump->callback([options, &status] { status = cli::jetDump(*options, std::cout, std::cerr); });
+    CLI::App* check = command("check", "Check the whole structure; one line a fault", false);
+    check->add_flag("--strict", options->strict, "Also what Access itself is careless about");
+    check->callback([options, &status] { status = cli::jetCheck(*options, std::cout, std::cerr); });
+    CLI::App* create = command("create", "Make a new database", false);
+    create->add_option("SCHEMA", options->schema, "Text with its tables; - for standard input")->required();
+    create->callback([options, &status] { status = cli::jetCreate(*options, std::cin, std::cerr); });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -84,6 +112,7 @@ int main(int argc, char** argv) {
     addExport(app, status);
     addNew(app, status);
     addTransfer(app, status);
+    addJet(app, status);
     try {
         app.parse(argc, argv);
         return status;

@@ -59,8 +59,8 @@ class Words {
             return word;
         }
         std::size_t length = m_rest.front() == '*' ? 1 : 0;
-        while (length < m_rest.size() && !isBlank(m_rest[length]) && m_rest[length] != '*' &&
-               m_rest[length] != '[')
+        while (length < m_rest.size() && m_rest.front() != '*' && !isBlank(m_rest[length]) &&
+               m_rest[length] != '*' && m_rest[length] != '[')
             ++length;
         const std::string_view word = m_rest.substr(0, length);
         m_rest.remove_prefix(length);

@@ -1,5 +1,6 @@
 #include "error.h"
 #include "file.h"
+#include "file_lock.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -7,7 +8,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <optional>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -32,8 +32,6 @@ namespace {
     case EDQUOT:
     case EFBIG:
         throw Error(ErrorKind::Full, "There is not enough space on the disk for" + tail);
-    case EWOULDBLOCK:
-        throw Error(ErrorKind::InUse, "Could not use" + tail + " It is in use by another program.");
     default:
         throw Error(ErrorKind::Io, std::string(std::strerror(code)) + ":" + tail);
     }
@@ -86,6 +84,7 @@ class PosixFile : public File {
 
     std::string m_path;
     Handle m_file;          ///< the content as it is; invalid as long as there is none
+    std::shared_ptr<FileLock> m_lock;
     struct stat m_seen {};  ///< what it looked like when it was opened
     Handle m_next;          ///< the replacement
     std::string m_nextPath; ///< empty = none
@@ -106,9 +105,7 @@ PosixFile::PosixFile(std::string path, OpenMode mode) : m_path(std::move(path)) 
     }
     if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);
     if (!S_ISREG(m_seen.st_mode)) throw Error(ErrorKind::NotADatabase, "'" + m_path + "' is not a file.");
-    if (::flock(m_file.number(), (mode == OpenMode::ReadOnly ? LOCK_SH : LOCK_EX) | LOCK_NB) != 0 &&
-        errno == EWOULDBLOCK)
-        fail(errno, m_path);
+    m_lock = lockFile(m_file.number(), mode, m_path);
 }
 
 PosixFile::PosixFile(std::string path) : m_path(std::move(path)) {
@@ -207,11 +204,12 @@ void PosixFile::takeOverAttributes() const {
 void PosixFile::finishReplace() {
     takeOverAttributes();
     if (::fsync(m_next.number()) != 0) fail(errno, m_nextPath);
-    (void)::flock(m_next.number(), LOCK_EX | LOCK_NB);
+    std::shared_ptr<FileLock> lock = lockFile(m_next.number(), OpenMode::ReadWrite, m_nextPath);
     requireUnchanged();
     if (::rename(m_nextPath.c_str(), m_path.c_str()) != 0) fail(errno, m_path);
     m_nextPath.clear();
     m_file.reset(m_next.release());
+    m_lock = std::move(lock);
     const Handle folder(::open(folderOf(m_path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.valid()) (void)::fsync(folder.number());
     if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);

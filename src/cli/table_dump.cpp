@@ -1,0 +1,227 @@
+#include "table_dump.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <ostream>
+
+namespace cli {
+namespace {
+
+constexpr std::string_view lowerDigits = "0123456789abcdef";
+constexpr std::string_view upperDigits = "0123456789ABCDEF";
+constexpr std::size_t flushAt = 1 << 16;
+
+template <typename Number>
+void appendNumber(std::string& line, Number value) {
+    std::array<char, 32> digits;
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    line.append(digits.data(), result.ptr);
+}
+
+void appendTwo(std::string& line, int value) {
+    if (value < 10) line += '0';
+    appendNumber(line, value);
+}
+
+void appendHex(std::string& line, std::span<const std::uint8_t> bytes, std::string_view digits) {
+    for (std::uint8_t byte : bytes) {
+        line += digits[byte >> 4];
+        line += digits[byte & 15];
+    }
+}
+
+void appendGuid(std::string& line, const jet::Guid& guid) {
+    line += '{';
+    const std::span<const std::uint8_t> bytes(guid.bytes);
+    appendHex(line, bytes.first(4), upperDigits);
+    for (std::size_t i = 4; i < 10; i += 2) {
+        line += '-';
+        appendHex(line, bytes.subspan(i, 2), upperDigits);
+    }
+    line += '-';
+    appendHex(line, bytes.subspan(10), upperDigits);
+    line += '}';
+}
+
+/// Puts the decimal point into whole digits.
+void appendScaled(std::string& line, bool negative, std::string digits, std::size_t scale) {
+    if (digits.size() <= scale) digits.insert(0, scale + 1 - digits.size(), '0');
+    if (negative) line += '-';
+    line.append(digits, 0, digits.size() - scale);
+    if (scale > 0) line.append(".").append(digits, digits.size() - scale, scale);
+}
+
+std::string decimalDigits(std::array<std::uint8_t, 16> magnitude) {
+    std::string digits;
+    while (std::ranges::any_of(magnitude, [](std::uint8_t byte) { return byte != 0; })) {
+        unsigned rest = 0;
+        for (std::uint8_t& byte : magnitude) {
+            rest = rest << 8 | byte;
+            byte = static_cast<std::uint8_t>(rest / 10);
+            rest %= 10;
+        }
+        digits += static_cast<char>('0' + rest);
+    }
+    std::ranges::reverse(digits);
+    return digits.empty() ? "0" : digits;
+}
+
+/// The time of day is added forward for dates before 1899-12-30 too. Days to a date after the algorithm of
+/// H. Hinnant, "chrono-compatible low-level date algorithms".
+void appendDate(std::string& line, jet::DateTime date) {
+    if (!(std::abs(date.days) < 3e6)) return appendNumber(line, date.days);
+    double day = std::trunc(date.days);
+    auto seconds = static_cast<int>(std::lround(std::abs(date.days - day) * 86400));
+    if (seconds == 86400) {
+        seconds = 0;
+        day += 1;
+    }
+    const int fromEra = static_cast<int>(day) - 25569 + 719468;
+    const int era = (fromEra >= 0 ? fromEra : fromEra - 146096) / 146097;
+    const int dayOfEra = fromEra - era * 146097;
+    const int yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const int shiftedMonth = (5 * dayOfYear + 2) / 153;
+    const int month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
+    const int year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
+    if (year >= 0 && year < 1000) line.append(year < 10 ? 3U : year < 100 ? 2U : 1U, '0');
+    appendNumber(line, year);
+    line += '-';
+    appendTwo(line, month);
+    line += '-';
+    appendTwo(line, dayOfYear - (153 * shiftedMonth + 2) / 5 + 1);
+    line += ' ';
+    appendTwo(line, seconds / 3600);
+    line += ':';
+    appendTwo(line, seconds / 60 % 60);
+    line += ':';
+    appendTwo(line, seconds % 60);
+}
+
+void appendCsvText(std::string& line, std::string_view text) {
+    if (!text.empty() && text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        line += text;
+        return;
+    }
+    line += '"';
+    for (const char c : text) {
+        if (c == '"') line += '"';
+        line += c;
+    }
+    line += '"';
+}
+
+void appendJsonText(std::string& line, std::string_view text) {
+    line += '"';
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            line += '\\';
+            line += c;
+        } else if (byte < 0x20) {
+            line += "\\u00";
+            appendHex(line, std::array{byte}, lowerDigits);
+        } else {
+            line += c;
+        }
+    }
+    line += '"';
+}
+
+/// Appends one value; what is a text in JSON is quoted there.
+struct Appender {
+    std::string& line;
+    DumpForm form;
+    int scale = 0;
+
+    void operator()(jet::Null) const {
+        if (form == DumpForm::Json) line += "null";
+    }
+    void operator()(bool value) const {
+        if (form == DumpForm::Json)
+            line += value ? "true" : "false";
+        else
+            line += value ? '1' : '0';
+    }
+    void operator()(std::uint8_t value) const { appendNumber(line, int{value}); }
+    void operator()(std::int16_t value) const { appendNumber(line, value); }
+    void operator()(std::int32_t value) const { appendNumber(line, value); }
+    void operator()(float value) const { real(value); }
+    void operator()(double value) const { real(value); }
+    void operator()(jet::Currency value) const {
+        const bool negative = value.tenThousandths < 0;
+        const auto bits = static_cast<std::uint64_t>(value.tenThousandths);
+        appendScaled(line, negative, std::to_string(negative ? 0 - bits : bits), 4);
+    }
+    void operator()(const jet::Numeric& value) const {
+        appendScaled(line, value.negative, decimalDigits(value.magnitude), static_cast<std::size_t>(scale));
+    }
+    void operator()(jet::DateTime value) const {
+        quoted([&] { appendDate(line, value); });
+    }
+    void operator()(const jet::Bytes& value) const {
+        quoted([&] { appendHex(line, value, lowerDigits); });
+    }
+    void operator()(const jet::Guid& value) const {
+        quoted([&] { appendGuid(line, value); });
+    }
+    void operator()(const std::string& value) const {
+        if (form == DumpForm::Json)
+            appendJsonText(line, value);
+        else
+            appendCsvText(line, value);
+    }
+
+  private:
+    template <typename Number>
+    void real(Number value) const {
+        if (form == DumpForm::Json && !std::isfinite(value))
+            line += "null";
+        else
+            appendNumber(line, value);
+    }
+    template <typename Append>
+    void quoted(Append append) const {
+        if (form == DumpForm::Json) line += '"';
+        append();
+        if (form == DumpForm::Json) line += '"';
+    }
+};
+
+} // namespace
+
+void dumpTable(const jet::Table& table, DumpForm form, std::ostream& out) {
+    const std::vector<jet::Column>& columns = table.columns();
+    std::string lines;
+    std::vector<std::string> before; // what stands in front of a column's value
+    for (const jet::Column& column : columns) {
+        std::string& lead = before.emplace_back();
+        if (form == DumpForm::Json) {
+            lead = before.size() == 1 ? "{" : ",";
+            appendJsonText(lead, column.name);
+            lead += ':';
+        } else {
+            lead = before.size() == 1 ? "" : ",";
+            lines += lead;
+            appendCsvText(lines, column.name);
+        }
+    }
+    if (form == DumpForm::Csv) lines += '\n';
+    for (jet::Cursor rows = table.scan(); rows.next();) {
+        const jet::Row& row = rows.row();
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            lines += before[i];
+            std::visit(Appender{lines, form, columns[i].scale}, row[i]);
+        }
+        lines += form == DumpForm::Json ? "}\n" : "\n";
+        if (lines.size() >= flushAt) {
+            out << lines;
+            lines.clear();
+        }
+    }
+    out << lines;
+}
+
+} // namespace cli

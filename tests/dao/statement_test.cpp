@@ -1,0 +1,54 @@
+#include "statement.h"
+
+#include "error_of.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Statement, WhatIsUnderstood) {
+    struct Case {
+        std::string text;
+        dao::Statement::Kind kind;
+        std::string table, column, type;
+    };
+    using enum dao::Statement::Kind;
+    const std::vector<Case> cases = {
+        {"Delete * From Lsect", DeleteAll, "Lsect", "", ""},
+        {"  DELETE\t*\r\nfrom [Road data] ; ", DeleteAll, "Road data", "", ""},
+        {"delete*from dddd", DeleteAll, "dddd", "", ""},
+        {"alter table LSect add LExCrW Single", AddColumn, "LSect", "LExCrW", "Single"},
+        {"Alter Table LSect Add Column RFA Text(50)", AddColumn, "LSect", "RFA", "Text(50)"},
+        {"ALTER TABLE [a b] ADD [c d] text ( 25 );", AddColumn, "a b", "c d", "text ( 25 )"},
+        {"alter table T add column Single", AddColumn, "T", "column", "Single"},
+    };
+    for (const Case& c : cases) {
+        const dao::Statement statement = dao::parseStatement(c.text);
+        EXPECT_EQ(statement.kind, c.kind) << c.text;
+        EXPECT_EQ(statement.table, c.table) << c.text;
+        EXPECT_EQ(statement.column, c.column) << c.text;
+        EXPECT_EQ(statement.type, c.type) << c.text;
+    }
+}
+
+TEST(Statement, SyntaxErrors) {
+    const std::vector<std::pair<std::string, int>> cases = {
+        {"alter table LSect add LG", 3292}, // a field without a type
+        {"alter table LSect add", 3292},
+        {"alter table add F Single", 3292},
+        {"alter LSect add F Single", 3292},
+        {"alter table LSect drop F", 3292},
+        {"", 3129},
+        {"Delete From T", 3129},
+        {"Delete * T", 3129},
+        {"Delete * From", 3129},
+        {"Delete * From T where x", 3129},
+        {"Delete * From [T", 3129},
+        {"drop table T", 3129},
+        {"deleted * from T", 3129},
+    };
+    for (const auto& [text, number] : cases)
+        EXPECT_EQ(errorOf([&] { static_cast<void>(dao::parseStatement(text)); }), number) << text;
+}
+
+} // namespace
