@@ -18,7 +18,8 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     : QFrame(parent), m_scroll(new QScrollArea), m_columns(nullptr), m_buttons(new QHBoxLayout) {
     setObjectName(name);
     setAccessibleName(title);
-    setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Raised));
+    setFrameStyle(int(QFrame::Box) | int(QFrame::Plain));
+    setForegroundRole(QPalette::Mid); // of the outline
     setAutoFillBackground(true);
 
     auto* heading = new QLabel(title);
