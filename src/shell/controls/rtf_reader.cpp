@@ -153,7 +153,7 @@ class Writer {
         std::sort(places.begin(), places.end());
         QList<QTextOption::Tab> result;
         for (const int place : places)
-            if (place > start) result.append({(length(place - start)), QTextOption::LeftTab});
+            if (place > start) result.append({length(place - start), QTextOption::LeftTab});
         return result;
     }
 

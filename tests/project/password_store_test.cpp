@@ -1,0 +1,98 @@
+#include "dao/dao.h"
+#include "jet/database.h"
+#include "project/password_store.h"
+#include "scripted_desktop.h"
+#include "temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+class DatabaseStore : public testing::Test {
+  protected:
+    TempFolder folder;
+    ScriptedDesktop desktop;
+
+    DatabaseStore() { desktop.folder = folder.path(); }
+
+    /// "Suprt.DLL" with these records in Pwd; the name is found whatever its case.
+    void make(const std::vector<std::string>& passwords, const std::string& password = "pelqor",
+              bool withGen = true) {
+        {
+            jet::Database database = jet::Database::create(folder / "Suprt.DLL", {.password = password});
+            database.createTable({"Pwd", {{.name = "pwd", .size = 50, .allowZeroLength = true}}, {}});
+            if (withGen) database.createTable({"Gen", {{.name = "Gen", .size = 50}}, {}});
+            database.commit();
+        }
+        dao::Database open = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=" + password);
+        dao::Recordset records = open.OpenRecordset("Pwd");
+        for (const std::string& each : passwords) {
+            records.AddNew();
+            records.Fields("pwd").setValue(each);
+            records.Update();
+        }
+        open.Close();
+    }
+    std::vector<std::string> records() const {
+        dao::Database open = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=pelqor");
+        dao::Recordset found = open.OpenRecordset("Pwd");
+        std::vector<std::string> texts;
+        for (; !found.EOF_(); found.MoveNext())
+            texts.push_back(dao::toText(found.Fields("pwd").value()));
+        return texts;
+    }
+    int errorOfReading() {
+        try {
+            return static_cast<void>(project::passwordForLogin(desktop)), 0;
+        } catch (const basic::RuntimeError& error) {
+            return error.number();
+        }
+    }
+};
+
+TEST_F(DatabaseStore, TheFirstRecordIsThePassword) {
+    make({" Lead", "second"});
+    folder.write("lgn.lgn", "not this one\r\n");
+    EXPECT_EQ(project::passwordForLogin(desktop), " Lead"); // not trimmed: what is typed never matches it
+    project::storePassword(desktop, "new");
+    EXPECT_THAT(records(), testing::ElementsAre("new", "second"));
+    EXPECT_EQ(project::storedPassword(desktop), "new");
+    EXPECT_EQ(folder.read("lgn.lgn"), "not this one\r\n");
+    struct stat found {};
+    ASSERT_EQ(stat((folder / "Suprt.DLL").c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 0777, 0600U);
+}
+
+TEST_F(DatabaseStore, AnEmptyTableIsAnEmptyPasswordAndGetsItsFirstRecord) {
+    make({});
+    EXPECT_EQ(project::passwordForLogin(desktop), "");
+    EXPECT_FALSE(std::filesystem::exists(folder / "lgn.lgn"));
+    project::storePassword(desktop, "first");
+    EXPECT_THAT(records(), testing::ElementsAre("first"));
+}
+
+TEST_F(DatabaseStore, AStoreThatIsOpenElsewhereIsInUse) {
+    make({"x"});
+    const dao::Database other = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=pelqor");
+    EXPECT_EQ(errorOfReading(), 3045);
+    EXPECT_THROW(project::storePassword(desktop, "y"), basic::RuntimeError);
+}
+
+TEST_F(DatabaseStore, DamagedStoresRaiseTheEnginesErrors) {
+    make({"x"}, "other");
+    EXPECT_EQ(errorOfReading(), 3031);
+    std::filesystem::remove(folder / "Suprt.DLL");
+    make({"x"}, "pelqor", false);
+    EXPECT_EQ(errorOfReading(), 3078); // Gen is missing
+    const std::string whole = folder.read("Suprt.DLL");
+    for (const std::size_t size : {std::size_t{0}, std::size_t{100}, std::size_t{4096}, whole.size() / 2}) {
+        folder.write("Suprt.DLL", whole.substr(0, size));
+        EXPECT_NE(errorOfReading(), 0) << size << " bytes";
+        EXPECT_THROW(project::storePassword(desktop, "y"), basic::RuntimeError) << size << " bytes";
+        EXPECT_EQ(folder.read("Suprt.DLL").size(), size);
+    }
+}
+
+} // namespace
