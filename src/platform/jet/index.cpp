@@ -250,9 +250,9 @@ bool Index::fixSeparator(Path& path, std::size_t level, ByteView last, bool exac
     if (edge && !exactEdge) {
         std::vector<std::uint8_t> old;
         page.entry(step.at, old);
+        m_edgeOpen = true;
         if (!less(old, last)) return false;
         separator = openEdge;
-        m_edgeOpen = true;
     }
     const std::vector<std::uint8_t> kept(separator.begin(), separator.end());
     eraseEntry(m_pager.edit(step.page), m_pager.layout(), page, step.at);
@@ -266,15 +266,44 @@ void Index::settle() {
     m_edgeOpen = false;
 }
 
+bool Index::standsOn(const Path& path, ByteView entry) const {
+    const Step& step = path.steps[path.size - 1];
+    const IndexPage leaf = read(step.page);
+    return step.at != leaf.end() && leaf.equals(step.at, entry);
+}
+
+/// The entry of a row, whatever its key; empty when there is none.
+std::vector<std::uint8_t> Index::entryOf(RowPointer row) const {
+    std::vector<std::uint8_t> entry;
+    Path path;
+    descend({}, path);
+    std::uint32_t number = path.back().page;
+    for (std::uint32_t visited = 0; number != 0 && visited <= m_pager.pageCount(); ++visited) {
+        const IndexPage page = read(number);
+        for (std::size_t at = page.begin(); at < page.end(); at = page.after(at)) {
+            if (page.row(at) != row) continue;
+            page.entry(at, entry);
+            return entry;
+        }
+        number = page.next();
+    }
+    return entry;
+}
+
 void Index::remove(ByteView key, RowPointer row) {
-    const std::vector<std::uint8_t> entry = makeEntry(key, row);
+    std::vector<std::uint8_t> entry = makeEntry(key, row);
     Path path;
     descend(entry, path);
+    if (!standsOn(path, entry)) {
+        // Another writer may have encoded the key in another way.
+        entry = entryOf(row);
+        descend(entry, path);
+        if (entry.empty() || !standsOn(path, entry))
+            m_pager.view(path.back().page).fail(0, "a row is missing in the index");
+    }
     const std::uint32_t number = path.back().page;
     const IndexPage leaf = read(number);
     const std::size_t at = path.back().at;
-    if (at == leaf.end() || !leaf.equals(at, entry))
-        m_pager.view(number).fail(0, "a row is missing in the index");
     const bool wasLast = leaf.after(at) == leaf.end();
     eraseEntry(m_pager.edit(number), m_pager.layout(), leaf, at);
     if (path.size == 1) return;

@@ -52,6 +52,8 @@ class Index {
 
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
+    [[nodiscard]] bool standsOn(const Path& path, ByteView entry) const;
+    [[nodiscard]] std::vector<std::uint8_t> entryOf(RowPointer row) const;
     void put(Path& path, std::size_t level, ByteView entry);
     void split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh);
     void splitRoot(const EntryList& entries, std::size_t middle, bool leaf);

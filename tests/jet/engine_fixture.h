@@ -1,0 +1,130 @@
+#pragma once
+
+#include "database.h"
+#include "error.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace jet {
+
+/// Numbers that are the same in every run.
+class Random {
+  public:
+    explicit Random(unsigned seed) : m_engine(seed) {}
+    std::uint32_t operator()() { return static_cast<std::uint32_t>(m_engine()); }
+
+  private:
+    std::mt19937 m_engine;
+};
+
+/// A file in memory whose content outlives the database that was opened on it.
+class SharedFile : public File {
+  public:
+    explicit SharedFile(std::shared_ptr<MemoryFile> file) : m_file(std::move(file)) {}
+    std::uint64_t size() override { return m_file->size(); }
+    void read(std::uint64_t offset, std::span<std::uint8_t> into) override { m_file->read(offset, into); }
+    void beginReplace() override { m_file->beginReplace(); }
+    void keep(std::uint64_t offset, std::uint64_t length) override { m_file->keep(offset, length); }
+    void append(std::span<const std::uint8_t> bytes) override { m_file->append(bytes); }
+    void finishReplace() override { m_file->finishReplace(); }
+    void abandonReplace() noexcept override { m_file->abandonReplace(); }
+
+  private:
+    std::shared_ptr<MemoryFile> m_file;
+};
+
+/// A disk with one database file.
+class MemoryDisk {
+  public:
+    explicit MemoryDisk(Bytes content = {}) : m_file(std::make_shared<MemoryFile>(std::move(content))) {}
+
+    [[nodiscard]] Database create(const CreateOptions& options = {}) const {
+        return Database::create(std::make_unique<SharedFile>(m_file), options);
+    }
+    [[nodiscard]] Database open(std::string_view password = {}, OpenMode mode = OpenMode::ReadWrite) const {
+        return Database::open(std::make_unique<SharedFile>(m_file), password, mode);
+    }
+    [[nodiscard]] const Bytes& content() const { return m_file->content(); }
+
+  private:
+    std::shared_ptr<MemoryFile> m_file;
+};
+
+inline std::string samplesFolder() {
+    const char* folder = std::getenv("ZAVRO_JET_SAMPLES");
+    return folder != nullptr ? folder : "";
+}
+
+/// Paths of the databases made by Access; empty where they are not at hand.
+inline std::vector<std::string> samples() {
+    std::vector<std::string> paths;
+    if (samplesFolder().empty()) return paths;
+    for (const auto& entry : std::filesystem::directory_iterator(samplesFolder()))
+        if (entry.path().extension() == ".mdb") paths.push_back(entry.path().string());
+    std::ranges::sort(paths);
+    return paths;
+}
+
+inline Bytes contentOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(in), {});
+}
+
+inline std::string passwordOf(const std::string& path) {
+    return path.find("password") != std::string::npos ? "password" : "";
+}
+
+/// The kind of the Error that `action` ends with; nothing when it succeeds.
+template <typename Action>
+std::optional<ErrorKind> errorOf(Action action) {
+    try {
+        action();
+    } catch (const Error& error) {
+        return error.kind();
+    }
+    return std::nullopt;
+}
+
+using Rows = std::map<RowId, Row>;
+
+inline Rows rowsOf(const Table& table) {
+    Rows rows;
+    for (Cursor cursor = table.scan(); cursor.next();)
+        rows.emplace(cursor.id(), cursor.row());
+    return rows;
+}
+
+/// Every index has exactly the rows it should, and finds each by its key.
+inline void expectIndexesMatch(const Table& table) {
+    const Rows rows = rowsOf(table);
+    EXPECT_EQ(rows.size(), table.rowCount()) << table.name();
+    for (std::size_t i = 0; i < table.indexes().size(); ++i) {
+        const IndexInfo& index = table.indexes()[i];
+        if (!index.seekable) continue;
+        std::size_t expected = 0;
+        for (const auto& [id, row] : rows) {
+            std::vector<Value> key;
+            for (const IndexInfo::Part& part : index.columns)
+                key.push_back(row[static_cast<std::size_t>(part.column)]);
+            if (index.ignoreNulls && std::ranges::all_of(key, isNull)) continue;
+            ++expected;
+            const std::vector<RowId> found = table.seekAll(static_cast<int>(i), key);
+            EXPECT_EQ(std::ranges::count(found, id), 1) << table.name() << "." << index.name;
+        }
+        EXPECT_EQ(table.seekAll(static_cast<int>(i), {}).size(), expected)
+            << table.name() << "." << index.name;
+    }
+}
+
+} // namespace jet
