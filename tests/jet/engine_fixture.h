@@ -61,19 +61,21 @@ class MemoryDisk {
     std::shared_ptr<MemoryFile> m_file;
 };
 
-inline std::string samplesFolder() {
-    const char* folder = std::getenv("ZAVRO_JET_SAMPLES");
-    return folder != nullptr ? folder : "";
-}
-
-/// Paths of the databases made by Access; empty where they are not at hand.
+/// Paths of the databases made by Access; a single empty one where they are not at hand.
 inline std::vector<std::string> samples() {
+    const std::string folder = ZAVRO_JET_SAMPLES;
+    if (folder.empty()) return {""};
     std::vector<std::string> paths;
-    if (samplesFolder().empty()) return paths;
-    for (const auto& entry : std::filesystem::directory_iterator(samplesFolder()))
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
         if (entry.path().extension() == ".mdb") paths.push_back(entry.path().string());
     std::ranges::sort(paths);
     return paths;
+}
+
+inline std::string sampleName(const std::string& path) {
+    std::string name = path.empty() ? "none" : std::filesystem::path(path).stem().string();
+    std::erase(name, '-');
+    return name;
 }
 
 inline Bytes contentOf(const std::string& path) {

@@ -101,8 +101,11 @@ void churn(Table table, Rows& model, Random& random, int changes) {
     }
 }
 
-class SampleTest : public ::testing::TestWithParam<std::string> {};
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SampleTest);
+class SampleTest : public ::testing::TestWithParam<std::string> {
+    void SetUp() override {
+        if (GetParam().empty()) GTEST_SKIP() << "no sample databases";
+    }
+};
 
 TEST_P(SampleTest, ReadsEveryTableAndFindsEveryRowByEveryIndex) {
     const Database db = Database::open(GetParam(), passwordOf(GetParam()), OpenMode::ReadOnly);
@@ -135,11 +138,8 @@ TEST_P(SampleTest, KeepsAModelThroughFiveHundredChangesATable) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Access, SampleTest, ::testing::ValuesIn(samples()), [](const auto& path) {
-    std::string name = std::filesystem::path(path.param).stem().string();
-    std::erase(name, '-');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Access, SampleTest, ::testing::ValuesIn(samples()),
+                         [](const auto& path) { return sampleName(path.param); });
 
 } // namespace
 } // namespace jet
