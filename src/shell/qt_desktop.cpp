@@ -142,6 +142,7 @@ void QtDesktop::setClipboardText(std::string_view text) {
 
 void QtDesktop::beep() {
     QApplication::beep();
+    if (m_surroundings.beeped) m_surroundings.beeped();
 }
 
 void QtDesktop::showProgress() {

@@ -26,6 +26,7 @@ struct Surroundings {
     bool hasTrash = true;
     bool offersRecovery = true;
     std::function<void()> endProgram;                             ///< empty: leaves the event loop
+    std::function<void()> beeped;                                 ///< told of every beep
     std::shared_ptr<spreadsheet::RunningSpreadsheet> spreadsheet; ///< empty: the one that runs on this system
 };
 
