@@ -30,7 +30,7 @@ enum class IndexKind { Plain, Unique, PrimaryKey };
 /// An index to be made. A primary key is unique and refuses Null.
 struct IndexDesign {
     std::string name;
-    std::vector<IndexColumn> columns;
+    std::vector<IndexColumn> columns = {};
     IndexKind kind = IndexKind::Plain;
     bool required = false;    ///< refuse Null in any of the columns
     bool ignoreNulls = false; ///< rows with Null in all of the columns are not in the index
@@ -38,8 +38,8 @@ struct IndexDesign {
 
 struct TableDesign {
     std::string name;
-    std::vector<ColumnDesign> columns;
-    std::vector<IndexDesign> indexes;
+    std::vector<ColumnDesign> columns = {};
+    std::vector<IndexDesign> indexes = {};
 };
 
 } // namespace jet

@@ -1,0 +1,433 @@
+#include "engine_fixture.h"
+
+#include "pager.h"
+
+namespace jet {
+namespace {
+
+constexpr auto Boolean = ColumnType::Boolean;
+constexpr auto Long = ColumnType::Long;
+constexpr auto Single = ColumnType::Single;
+constexpr auto Double = ColumnType::Double;
+constexpr auto Text = ColumnType::Text;
+constexpr auto Memo = ColumnType::Memo;
+constexpr auto Ole = ColumnType::Ole;
+
+const std::vector<ColumnType> everyType{Boolean,
+                                        ColumnType::Byte,
+                                        ColumnType::Integer,
+                                        Long,
+                                        ColumnType::Currency,
+                                        Single,
+                                        Double,
+                                        ColumnType::DateTime,
+                                        ColumnType::Binary,
+                                        Text,
+                                        Ole,
+                                        Memo,
+                                        ColumnType::Guid,
+                                        ColumnType::Numeric};
+
+TableDesign everyTypeTable() {
+    TableDesign design;
+    design.name = "Every";
+    for (ColumnType type : everyType)
+        design.columns.push_back({.name = "C" + std::to_string(static_cast<int>(type)), .type = type});
+    design.indexes = {{.name = "Byte", .columns = {{"C2"}, {"C4", false}}},
+                      {.name = "Text", .columns = {{"C10"}, {"C1"}, {"C7", false}}},
+                      {.name = "Other", .columns = {{"C15"}, {"C16"}, {"C8"}, {"C5", false}, {"C9"}}}};
+    return design;
+}
+
+Row everyTypeRow(std::int32_t i) {
+    Guid guid;
+    guid.bytes = {0xBC, 0x96, 0x30, 0x3A, static_cast<std::uint8_t>(i)};
+    Numeric number;
+    number.negative = i % 3 == 0;
+    number.magnitude[15] = static_cast<std::uint8_t>(i + 1);
+    return {i % 2 == 0,
+            static_cast<std::uint8_t>(i),
+            static_cast<std::int16_t>(-i),
+            i,
+            Currency{i * 12345},
+            static_cast<float>(i) / 4,
+            i / 8.0,
+            DateTime{i - 100.25},
+            Bytes(static_cast<std::size_t>(i % 40), 7),
+            "Straße " + std::to_string(i),
+            Bytes(static_cast<std::size_t>(i) * 130, 9),
+            std::string(static_cast<std::size_t>(i) * 70, 'm') + "Ω",
+            guid,
+            number};
+}
+
+TableDesign keyed(std::vector<IndexDesign> indexes) {
+    return {.name = "T",
+            .columns = {{.name = "Id", .type = Long},
+                        {.name = "Name", .type = Text, .size = 40},
+                        {.name = "Level", .type = Double}},
+            .indexes = std::move(indexes)};
+}
+
+Row keyedRow(Value id, Value name, Value level = Null{}) {
+    return {std::move(id), std::move(name), std::move(level)};
+}
+
+TEST(DatabaseTest, KeepsEveryTypeAndNullThroughAFile) {
+    const MemoryDisk disk;
+    Rows written;
+    {
+        Database db = disk.create();
+        Table table = db.createTable(everyTypeTable());
+        for (std::int32_t i = 0; i < 250; ++i) {
+            Row row = everyTypeRow(i);
+            if (i % 7 == 0)
+                for (std::size_t c = 1; c < row.size(); c += static_cast<std::size_t>(i % 3) + 1)
+                    row[c] = Null{};
+            written[table.insert(row)] = row;
+        }
+        EXPECT_EQ(rowsOf(table), written) << "before the commit";
+        db.commit();
+    }
+    const Database db = disk.open();
+    EXPECT_EQ(db.tableNames(), std::vector<std::string>{"Every"});
+    const Table table = db.table("EVERY");
+    for (std::size_t i = 0; i < everyType.size(); ++i)
+        EXPECT_EQ(table.columns()[i].type, everyType[i]);
+    EXPECT_EQ(rowsOf(table), written);
+    expectIndexesMatch(table);
+}
+
+TEST(DatabaseTest, LosesWhatWasNotCommitted) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table = db.createTable(keyed({}));
+    table.insert(keyedRow(1, "kept"));
+    EXPECT_TRUE(db.changed());
+    db.commit();
+    EXPECT_FALSE(db.changed());
+    table.insert(keyedRow(2, "lost"));
+    EXPECT_EQ(disk.open().table("T").rowCount(), 1U);
+}
+
+TEST(DatabaseTest, RowsWithoutAnIndexComeBackInTheOrderInWhichTheyWereWritten) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table = db.createTable(keyed({}));
+    Random random(3);
+    for (int round = 0; round < 3; ++round) {
+        table.clear();
+        for (std::int32_t i = 0; i < 3000; ++i)
+            table.insert(keyedRow(i, std::string(random() % 40, 'x'), i * 0.5));
+        // Rows that grow move elsewhere, but keep their place in the order.
+        if (round == 1)
+            for (Cursor cursor = table.scan(); cursor.next();)
+                table.update(cursor.id(),
+                             keyedRow(std::get<std::int32_t>(cursor.row()[0]), std::string(40, 'y')));
+        std::int32_t expected = 0;
+        for (Cursor cursor = table.scan(); cursor.next(); ++expected)
+            ASSERT_EQ(cursor.row()[0], Value(expected));
+        EXPECT_EQ(expected, 3000);
+    }
+}
+
+TEST(DatabaseTest, SavingTheSameBookAgainDoesNotGrowTheFile) {
+    const MemoryDisk disk;
+    disk.create().commit();
+    std::size_t size = 0;
+    for (int save = 0; save < 100; ++save) {
+        Database db = disk.open();
+        Table table =
+            save == 0 ? db.createTable(keyed({{.name = "Name", .columns = {{"Name"}}}})) : db.table("T");
+        if (save % 2 == 0) {
+            table.clear();
+        } else {
+            for (Cursor cursor = table.scan(); cursor.next();)
+                table.erase(cursor.id());
+        }
+        EXPECT_EQ(table.rowCount(), 0U);
+        for (std::int32_t i = 0; i < 600; ++i)
+            table.insert(keyedRow(i, "reading " + std::to_string(i)));
+        db.commit();
+        if (save == 1) size = disk.content().size();
+        if (save > 1) {
+            ASSERT_EQ(disk.content().size(), size) << "save " << save;
+        }
+    }
+}
+
+TEST(DatabaseTest, IndexRulesHoldBeforeAnythingIsTouched) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table =
+        db.createTable(keyed({{.name = "Key", .columns = {{"Id"}}, .kind = IndexKind::PrimaryKey},
+                              {.name = "Name", .columns = {{"Name"}}, .kind = IndexKind::Unique},
+                              {.name = "Level", .columns = {{"Level", false}}, .ignoreNulls = true},
+                              {.name = "Both", .columns = {{"Name"}, {"Level"}}, .required = false}}));
+    const RowId first = table.insert(keyedRow(1, "Émile", 2.5));
+    table.insert(keyedRow(2, Null{}, 2.5));
+    table.insert(keyedRow(3, Null{}));
+    db.commit();
+    const Bytes before = disk.content();
+    struct Case {
+        const char* what;
+        Row row;
+        ErrorKind kind;
+    };
+    const std::vector<Case> cases{
+        {"primary key twice", keyedRow(1, "b"), ErrorKind::DuplicateKey},
+        {"text that differs in case alone", keyedRow(4, "éMILE"), ErrorKind::DuplicateKey},
+        {"text that differs in blanks at the end", keyedRow(4, "Émile  "), ErrorKind::DuplicateKey},
+        {"Null in the primary key", keyedRow(Null{}, "b"), ErrorKind::NullKey},
+        {"text too long", keyedRow(4, std::string(41, 'x')), ErrorKind::TextTooLong},
+        {"text for a number", keyedRow("4", "b"), ErrorKind::TypeMismatch},
+        {"a value too few", Row{4, "b"}, ErrorKind::TypeMismatch},
+    };
+    const Rows rows = rowsOf(table);
+    for (const Case& c : cases) {
+        EXPECT_EQ(errorOf([&] { table.insert(c.row); }), c.kind) << c.what;
+        if (c.kind != ErrorKind::DuplicateKey) {
+            EXPECT_EQ(errorOf([&] { table.update(first, c.row); }), c.kind) << c.what;
+        }
+        EXPECT_FALSE(db.changed()) << c.what;
+    }
+    EXPECT_EQ(errorOf([&] { table.update(first, keyedRow(2, "b")); }), ErrorKind::DuplicateKey);
+    EXPECT_EQ(rowsOf(table), rows);
+    table.update(first, keyedRow(1, "ÉMILE", 3.0)); // its own key is no duplicate
+    table.insert(keyedRow(9, std::string(39, 'x') + "é"));
+    expectIndexesMatch(table);
+    EXPECT_EQ(table.seekAll(2, {}).size(), 2U) << "rows without a level are not in that index";
+    const std::vector<Value> name{std::string("émile")};
+    EXPECT_EQ(table.seek(1, name), first);
+    const std::vector<Value> none{std::string("emil")};
+    EXPECT_EQ(table.seek(1, none), std::nullopt);
+}
+
+TEST(DatabaseTest, NumbersRowsAutomatically) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table = db.createTable(
+        {.name = "T",
+         .columns = {{.name = "Id", .type = Long, .autonumber = true}, {.name = "N", .type = Long}},
+         .indexes = {{.name = "K", .columns = {{"Id"}}, .kind = IndexKind::PrimaryKey}}});
+    for (std::int32_t i = 1; i <= 3; ++i) {
+        EXPECT_EQ(table.nextAutonumber(), i);
+        EXPECT_EQ(table.read(table.insert({Null{}, i}))[0], Value(i));
+    }
+    table.insert({41, 4});
+    table.clear();
+    db.commit();
+    Database again = disk.open();
+    EXPECT_EQ(again.table("T").nextAutonumber(), 42) << "emptying the table does not start again";
+}
+
+TEST(DatabaseTest, LongValuesAreGivenBack) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table =
+        db.createTable({.name = "T", .columns = {{.name = "M", .type = Memo}, {.name = "O", .type = Ole}}});
+    const std::vector<std::size_t> lengths{0,    1,    63,   64,   65,    1000,  4075,
+                                           4076, 4077, 8144, 8145, 50000, 200000};
+    std::map<RowId, Row> model;
+    for (std::size_t length : lengths) {
+        const Row row{std::string(length / 2, 'a') + std::string(length > 3 ? "Ж" : ""), Bytes(length, 0xAB)};
+        model[table.insert(row)] = row;
+    }
+    EXPECT_EQ(rowsOf(table), model);
+    db.commit();
+    const std::size_t size = disk.content().size();
+    for (int round = 0; round < 20; ++round) {
+        for (auto& [id, row] : model) {
+            row = {row[0], Bytes(lengths[static_cast<std::size_t>(round) % lengths.size()],
+                                 static_cast<std::uint8_t>(round))};
+            table.update(id, row);
+        }
+        EXPECT_EQ(rowsOf(table), model);
+    }
+    for (const auto& [id, row] : model)
+        table.update(id, {Null{}, Null{}});
+    table.clear();
+    db.commit();
+    Database fresh = disk.open();
+    table = fresh.table("T");
+    for (std::size_t i = 0; i < model.size(); ++i)
+        table.insert({std::string(200000 / model.size(), 'b'), Null{}});
+    fresh.commit();
+    EXPECT_LE(disk.content().size(), size * 20) << "pages of long values were not given back";
+}
+
+TEST(DatabaseTest, AddsColumnsToTablesWithRows) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    // The first column of variable length is the one for which rows must be written anew.
+    Table table = db.createTable({.name = "T",
+                                  .columns = {{.name = "A", .type = Long}, {.name = "F", .type = Boolean}},
+                                  .indexes = {{.name = "A", .columns = {{"A"}}, .kind = IndexKind::Unique}}});
+    for (std::int32_t i = 0; i < 900; ++i)
+        table.insert({i, i % 3 == 0});
+    db.commit();
+    Database again = disk.open();
+    table = again.table("T");
+    std::vector<ColumnDesign> added{{.name = "S", .type = Single}};
+    for (ColumnType type : everyType)
+        added.push_back({.name = "C" + std::to_string(static_cast<int>(type)), .type = type});
+    for (const ColumnDesign& column : added) {
+        again.addColumn("t", column);
+        EXPECT_EQ(errorOf([&] { again.addColumn("T", column); }), ErrorKind::AlreadyExists);
+    }
+    std::int32_t count = 0;
+    for (Cursor cursor = table.scan(); cursor.next(); ++count) {
+        ASSERT_EQ(cursor.row()[0], Value(count));
+        ASSERT_EQ(cursor.row()[1], Value(count % 3 == 0));
+        for (std::size_t c = 2; c < cursor.row().size(); ++c)
+            ASSERT_TRUE(isNull(cursor.row()[c]) || cursor.row()[c] == Value(false)) << c;
+    }
+    EXPECT_EQ(count, 900);
+    Row row{2000, true, 1.5F};
+    for (Value& value : everyTypeRow(60))
+        row.push_back(value);
+    table.insert(row);
+    const std::vector<Value> first{std::int32_t{0}};
+    row[0] = 0;
+    table.update(*table.seek(0, first), row);
+    again.commit();
+    const Database last = disk.open();
+    EXPECT_EQ(rowsOf(last.table("T")), rowsOf(table));
+    EXPECT_EQ(last.table("T").read(*last.table("T").seek(0, first)), row);
+    expectIndexesMatch(last.table("T"));
+}
+
+TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    db.createTable(keyed({}));
+    std::vector<ColumnDesign> many(256, {.name = "", .type = Long});
+    for (std::size_t i = 0; i < many.size(); ++i)
+        many[i].name = "C" + std::to_string(i);
+    struct Case {
+        const char* what;
+        TableDesign design;
+        ErrorKind kind;
+    };
+    const std::vector<Case> cases{
+        {"a table twice", {.name = "t", .columns = {{.name = "A"}}}, ErrorKind::AlreadyExists},
+        {"no columns", {.name = "U"}, ErrorKind::InvalidDesign},
+        {"too many columns", {.name = "U", .columns = many}, ErrorKind::InvalidDesign},
+        {"a column twice",
+         {.name = "U", .columns = {{.name = "A"}, {.name = "a"}}},
+         ErrorKind::InvalidDesign},
+        {"a text too long", {.name = "U", .columns = {{.name = "A", .size = 256}}}, ErrorKind::InvalidDesign},
+        {"a strange name", {.name = "U!", .columns = {{.name = "A"}}}, ErrorKind::InvalidDesign},
+        {"an index on a memo",
+         {.name = "U",
+          .columns = {{.name = "A", .type = Memo}},
+          .indexes = {{.name = "I", .columns = {{"A"}}}}},
+         ErrorKind::InvalidDesign},
+        {"an index on nothing",
+         {.name = "U", .columns = {{.name = "A"}}, .indexes = {{.name = "I", .columns = {{"B"}}}}},
+         ErrorKind::InvalidDesign},
+    };
+    const std::uint32_t pages = db.pager().pageCount();
+    for (const Case& c : cases)
+        EXPECT_EQ(errorOf([&] { db.createTable(c.design); }), c.kind) << c.what;
+    EXPECT_EQ(db.pager().pageCount(), pages);
+    EXPECT_EQ(errorOf([&] { (void)db.table("U"); }), ErrorKind::NotFound);
+    Table wide = db.createTable({.name = "Wide",
+                                 .columns = {{.name = "A"},
+                                             {.name = "B"},
+                                             {.name = "C"},
+                                             {.name = "D"},
+                                             {.name = "E"},
+                                             {.name = "F"},
+                                             {.name = "G"},
+                                             {.name = "H"},
+                                             {.name = "I"}}});
+    EXPECT_EQ(errorOf([&] { wide.insert(Row(9, std::string(255, 'Z'))); }), std::nullopt);
+    Row wideRow;
+    for (int i = 0; i < 9; ++i) {
+        std::string text;
+        for (int k = 0; k < 255; ++k)
+            text += "Ж";
+        wideRow.emplace_back(text);
+    }
+    EXPECT_EQ(errorOf([&] { wide.insert(wideRow); }), ErrorKind::RowTooLong);
+    EXPECT_EQ(wide.rowCount(), 1U);
+}
+
+TEST(DatabaseTest, LongDefinitionsTakeSeveralPages) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    TableDesign design{.name = "T", .columns = {{.name = "Id", .type = Long}}};
+    for (int i = 0; i < 200; ++i)
+        design.columns.push_back(
+            {.name = "A column with quite a long name " + std::to_string(i), .type = Text, .size = 10});
+    db.createTable(design);
+    db.addColumn("T", {.name = "Last", .type = Double});
+    Row row(202);
+    row[0] = 1;
+    row[201] = 2.5;
+    row[100] = "middle";
+    db.table("T").insert(row);
+    db.commit();
+    Database again = disk.open();
+    EXPECT_EQ(rowsOf(again.table("T")).begin()->second, row);
+}
+
+TEST(DatabaseTest, PasswordsOpenAndRefuse) {
+    const MemoryDisk disk;
+    disk.create({.password = "MörderZ"}).commit();
+    EXPECT_EQ(errorOf([&] { (void)disk.open("morderz"); }), ErrorKind::WrongPassword);
+    EXPECT_EQ(errorOf([&] { (void)disk.open(); }), ErrorKind::WrongPassword);
+    EXPECT_EQ(errorOf([&] { (void)disk.open("MörderZ"); }), std::nullopt);
+    const MemoryDisk openDisk;
+    openDisk.create().commit();
+    EXPECT_EQ(errorOf([&] { (void)openDisk.open("anything"); }), std::nullopt);
+    EXPECT_EQ(errorOf([&] { (void)MemoryDisk().create({.password = std::string(21, 'x')}); }),
+              ErrorKind::InvalidDesign);
+}
+
+TEST(DatabaseTest, TellsWhatIsNoJetFile) {
+    const MemoryDisk disk;
+    disk.create().commit();
+    struct Case {
+        const char* what;
+        Bytes content;
+        ErrorKind kind;
+    };
+    Bytes later = disk.content();
+    later[0x14] = 2;
+    Bytes otherMark = disk.content();
+    otherMark[0x05] = 'x';
+    const Bytes cut(disk.content().begin(), disk.content().begin() + 5000);
+    const std::vector<Case> cases{{"nothing", {}, ErrorKind::NotADatabase},
+                                  {"text", Bytes(9000, 'a'), ErrorKind::NotADatabase},
+                                  {"another mark", otherMark, ErrorKind::NotADatabase},
+                                  {"a later version", later, ErrorKind::UnsupportedVersion},
+                                  {"a file cut short", cut, ErrorKind::Corrupt}};
+    for (const Case& c : cases)
+        EXPECT_EQ(errorOf([&] { (void)MemoryDisk(c.content).open(); }), c.kind) << c.what;
+}
+
+TEST(DatabaseTest, ReadOnlyMeansReadOnly) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        db.createTable(keyed({})).insert(keyedRow(1, "a"));
+        db.commit();
+    }
+    Database db = disk.open({}, OpenMode::ReadOnly);
+    Table table = db.table("T");
+    const RowId id = rowsOf(table).begin()->first;
+    EXPECT_EQ(errorOf([&] { table.insert(keyedRow(2, "b")); }), ErrorKind::ReadOnly);
+    EXPECT_EQ(errorOf([&] { table.update(id, keyedRow(2, "b")); }), ErrorKind::ReadOnly);
+    EXPECT_EQ(errorOf([&] { table.erase(id); }), ErrorKind::ReadOnly);
+    EXPECT_EQ(errorOf([&] { table.clear(); }), ErrorKind::ReadOnly);
+    EXPECT_EQ(errorOf([&] { db.createTable({.name = "U", .columns = {{.name = "A"}}}); }),
+              ErrorKind::ReadOnly);
+    EXPECT_EQ(errorOf([&] { db.addColumn("T", {.name = "B"}); }), ErrorKind::ReadOnly);
+    db.commit();
+    EXPECT_EQ(rowsOf(table).size(), 1U);
+}
+
+} // namespace
+} // namespace jet
