@@ -249,6 +249,7 @@ bool op(sheet::Book& book, desktop::Desktop& desktop) {
         book.SavedMark = gridMark(book.MSFG);
         return true;
     } catch (const basic::RuntimeError& error) {
+        book.SavedMark = gridMark(book.MSFG); // a remainder that nobody typed
         showLoadError(desktop, error);
         return false;
     }

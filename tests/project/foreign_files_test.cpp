@@ -72,6 +72,8 @@ TEST_F(ForeignFilesTest, EachFailedOpenShowsItsMessageAndChangesNoFile) {
         EXPECT_THAT(desktop.boxes[0].text, StartsWith(c.message));
         EXPECT_EQ(book.Caption, "ZavroGrl-" + c.path) << "the caption has changed by then";
         EXPECT_EQ(book.MSFG.Rows(), 2);
+        EXPECT_FALSE(project::isUnsaved(book)) << "what a failed load leaves is no work of the user";
+        book.MSFG.setText(1, sheet::Remark, c.name);
         // A file that is no field book is never written to, whatever the caption says now.
         desktop.boxes.clear();
         project::saveProject(book, desktop);
