@@ -25,8 +25,12 @@ constexpr const char* bookPath = "work/book.grl";
 
 QStringList texts(const QJsonArray& values) {
     QStringList result;
-    for (const QJsonValue& value : values)
-        result += value.isNull() ? QString() : value.toVariant().toString();
+    for (const QJsonValue& value : values) {
+        if (value.isBool())
+            result += value.toBool() ? "True" : "False"; // as a spreadsheet gives it
+        else
+            result += value.isNull() ? QString() : value.toVariant().toString();
+    }
     return result;
 }
 
@@ -49,22 +53,17 @@ class SheetStandIn final : public spreadsheet::RunningSpreadsheet {
         if (!rows.isArray())
             throw spreadsheet::Error(spreadsheet::Failure::NotRunning, "No spreadsheet program is running.");
         std::vector<spreadsheet::Row> result;
-        for (const QJsonValue& each : rows.toArray()) {
-            const QStringList cells = texts(each.toArray());
-            // The sheet's heading is not part of what is read.
-            if (result.empty() && !m_headed && cells.value(0) == "Chainage") {
-                m_headed = true;
-                continue;
-            }
+        const QJsonArray sheet = rows.toArray();
+        for (qsizetype number = 0; number < sheet.size(); ++number) {
+            const QStringList cells = texts(sheet[number].toArray());
+            // The sheet's heading, which a session may leave out, is not part of what is read.
+            if (number == 0 && cells.value(0).compare("chainage", Qt::CaseInsensitive) == 0) continue;
             spreadsheet::Row& row = result.emplace_back();
             for (std::size_t col = 0; col < row.size(); ++col)
                 row[col] = cells.value(qsizetype(col)).toStdString();
         }
         return result;
     }
-
-  private:
-    bool m_headed = false;
 };
 
 Player::Player(World& world)
