@@ -1,6 +1,7 @@
 #include "exchange/formation_levels.h"
 #include "exchange/transfer.h"
 
+#include "held_database.h"
 #include "road_fixture.h"
 
 using testing::ElementsAre;
@@ -108,7 +109,7 @@ TEST_F(FormationTest, UpdatingStopsAtALevelThatIsNoNumber) {
 TEST_F(FormationTest, ARoadThatCannotBeOpenedIsSaid) {
     std::filesystem::copy_file(home / "Site1.grl", home / "foreign.mdb");
     home.write("text.mdb", "no database");
-    dao::Database held = dao::OpenDatabase(road, exchange::roadConnect);
+    const HeldDatabase held(road, exchange::roadConnect);
     struct Case {
         std::string path;
         const char* words;

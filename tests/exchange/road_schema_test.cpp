@@ -193,6 +193,7 @@ TEST_P(SampleTemplate, FromAccessTakesTheTransfer) {
     if (!std::filesystem::exists(sample)) GTEST_SKIP() << "no samples";
     const std::string blank = desktop.folder + "/Rod.mdb";
     std::filesystem::copy_file(sample, blank, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::permissions(blank, std::filesystem::perms(0644));
     std::vector<std::string> before;
     {
         jet::Database database = jet::Database::open(blank);
@@ -200,6 +201,7 @@ TEST_P(SampleTemplate, FromAccessTakesTheTransfer) {
         jet::createTables(database, jet::parseSchema(schemaWith({{"    RNum2 ", ""}, {"    RFA ", ""}})));
         database.commit();
     }
+    std::filesystem::permissions(blank, std::filesystem::perms(0444)); // as it comes from a disc
     std::vector<std::string> rows;
     for (int chainage = 0; chainage < 400; ++chainage)
         for (const char* point : {"5,,", "2.5,,", ",0,", ",,2.5", ",,5"})

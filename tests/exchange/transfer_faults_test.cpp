@@ -1,6 +1,7 @@
 #include "exchange/transfer.h"
 
 #include "basic/runtime_error.h"
+#include "held_database.h"
 #include "road_fixture.h"
 
 #include <fstream>
@@ -102,26 +103,12 @@ TEST_F(FaultTest, WorkCopyLeftByACrashIsReplaced) {
 TEST_F(FaultTest, WorkCopyOfAnotherInstanceIsLeftAlone) {
     const std::string copy = desktop.folder + "/Rodd.mdb";
     fs::copy_file(desktop.folder + "/Rod.mdb", copy);
-    int ready[2], done[2];
-    ASSERT_EQ(pipe(ready) + pipe(done), 0);
-    const pid_t other = fork();
-    if (other == 0) {
-        const dao::Database held = dao::OpenDatabase(copy, exchange::roadConnect);
-        char byte = 0;
-        if (write(ready[1], &byte, 1) != 1 || read(done[0], &byte, 1) != 1) _exit(1);
-        _exit(0);
+    {
+        const HeldDatabase held(copy, exchange::roadConnect);
+        EXPECT_EQ(exchange::transfer(book, desktop, frame), TransferEnd::Failed);
+        EXPECT_THAT(messages(), ElementsAre(testing::HasSubstr("file already in use")));
+        EXPECT_THAT(filesIn(desktop.folder), Contains("Rodd.mdb"));
     }
-    char byte = 0;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
-    EXPECT_EQ(exchange::transfer(book, desktop, frame), TransferEnd::Failed);
-    EXPECT_THAT(messages(), ElementsAre(testing::HasSubstr("file already in use")));
-    EXPECT_THAT(filesIn(desktop.folder), Contains("Rodd.mdb"));
-    EXPECT_EQ(write(done[1], &byte, 1), 1);
-    int status = 1;
-    waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0);
-    for (int end : {ready[0], ready[1], done[0], done[1]})
-        close(end);
     fs::remove(copy);
     desktop.boxes.clear();
     EXPECT_EQ(exchange::transfer(book, desktop, frame), TransferEnd::Done);
