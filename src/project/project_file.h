@@ -50,7 +50,8 @@ class GrlReader {
 };
 
 /// Loads the file that cdl1.FileName names into the grid, and sets the caption and CurrentHI. Errors are
-/// shown. True when the whole file was loaded.
+/// shown. True when the whole file was loaded. The grid is dropped first: what is unsaved must be set aside
+/// before.
 bool op(sheet::Book& book, desktop::Desktop& desktop);
 
 /// The message of a failed load: that it is no project file, nothing for 70, else number and description.

@@ -45,7 +45,7 @@ class ProjectTest : public testing::Test {
     ProjectTest() {
         desktop.folder = folder / "app";
         std::filesystem::create_directory(desktop.folder);
-        makeDatabase(desktop.folder + "/grl.mdb", grlDesign());
+        std::filesystem::copy_file(ZAVRO_TEMPLATES "/grl.mdb", desktop.folder + "/grl.mdb");
     }
 
     /// The cells of one row, given by column.
