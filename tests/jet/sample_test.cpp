@@ -1,3 +1,4 @@
+#include "check.h"
 #include "engine_fixture.h"
 
 namespace jet {
@@ -117,8 +118,10 @@ TEST_P(SampleTest, ReadsEveryTableAndFindsEveryRowByEveryIndex) {
 TEST_P(SampleTest, KeepsAModelThroughFiveHundredChangesATable) {
     const MemoryDisk disk(contentOf(GetParam()));
     std::map<std::string, Rows> models;
+    std::vector<std::string> faultsBefore;
     {
         Database db = disk.open(passwordOf(GetParam()));
+        faultsBefore = check(db);
         Random random(2003);
         for (const std::string& name : db.allTableNames()) {
             // The first two say where the others are; the third has bytes of fixed length, which come back
@@ -130,12 +133,50 @@ TEST_P(SampleTest, KeepsAModelThroughFiveHundredChangesATable) {
         }
         db.commit();
     }
-    const Database db = disk.open(passwordOf(GetParam()));
+    Database db = disk.open(passwordOf(GetParam()));
+    for (const std::string& fault : check(db))
+        EXPECT_TRUE(std::ranges::count(faultsBefore, fault) == 1) << fault;
     for (const auto& [name, model] : models) {
         const Table table = db.table(name);
         EXPECT_EQ(rowsOf(table), model) << name;
         expectIndexesMatch(table);
     }
+}
+
+TEST_P(SampleTest, TakesNewTablesAndColumns) {
+    const MemoryDisk disk(contentOf(GetParam()));
+    Rows model;
+    std::size_t faultsBefore = 0;
+    const TableDesign design{
+        .name = "Levels, new",
+        .columns = {{.name = "Chn", .type = ColumnType::Text, .size = 25},
+                    {.name = "Oft", .type = ColumnType::Double}},
+        .indexes = {{.name = "Key", .columns = {{"Chn"}, {"Oft", false}}, .kind = IndexKind::PrimaryKey}}};
+    {
+        Database db = disk.open(passwordOf(GetParam()));
+        faultsBefore = check(db).size();
+        Random random(7);
+        Rows ignored;
+        churn(db.createTable(design), ignored, random, 300);
+        for (const ColumnDesign& column :
+             std::vector<ColumnDesign>{{.name = "Rem", .type = ColumnType::Memo},
+                                       {.name = "Ok", .type = ColumnType::Boolean},
+                                       {.name = "Rl", .type = ColumnType::Single}})
+            for (const std::string& name : db.tableNames()) {
+                const Rows before = rowsOf(db.table(name));
+                db.addColumn(name, column);
+                for (auto& [id, row] : rowsOf(db.table(name)))
+                    ASSERT_TRUE(std::equal(before.at(id).begin(), before.at(id).end(), row.begin())) << name;
+            }
+        model = rowsOf(db.table(design.name));
+        churn(db.table(design.name), model, random, 800);
+        db.commit();
+    }
+    Database db = disk.open(passwordOf(GetParam()));
+    EXPECT_EQ(rowsOf(db.table(design.name)), model);
+    expectIndexesMatch(db.table(design.name));
+    const std::vector<std::string> faults = check(db);
+    EXPECT_EQ(faults.size(), faultsBefore) << (faults.empty() ? "" : faults.back());
 }
 
 INSTANTIATE_TEST_SUITE_P(Access, SampleTest, ::testing::ValuesIn(samples()),

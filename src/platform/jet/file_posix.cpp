@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <optional>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -63,6 +63,18 @@ class Handle {
     int m_number = -1;
 };
 
+bool sameFile(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+/// The first page of a file, as far as there is one.
+std::vector<std::uint8_t> startOf(int descriptor) {
+    std::vector<std::uint8_t> bytes(4096);
+    const ssize_t count = ::pread(descriptor, bytes.data(), bytes.size(), 0);
+    bytes.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    return bytes;
+}
+
 class PosixFile : public File {
   public:
     PosixFile(std::string path, OpenMode mode);
@@ -78,20 +90,36 @@ class PosixFile : public File {
     void abandonReplace() noexcept override;
 
   private:
-    void requireUnchanged() const;
+    void openContent();
+    void requireUnchanged();
     void openSibling();
+    void moveSibling();
     void takeOverAttributes() const;
 
     std::string m_path;
-    Handle m_file;          ///< the content as it is; invalid as long as there is none
+    Handle m_file; ///< the content as it is; invalid as long as there is none
     std::shared_ptr<FileLock> m_lock;
-    struct stat m_seen {};  ///< what it looked like when it was opened
-    Handle m_next;          ///< the replacement
-    std::string m_nextPath; ///< empty = none
+    struct stat m_seen {};             ///< what it looked like when it was opened
+    std::vector<std::uint8_t> m_start; ///< its first bytes then
+    Handle m_next;                     ///< the replacement
+    std::string m_nextPath;            ///< empty = none
 };
 
 PosixFile::PosixFile(std::string path, OpenMode mode) : m_path(std::move(path)) {
-    m_file.reset(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
+    constexpr int mostTries = 10;
+    for (int tries = 0; tries < mostTries; ++tries) {
+        openContent();
+        m_lock = lockFile(m_file.number(), mode, m_path);
+        // Another process may have replaced the file before the lock was ours.
+        struct stat now {};
+        if (::stat(m_path.c_str(), &now) == 0 && sameFile(now, m_seen)) break;
+    }
+    m_start = startOf(m_file.number());
+}
+
+void PosixFile::openContent() {
+    // Without O_NONBLOCK a pipe of that name would wait for a writer.
+    m_file.reset(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!m_file.valid()) {
         const int code = errno;
         if (code == ENOENT && ::access(folderOf(m_path).c_str(), F_OK) != 0)
@@ -105,7 +133,6 @@ PosixFile::PosixFile(std::string path, OpenMode mode) : m_path(std::move(path)) 
     }
     if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);
     if (!S_ISREG(m_seen.st_mode)) throw Error(ErrorKind::NotADatabase, "'" + m_path + "' is not a file.");
-    m_lock = lockFile(m_file.number(), mode, m_path);
 }
 
 PosixFile::PosixFile(std::string path) : m_path(std::move(path)) {
@@ -130,35 +157,47 @@ void PosixFile::read(std::uint64_t offset, std::span<std::uint8_t> into) {
     }
 }
 
-void PosixFile::requireUnchanged() const {
+/// Refuses when the path holds something else than what was opened. Besides the usual marks the first bytes
+/// are compared: they count the commits of other engines, which may come faster than the clock ticks.
+void PosixFile::requireUnchanged() {
     struct stat now {};
     const bool there = ::stat(m_path.c_str(), &now) == 0;
     if (!m_file.valid()) {
         if (there) throw Error(ErrorKind::AlreadyExists, "The file '" + m_path + "' already exists.");
         return;
     }
-    const bool same = there && now.st_dev == m_seen.st_dev && now.st_ino == m_seen.st_ino &&
-                      now.st_size == m_seen.st_size && now.st_mtim.tv_sec == m_seen.st_mtim.tv_sec &&
-                      now.st_mtim.tv_nsec == m_seen.st_mtim.tv_nsec;
+    const bool same = there && sameFile(now, m_seen) && now.st_size == m_seen.st_size &&
+                      now.st_mtim.tv_sec == m_seen.st_mtim.tv_sec &&
+                      now.st_mtim.tv_nsec == m_seen.st_mtim.tv_nsec && startOf(m_file.number()) == m_start;
     if (!same)
         throw Error(ErrorKind::ChangedUnderneath,
                     "The file '" + m_path + "' was changed by another program since it was opened.");
+    m_seen = now; // its mode and owner may have been changed, which is no reason to refuse
 }
 
+/// A sibling of a fixed name: what a crash left behind is found and replaced by the next commit.
 void PosixFile::openSibling() {
-    std::string form = m_path + ".XXXXXX";
-    m_next.reset(::mkstemp(form.data()));
+    const std::size_t name = m_path.rfind('/') + 1; // 0 without a folder
+    const std::string path = m_path.substr(0, name) + "." + m_path.substr(name) + ".zavrogrl-new";
+    {
+        const Handle left(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+        if (left.valid() && ::flock(left.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+            throw Error(ErrorKind::InUse, "The file '" + m_path + "' is in use by another program.");
+        if (::unlink(path.c_str()) != 0 && errno != ENOENT) fail(errno, m_path);
+    }
+    m_next.reset(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (!m_next.valid()) fail(errno, m_path);
-    m_nextPath = form;
+    m_nextPath = path;
+    (void)::flock(m_next.number(), LOCK_EX | LOCK_NB);
 }
 
 void PosixFile::beginReplace() {
+    abandonReplace();
     requireUnchanged();
     // A rename would succeed on a file that its owner made read-only; that is not what the owner wants.
-    if (m_file.valid() && (m_seen.st_mode & 0222) == 0)
+    if (m_file.valid() && (m_seen.st_mode & S_IWUSR) == 0)
         throw Error(ErrorKind::ReadOnly, "The file '" + m_path + "' is read-only.");
     if (m_file.valid() && ::faccessat(AT_FDCWD, m_path.c_str(), W_OK, AT_EACCESS) != 0) fail(errno, m_path);
-    abandonReplace();
     openSibling();
 }
 
@@ -205,14 +244,33 @@ void PosixFile::finishReplace() {
     takeOverAttributes();
     if (::fsync(m_next.number()) != 0) fail(errno, m_nextPath);
     std::shared_ptr<FileLock> lock = lockFile(m_next.number(), OpenMode::ReadWrite, m_nextPath);
+    std::vector<std::uint8_t> start = startOf(m_next.number());
     requireUnchanged();
-    if (::rename(m_nextPath.c_str(), m_path.c_str()) != 0) fail(errno, m_path);
+    struct stat seen {};
+    if (::fstat(m_next.number(), &seen) != 0) fail(errno, m_nextPath);
+    moveSibling();
+    // From here on the new content is in place: nothing may fail any more.
     m_nextPath.clear();
     m_file.reset(m_next.release());
     m_lock = std::move(lock);
+    m_start = std::move(start);
+    m_seen = seen;
     const Handle folder(::open(folderOf(m_path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.valid()) (void)::fsync(folder.number());
-    if (::fstat(m_file.number(), &m_seen) != 0) fail(errno, m_path);
+}
+
+void PosixFile::moveSibling() {
+    if (m_file.valid()) {
+        if (::rename(m_nextPath.c_str(), m_path.c_str()) != 0) fail(errno, m_path);
+        return;
+    }
+    // A new file must not replace one that appeared meanwhile. Not every file system knows links.
+    if (::link(m_nextPath.c_str(), m_path.c_str()) == 0) {
+        (void)::unlink(m_nextPath.c_str());
+        return;
+    }
+    if (errno == EEXIST) throw Error(ErrorKind::AlreadyExists, "The file '" + m_path + "' already exists.");
+    if (::rename(m_nextPath.c_str(), m_path.c_str()) != 0) fail(errno, m_path);
 }
 
 void PosixFile::abandonReplace() noexcept {

@@ -1,0 +1,381 @@
+#include "check.h"
+#include "engine_fixture.h"
+#include "temp_folder.h"
+
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace jet {
+namespace {
+
+/// A file whose n-th call fails; every later one too, as on a disk that is gone.
+class FailingFile : public SharedFile {
+  public:
+    FailingFile(std::shared_ptr<MemoryFile> file, int calls) : SharedFile(std::move(file)), m_left(calls) {}
+    std::uint64_t size() override { return step(), SharedFile::size(); }
+    void read(std::uint64_t offset, std::span<std::uint8_t> into) override {
+        step(), SharedFile::read(offset, into);
+    }
+    void beginReplace() override { step(), SharedFile::beginReplace(); }
+    void keep(std::uint64_t offset, std::uint64_t length) override {
+        step(), SharedFile::keep(offset, length);
+    }
+    void append(std::span<const std::uint8_t> bytes) override { step(), SharedFile::append(bytes); }
+    void finishReplace() override { step(), SharedFile::finishReplace(); }
+
+  private:
+    void step() {
+        if (m_left-- <= 0) throw Error(ErrorKind::Io, "The disk failed.");
+    }
+    int m_left;
+};
+
+TableDesign bookDesign() {
+    return {.name = "Book",
+            .columns = {{.name = "Chn", .type = ColumnType::Text, .size = 25},
+                        {.name = "Oft", .type = ColumnType::Double},
+                        {.name = "Rem", .type = ColumnType::Memo}},
+            .indexes = {{.name = "Key", .columns = {{"Chn"}, {"Oft"}}, .kind = IndexKind::PrimaryKey}}};
+}
+
+Row bookRow(int i) {
+    return {std::to_string(i % 50) + "-" + std::to_string(i), i * 0.5,
+            std::string(static_cast<std::size_t>(i) * 3, 'r')};
+}
+
+void fill(Table table, int rows) {
+    for (int i = 0; i < rows; ++i)
+        table.insert(bookRow(i));
+}
+
+Bytes bookFile(int rows) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    fill(db.createTable(bookDesign()), rows);
+    db.commit();
+    return disk.content();
+}
+
+struct Operation {
+    const char* name;
+    std::function<void(Database&)> run;
+};
+
+const std::vector<Operation> operations{
+    {"save",
+     [](Database& db) {
+         Table table = db.table("Book");
+         table.clear();
+         fill(table, 400);
+     }},
+    {"seek and insert",
+     [](Database& db) {
+         Table table = db.table("Book");
+         for (int i = 0; i < 400; ++i)
+             if (const Row row = bookRow(i); !table.seek(0, std::span(row).first(2))) table.insert(row);
+     }},
+    {"add a column", [](Database& db) { db.addColumn("Book", {.name = "Grl", .type = ColumnType::Single}); }},
+    {"empty", [](Database& db) { db.table("Book").clear(); }},
+    {"add a table", [](Database& db) { db.createTable({.name = "Other", .columns = {{.name = "A"}}}); }},
+};
+
+TEST(CommitTest, AFailureAtAnyCallLeavesTheOldStateOrTheNewOne) {
+    const Bytes old = bookFile(200);
+    for (const Operation& operation : operations) {
+        const MemoryDisk whole(old);
+        Database sound = whole.open();
+        operation.run(sound);
+        sound.setClock([] { return DateTime{40000}; });
+        sound.commit();
+        int failures = 0;
+        for (int calls = 0;; ++calls) {
+            auto file = std::make_shared<MemoryFile>(old);
+            std::optional<ErrorKind> kind = errorOf([&] {
+                Database db = Database::open(std::make_unique<FailingFile>(file, calls));
+                operation.run(db);
+                db.commit();
+            });
+            if (!kind) break;
+            ++failures;
+            ASSERT_EQ(kind, ErrorKind::Io) << operation.name << " at call " << calls;
+            ASSERT_EQ(file->content(), old) << operation.name << " at call " << calls;
+        }
+        EXPECT_GT(failures, 10) << operation.name;
+        EXPECT_EQ(check(sound), std::vector<std::string>{}) << operation.name;
+    }
+}
+
+TEST(CommitTest, AFailedCommitCanBeRepeated) {
+    auto file = std::make_shared<MemoryFile>(bookFile(10));
+    class Once : public SharedFile {
+      public:
+        using SharedFile::SharedFile;
+        void finishReplace() override {
+            if (std::exchange(m_first, false)) throw Error(ErrorKind::Full, "The disk is full.");
+            SharedFile::finishReplace();
+        }
+
+      private:
+        bool m_first = true;
+    };
+    Database db = Database::open(std::make_unique<Once>(file));
+    db.table("Book").insert(bookRow(99));
+    EXPECT_EQ(errorOf([&] { db.commit(); }), ErrorKind::Full);
+    EXPECT_TRUE(db.changed());
+    db.commit();
+    EXPECT_EQ(MemoryDisk(file->content()).open().table("Book").rowCount(), 11U);
+}
+
+TEST(CommitTest, AChangeThatWasBrokenOffIsNeverWritten) {
+    const Bytes old = bookFile(400);
+    int brokenOff = 0;
+    for (int calls = 0; calls < 200; ++calls) {
+        auto file = std::make_shared<MemoryFile>(old);
+        class FailingReads : public SharedFile {
+          public:
+            FailingReads(std::shared_ptr<MemoryFile> from, int calls)
+                : SharedFile(std::move(from)), m_left(calls) {}
+            void read(std::uint64_t offset, std::span<std::uint8_t> into) override {
+                if (m_left-- == 0) throw Error(ErrorKind::Io, "The page cannot be read.");
+                SharedFile::read(offset, into);
+            }
+
+          private:
+            int m_left;
+        };
+        std::optional<Database> db;
+        if (errorOf([&] { db = Database::open(std::make_unique<FailingReads>(file, calls)); })) continue;
+        const std::vector<Value> key{bookRow(300)[0], bookRow(300)[1]};
+        if (!errorOf([&] {
+                Table table = db->table("Book");
+                table.erase(*table.seek(0, key));
+            }))
+            break;
+        const std::optional<ErrorKind> atCommit = errorOf([&] { db->commit(); });
+        if (atCommit == ErrorKind::Corrupt)
+            ++brokenOff;
+        else
+            EXPECT_EQ(atCommit, std::nullopt);
+        ASSERT_EQ(file->content(), old) << "at call " << calls;
+    }
+    EXPECT_GT(brokenOff, 0);
+}
+
+class CommitOnDiskTest : public ::testing::Test {
+  protected:
+    CommitOnDiskTest() {
+        Database db = Database::create(path);
+        fill(db.createTable(bookDesign()), 20);
+        db.commit();
+    }
+    [[nodiscard]] std::size_t files() const {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(folder.path()), {}));
+    }
+    void addRow(int i) const {
+        Database db = Database::open(path);
+        db.table("Book").insert(bookRow(i));
+        db.commit();
+    }
+    [[nodiscard]] std::uint32_t rows() const {
+        return Database::open(path, {}, OpenMode::ReadOnly).table("Book").rowCount();
+    }
+
+    TempFolder folder;
+    std::string path = folder / "Site 1.grl";
+};
+
+TEST_F(CommitOnDiskTest, KeepsModeAndOwnerAndLeavesNothingBehind) {
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(path.c_str(), 1234, 4321), 0);
+    }
+    addRow(50);
+    struct stat after {};
+    ASSERT_EQ(::stat(path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_mode & 07777, 0640U);
+    if (::geteuid() == 0) {
+        EXPECT_EQ(after.st_uid, 1234U);
+        EXPECT_EQ(after.st_gid, 4321U);
+    }
+    EXPECT_EQ(files(), 1U);
+    EXPECT_EQ(rows(), 21U);
+}
+
+TEST_F(CommitOnDiskTest, FollowsSymbolicLinks) {
+    const std::string link = folder / "link.grl";
+    std::filesystem::create_symlink(path, link);
+    Database db = Database::open(link);
+    db.table("Book").insert(bookRow(50));
+    db.commit();
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(rows(), 21U);
+}
+
+TEST_F(CommitOnDiskTest, RefusesAFileThatChangedUnderneath) {
+    const Bytes original = contentOf(path);
+    struct Case {
+        const char* what;
+        std::function<void()> change;
+    };
+    const auto rewrite = [&](const Bytes& content) {
+        folder.write("Site 1.grl", std::string(content.begin(), content.end()));
+    };
+    Bytes counted = original;
+    counted[4096 - 500] ^= 1; // as another engine counts its commits
+    const std::vector<Case> cases{
+        {"written in place", [&] { rewrite(counted); }},
+        {"replaced",
+         [&] {
+             std::filesystem::copy_file(path, folder / "other");
+             std::filesystem::rename(folder / "other", path);
+         }},
+        {"removed", [&] { std::filesystem::remove(path); }},
+        {"longer", [&] { std::filesystem::resize_file(path, original.size() + 4096); }},
+    };
+    for (const Case& c : cases) {
+        rewrite(original);
+        Database db = Database::open(path);
+        db.table("Book").insert(bookRow(50));
+        c.change();
+        EXPECT_EQ(errorOf([&] { db.commit(); }), ErrorKind::ChangedUnderneath) << c.what;
+        EXPECT_EQ(files(), c.what == std::string("removed") ? 0U : 1U) << c.what;
+    }
+    rewrite(original);
+    Database db = Database::open(path);
+    db.table("Book").insert(bookRow(50));
+    db.commit();
+    db.table("Book").insert(bookRow(51));
+    EXPECT_EQ(errorOf([&] { db.commit(); }), std::nullopt) << "its own commit is no change underneath";
+}
+
+TEST_F(CommitOnDiskTest, TellsWhyAFileCannotBeOpenedOrMade) {
+    EXPECT_EQ(errorOf([&] { (void)Database::open(folder / "none.grl"); }), ErrorKind::FileNotFound);
+    EXPECT_EQ(errorOf([&] { (void)Database::open(folder / "none/none.grl"); }), ErrorKind::FolderNotFound);
+    EXPECT_EQ(errorOf([&] { (void)Database::open(folder.path()); }), ErrorKind::NotADatabase);
+    EXPECT_EQ(errorOf([&] { (void)Database::create(path); }), ErrorKind::AlreadyExists);
+    EXPECT_EQ(errorOf([&] { (void)Database::create(folder / "none/new.grl"); }), ErrorKind::FolderNotFound);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(errorOf([&] { (void)Database::open(folder / "pipe"); }), ErrorKind::NotADatabase);
+    Database late = Database::create(folder / "late.grl");
+    folder.write("late.grl", "somebody else was first");
+    EXPECT_EQ(errorOf([&] { late.commit(); }), ErrorKind::AlreadyExists);
+    EXPECT_EQ(folder.read("late.grl"), "somebody else was first");
+}
+
+TEST_F(CommitOnDiskTest, ALeftOverOfACrashIsReplaced) {
+    folder.write(".Site 1.grl.zavrogrl-new", "half of a file");
+    addRow(50);
+    EXPECT_EQ(rows(), 21U);
+    EXPECT_EQ(files(), 1U);
+}
+
+/// Runs `work` in a child process, which exits with what it returns.
+pid_t child(const std::function<int()>& work) {
+    const pid_t pid = ::fork();
+    if (pid == 0) ::_exit(work());
+    return pid;
+}
+
+int statusOf(pid_t pid) {
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+constexpr int noError = 99;
+
+int kindOf(const std::function<void()>& action) {
+    const std::optional<ErrorKind> kind = errorOf(action);
+    return kind ? static_cast<int>(*kind) : noError;
+}
+
+TEST_F(CommitOnDiskTest, AFullDiskLeavesTheOldFile) {
+    const Bytes before = contentOf(path);
+    const int kind = statusOf(child([&] {
+        const rlimit limit{before.size() + 5000, before.size() + 5000};
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        return kindOf([&] {
+            Database db = Database::open(path);
+            fill(db.createTable({.name = "More", .columns = bookDesign().columns}), 500);
+            db.commit();
+        });
+    }));
+    EXPECT_EQ(kind, static_cast<int>(ErrorKind::Full));
+    EXPECT_EQ(contentOf(path), before);
+    EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(CommitOnDiskTest, RightsAreRespected) {
+    if (::geteuid() != 0) GTEST_SKIP() << "needs to become another user";
+    constexpr uid_t nobody = 65534;
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    ASSERT_EQ(::chown(path.c_str(), nobody, nobody), 0);
+    const auto asNobody = [&](const std::function<void()>& work) {
+        return statusOf(child([&] {
+            if (::setgid(nobody) != 0 || ::setuid(nobody) != 0) return 98;
+            return kindOf(work);
+        }));
+    };
+    const auto change = [this] { addRow(50); };
+    const auto look = [this] { (void)rows(); };
+    const Bytes before = contentOf(path);
+    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+    EXPECT_EQ(asNobody(change), static_cast<int>(ErrorKind::ReadOnly));
+    EXPECT_EQ(asNobody(look), noError);
+    ASSERT_EQ(::chmod(path.c_str(), 0000), 0);
+    EXPECT_EQ(asNobody(look), static_cast<int>(ErrorKind::PermissionDenied));
+    ASSERT_EQ(::chown(path.c_str(), 0, 0), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    EXPECT_EQ(asNobody(change), static_cast<int>(ErrorKind::PermissionDenied)) << "another's file";
+    ASSERT_EQ(::chown(path.c_str(), nobody, nobody), 0);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
+    EXPECT_EQ(asNobody(change), static_cast<int>(ErrorKind::PermissionDenied)) << "a read-only folder";
+    EXPECT_EQ(contentOf(path), before);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    EXPECT_EQ(asNobody(change), noError);
+}
+
+TEST_F(CommitOnDiskTest, AnotherProcessMeetsALock) {
+    const Database held = Database::open(path);
+    EXPECT_EQ(statusOf(child([&] { return kindOf([&] { (void)Database::open(path); }); })),
+              static_cast<int>(ErrorKind::InUse));
+}
+
+TEST_F(CommitOnDiskTest, AKilledProcessLeavesTheOldStateOrTheNewOne) {
+    Random random(200);
+    std::uint32_t before = rows();
+    int kills = 0;
+    for (int round = 0; round < 200; ++round) {
+        const pid_t pid = child([&] {
+            for (int i = 0;; ++i) {
+                Database db = Database::open(path);
+                Table table = db.table("Book");
+                const std::uint32_t count = table.rowCount() % 900;
+                table.clear();
+                fill(table, static_cast<int>(count) + 1);
+                db.commit();
+            }
+            return 0;
+        });
+        ::usleep(random() % 30000);
+        ::kill(pid, SIGKILL);
+        kills += statusOf(pid) == -1;
+        Database db = Database::open(path);
+        const Table table = db.table("Book");
+        ASSERT_EQ(check(db), std::vector<std::string>{}) << "round " << round;
+        ASSERT_EQ(rowsOf(table).size(), table.rowCount());
+        ASSERT_GE(table.rowCount(), 1U);
+        before = table.rowCount();
+    }
+    EXPECT_EQ(kills, 200);
+    EXPECT_GT(before, 20U) << "nothing was ever committed";
+}
+
+} // namespace
+} // namespace jet
