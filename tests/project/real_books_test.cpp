@@ -1,3 +1,4 @@
+#include "command_output.h"
 #include "field_book.h"
 #include "project_fixture.h"
 
@@ -8,18 +9,6 @@
 using testing::SizeIs;
 
 namespace {
-
-/// A command's standard output; nothing when it cannot be run or fails.
-std::optional<std::string> outputOf(const std::string& command) {
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return std::nullopt;
-    std::string output;
-    std::array<char, 4096> part;
-    while (const std::size_t count = fread(part.data(), 1, part.size(), pipe))
-        output.append(part.data(), count);
-    if (pclose(pipe) != 0) return std::nullopt;
-    return output;
-}
 
 /// What a row is after a save and a load, by the rules of the file: one signed offset a row, levels with
 /// three decimals.
