@@ -1,5 +1,6 @@
 #include "frmCP.h"
 
+#include "controls/branding.h"
 #include "controls/flex_grid.h"
 #include "controls/metrics.h"
 #include "text.h"
@@ -23,7 +24,8 @@ constexpr int besideGrid = 500;
 constexpr int aboveAndBelowGrid = 1110;
 
 constexpr int edge = pixels(besideGrid) / 2;
-constexpr int stripGap = 10; // between the grid and what stands below it
+constexpr int stripGap = 9; // between the grid and what stands below it
+constexpr int drawingSide = 40;
 
 } // namespace
 
@@ -37,7 +39,9 @@ frmCP::frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& w
     m_grid->setAccessibleName(text("Change points and remarked rows"));
     m_grid->doubleClick = [this] { MSFG_DblClick(); };
 
-    m_lblHint = new QLabel(text("Double-click the list, or press Enter, to write it to a CSV file."), this);
+    m_drawing = new branding::Drawing(this, drawingSide);
+    m_lblHint = new QLabel(
+        text("Double-click the list, or press Enter, to write it to a CSV file beside the project."), this);
     m_lblHint->setObjectName(QStringLiteral("lblHint"));
     m_lblHint->setTextFormat(Qt::PlainText);
     m_lblHint->setWordWrap(true);
@@ -84,14 +88,19 @@ void frmCP::Form_Resize() {
 
 void frmCP::arrange() {
     const QSize button = m_cmdClose->sizeHint().expandedTo({88, 0});
-    const int aboveAndBelow = std::max(pixels(aboveAndBelowGrid), 2 * edge + stripGap + button.height());
+    const int aboveAndBelow =
+        std::max(pixels(aboveAndBelowGrid),
+                 2 * edge + stripGap + std::max(button.height(), 2 * fontMetrics().height()));
     m_grid->setGeometry(edge, edge, std::max(1, width() - pixels(besideGrid)),
                         std::max(1, height() - aboveAndBelow));
-    const QRect strip(edge, m_grid->geometry().bottom() + 1 + stripGap, m_grid->width(),
-                      aboveAndBelow - 2 * edge - stripGap);
-    m_cmdClose->setGeometry(strip.right() + 1 - button.width(), strip.center().y() + 1 - button.height() / 2,
-                            button.width(), button.height());
-    m_lblHint->setGeometry(strip.adjusted(0, 0, -button.width() - stripGap, 0));
+    const int top = m_grid->geometry().bottom() + 1 + stripGap;
+    const QRect strip(edge, top, m_grid->width(), height() - top - stripGap);
+    const auto centred = [&strip](int left, const QSize& size) {
+        return QRect({left, strip.top() + (strip.height() - size.height()) / 2}, size);
+    };
+    m_drawing->move(centred(strip.left(), m_drawing->size()).topLeft());
+    m_cmdClose->setGeometry(centred(strip.right() + 1 - button.width(), button));
+    m_lblHint->setGeometry(strip.adjusted(drawingSide + stripGap, 0, -button.width() - stripGap, 0));
 }
 
 void frmCP::resizeEvent(QResizeEvent* event) {

@@ -37,6 +37,7 @@ class frmCP final : public QDialog {
     QtDesktop& m_desktop;
     sheet::Grid m_list;
     FlexGrid* m_grid;
+    QWidget* m_drawing;
     QLabel* m_lblHint;
     QPushButton* m_cmdClose;
     HalfScreenRule m_halfScreen;
