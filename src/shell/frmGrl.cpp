@@ -183,12 +183,19 @@ void frmGrl::showBook() {
 }
 
 void frmGrl::showStatus() {
+    // A field only grows: a label that changed its size with every text would lay out the whole window on
+    // every key.
+    const auto show = [](QLabel* field, const QString& text) {
+        if (field->text() == text) return;
+        const int width = field->fontMetrics().horizontalAdvance(text) + 2 * groupGap;
+        if (width > field->minimumWidth()) field->setFixedSize(width, field->fontMetrics().height() + gap);
+        field->setText(text);
+    };
     const sheet::Grid& grid = m_book.MSFG;
-    m_lblSide->setText(text("Side %1").arg(QLatin1Char(m_book.CurrentSide)));
-    m_lblHI->setText(text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
-    m_lblReading->setText(text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
-    m_lblRow->setText(text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
-    if (std::exchange(m_statusRow, grid.Row()) != grid.Row()) exchange::tellMarkedRow(grid, m_desktop);
+    show(m_lblSide, text("Side %1").arg(QLatin1Char(m_book.CurrentSide)));
+    show(m_lblHI, text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
+    show(m_lblReading, text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
+    show(m_lblRow, text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
 }
 
 void frmGrl::MouseMove(CommandButton& button, bool bold) {

@@ -282,7 +282,7 @@ TEST_F(Window, TheStatusBarFollowsTheBook) {
     EXPECT_EQ(status(), "The file could not be written.");
     type("7");
     EXPECT_EQ(status(), "The file could not be written.") << "stays until the next command";
-    click("cmdCal");
+    click("cmdIns");
     EXPECT_EQ(status(), "");
 }
 

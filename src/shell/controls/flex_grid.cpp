@@ -2,7 +2,6 @@
 
 #include "../text.h"
 #include "characters.h"
-#include "grid_delegate.h"
 #include "grid_model.h"
 #include "metrics.h"
 
@@ -11,6 +10,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
 
@@ -43,12 +43,11 @@ std::optional<entry::EditKey> editKey(int key) {
 } // namespace
 
 FlexGrid::FlexGrid(sheet::Grid& grid, QWidget* parent)
-    : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)) {
+    : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)), m_cells(grid) {
     setModel(m_model);
-    setItemDelegate(new GridDelegate(*m_model, this));
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
-    setShowGrid(false); // the delegate draws the lines
+    setShowGrid(false); // the cells draw their lines
     setWordWrap(false);
     setCornerButtonEnabled(false);
     setSelectionMode(ContiguousSelection);
@@ -152,6 +151,23 @@ void FlexGrid::updateCursorCells() {
     const QModelIndex cursor = m_model->index(m_shownCursor.row - 1, m_shownCursor.col);
     const QModelIndex end = m_model->index(m_shownEnd.row - 1, m_shownEnd.col);
     viewport()->update(visualRect(cursor).united(visualRect(end)));
+}
+
+void FlexGrid::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.setFont(font());
+    m_cells.begin(*this);
+    const QRect& dirty = event->rect();
+    const int height = verticalHeader()->defaultSectionSize();
+    const int rows = std::min(m_model->rowCount(), m_grid.Rows() - 1);
+    for (int row = std::max(0, verticalHeader()->logicalIndexAt(dirty.top())); row < rows; ++row) {
+        const int top = verticalHeader()->sectionViewportPosition(row);
+        if (top > dirty.bottom()) break;
+        for (int col = 0; col < m_grid.Cols(); ++col) {
+            const QRect box(columnViewportPosition(col), top, columnWidth(col), height);
+            if (!box.isEmpty() && event->region().intersects(box)) m_cells.paint(painter, box, row + 1, col);
+        }
+    }
 }
 
 void FlexGrid::keyPressEvent(QKeyEvent* event) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cell_painter.h"
+
 #include "entry/key_entry.h"
 #include "sheet/grid.h"
 
@@ -35,6 +37,7 @@ class FlexGrid final : public QTableView {
     [[nodiscard]] int fullWidth() const;
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
@@ -65,6 +68,7 @@ class FlexGrid final : public QTableView {
 
     sheet::Grid& m_grid;
     GridModel* m_model;
+    CellPainter m_cells;
     double m_fontSize = 0;
     std::vector<int> m_widths; // twips as last applied
     Cell m_shownCursor{0, 0};
