@@ -42,6 +42,7 @@ IndexPage Index::read(std::uint32_t page) const {
 
 /// The way to the leaf where `wanted` stands or belongs.
 void Index::descend(ByteView wanted, Path& path) const {
+    if (descendAgain(wanted, path)) return;
     path.size = 0;
     std::uint32_t number = m_data.root;
     bool edge = true;
@@ -51,6 +52,7 @@ void Index::descend(ByteView wanted, Path& path) const {
         std::size_t at = page.find(wanted);
         if (page.leaf()) {
             path.steps[path.size++] = {number, at, false, false, edge};
+            m_last = path;
             return;
         }
         const bool viaTail = at == page.end() && page.tail() != 0;
@@ -63,6 +65,28 @@ void Index::descend(ByteView wanted, Path& path) const {
         edge = edge && (viaTail || (page.tail() == 0 && page.after(at) == page.end()));
         number = viaTail ? page.tail() : page.child(at);
     }
+}
+
+/// Neighbouring keys are mostly wanted one after the other: the leaf of the last one is tried first. It is
+/// the right one when `wanted` lies between its entries, or behind them and there is no leaf behind.
+bool Index::descendAgain(ByteView wanted, Path& path) const {
+    if (m_last.size == 0) return false;
+    Step& step = m_last.back();
+    const IndexPage leaf = read(step.page);
+    const std::size_t at = leaf.find(wanted);
+    if (at == leaf.begin() && (leaf.previous() != 0 || leaf.empty())) return false;
+    if (at == leaf.end()) {
+        if (!step.edge) return false;
+        for (std::size_t level = 0; level + 1 < m_last.size; ++level) {
+            Step& above = m_last.steps[level];
+            if (above.viaTail) continue;
+            const IndexPage node = read(above.page);
+            above.beyond = node.find(wanted) == node.end();
+        }
+    }
+    step.at = at;
+    path = m_last;
+    return true;
 }
 
 bool Index::contains(ByteView key) const {
@@ -122,6 +146,7 @@ void Index::put(Path& path, std::size_t level, ByteView entry) {
     const IndexPage before(page, layout, m_owner);
     const std::size_t trail = before.leaf() ? 0 : entryChildBytes;
     const std::size_t at = before.find(entry.first(entry.size() - trail));
+    if (level + 1 != path.size) m_last.size = 0;
     if (insertEntry(page, layout, before, at, entry)) return;
     EntryList all;
     std::size_t fresh = 0;
@@ -166,6 +191,7 @@ std::size_t Index::splitPlace(const EntryList& entries, std::size_t fresh, bool 
 }
 
 void Index::split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh) {
+    m_last.size = 0;
     const Layout& layout = m_pager.layout();
     const Step& step = path.steps[level];
     const IndexPage old = read(step.page);
@@ -243,6 +269,7 @@ bool Index::fixSeparator(Path& path, std::size_t level, ByteView last, bool exac
     const Step& step = path.steps[level];
     const IndexPage page = read(step.page);
     if (page.equals(step.at, last)) return false;
+    m_last.size = 0;
     const std::uint32_t child = page.child(step.at);
     const bool upper = level + 2 < path.size;
     const bool edge = upper && step.edge && page.after(step.at) == page.end();
@@ -318,6 +345,7 @@ void Index::remove(ByteView key, RowPointer row) {
 
 /// Takes an empty page out of its level and its parent.
 void Index::removePage(Path& path, std::size_t level) {
+    m_last.size = 0;
     const std::uint32_t number = path.steps[level].page;
     const IndexPage page = read(number);
     const std::uint32_t previous = page.previous();
@@ -374,6 +402,7 @@ void Index::mergeTailNode(Path& path, std::size_t level) {
 }
 
 void Index::collapseRoot() {
+    m_last.size = 0;
     const Layout& layout = m_pager.layout();
     for (;;) {
         Edit edit = m_pager.edit(m_data.root);
@@ -401,6 +430,7 @@ void Index::collapseRoot() {
 }
 
 void Index::clear() {
+    m_last.size = 0;
     for (std::uint32_t page : m_map.pages())
         if (page != m_data.root) m_pager.release(page);
     m_map.clear();

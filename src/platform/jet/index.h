@@ -52,6 +52,7 @@ class Index {
 
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
+    [[nodiscard]] bool descendAgain(ByteView wanted, Path& path) const;
     [[nodiscard]] bool standsOn(const Path& path, ByteView entry) const;
     [[nodiscard]] std::vector<std::uint8_t> entryOf(RowPointer row) const;
     void put(Path& path, std::size_t level, ByteView entry);
@@ -74,6 +75,7 @@ class Index {
     IndexData& m_data;
     UsageMap m_map;
     bool m_edgeOpen = false;
+    mutable Path m_last; ///< the way that was taken last; size 0 once the tree has changed its shape
 };
 
 } // namespace jet

@@ -12,24 +12,29 @@ namespace {
 constexpr std::size_t longestPrefix = 255;
 constexpr std::size_t wordBits = 64;
 
+/// Bits of a mask, 64 at a time. The mask that is read goes on into the entries up to a whole number of
+/// words, so bits behind the last entry mean nothing.
 std::uint64_t loadWord(ByteView mask, std::size_t word) {
     std::uint64_t bits = 0;
-    const std::size_t at = word * 8;
-    const std::size_t length = std::min<std::size_t>(8, mask.size() - at);
+    const std::uint8_t* from = mask.subspan(word * 8, 8).data();
     if constexpr (std::endian::native == std::endian::little) {
-        std::memcpy(&bits, mask.data() + at, length);
+        std::memcpy(&bits, from, 8);
     } else {
-        for (std::size_t i = 0; i < length; ++i)
-            bits |= std::uint64_t{mask[at + i]} << (8 * i);
+        for (std::size_t i = 0; i < 8; ++i)
+            bits |= std::uint64_t{from[i]} << (8 * i);
     }
     return bits;
 }
 
-void storeWord(ByteSpan mask, std::size_t word, std::uint64_t bits) {
+/// Stores the bits of a word that belong to the mask itself, which is `length` bytes long.
+void storeWord(ByteSpan mask, std::size_t length, std::size_t word, std::uint64_t bits) {
     const std::size_t at = word * 8;
-    const std::size_t length = std::min<std::size_t>(8, mask.size() - at);
-    for (std::size_t i = 0; i < length; ++i)
+    for (std::size_t i = 0; i < std::min<std::size_t>(8, length - at); ++i)
         mask[at + i] = static_cast<std::uint8_t>(bits >> (8 * i));
+}
+
+std::size_t wordBytes(std::size_t maskBytes) {
+    return (maskBytes + 7) / 8 * 8;
 }
 
 std::size_t wordCount(ByteView mask) {
@@ -53,32 +58,34 @@ void clearBits(ByteSpan mask, std::size_t from, std::size_t to) {
 }
 
 /// Moves the bits at `from` and behind up by `by`.
-void shiftUp(ByteSpan mask, std::size_t from, std::size_t by) {
+void shiftUp(ByteSpan mask, std::size_t length, std::size_t from, std::size_t by) {
     const std::size_t words = by / wordBits;
     const std::size_t bits = by % wordBits;
     for (std::size_t word = wordCount(mask); word-- > from / wordBits;) {
-        const auto source = [&](std::size_t i) { return loadWord(mask, i) & notBelow(i, from); };
+        const auto source = [&](std::size_t i) {
+            return loadWord(mask, i) & notBelow(i, from) & ~notBelow(i, length * 8);
+        };
         std::uint64_t moved = 0;
         if (word >= words) {
             moved = source(word - words) << bits;
             if (bits != 0 && word > words) moved |= source(word - words - 1) >> (wordBits - bits);
         }
-        storeWord(mask, word, (loadWord(mask, word) & ~notBelow(word, from)) | moved);
+        storeWord(mask, length, word, (loadWord(mask, word) & ~notBelow(word, from)) | moved);
     }
 }
 
 /// Moves the bits at `from` and behind down by `by`, over the bits before them.
-void shiftDown(ByteSpan mask, std::size_t from, std::size_t by) {
+void shiftDown(ByteSpan mask, std::size_t length, std::size_t from, std::size_t by) {
     const std::size_t to = from - by;
     const std::size_t words = by / wordBits;
     const std::size_t bits = by % wordBits;
     for (std::size_t word = to / wordBits; word < wordCount(mask); ++word) {
         const auto source = [&](std::size_t i) {
-            return i < wordCount(mask) ? loadWord(mask, i) & notBelow(i, from) : 0;
+            return i < wordCount(mask) ? loadWord(mask, i) & notBelow(i, from) & ~notBelow(i, length * 8) : 0;
         };
         std::uint64_t moved = source(word + words) >> bits;
         if (bits != 0) moved |= source(word + words + 1) << (wordBits - bits);
-        storeWord(mask, word, (loadWord(mask, word) & ~notBelow(word, to)) | moved);
+        storeWord(mask, length, word, (loadWord(mask, word) & ~notBelow(word, to)) | moved);
     }
 }
 
@@ -124,7 +131,7 @@ IndexPage::IndexPage(const View& page, const Layout& layout, std::uint32_t owner
       m_prefix(layout.prefixBytes == 1 ? page.u8(layout.prefixAt) : page.u16(layout.prefixAt)),
       m_trail(m_leaf ? 0 : entryChildBytes),
       m_entries(page.bytes(layout.entriesAt, layout.entryRoom())),
-      m_mask(page.bytes(layout.maskAt, layout.maskBytes)) {
+      m_mask(page.bytes(layout.maskAt, wordBytes(layout.maskBytes))) {
     if (!m_leaf && page.u8(0) != static_cast<std::uint8_t>(PageKind::IndexNode))
         page.fail(0, "an index page is expected");
     if (page.u32(ownerAt) != owner) page.fail(ownerAt, "an index page belongs to another table");
@@ -252,9 +259,9 @@ bool insertEntry(Edit page, const Layout& layout, const IndexPage& read, std::si
     if (used + part.size() > layout.entryRoom()) return false;
     page.move(layout.entriesAt + at, layout.entriesAt + at + part.size(), used - at);
     page.setBytes(layout.entriesAt + at, part);
-    const ByteSpan mask = page.room(layout.maskAt, layout.maskBytes);
+    const ByteSpan mask = page.room(layout.maskAt, wordBytes(layout.maskBytes));
     if (at < used)
-        shiftUp(mask, at + 1, part.size());
+        shiftUp(mask, layout.maskBytes, at + 1, part.size());
     else
         clearBits(mask, used + 1, used + part.size()); // left-over bits of other writers
     setBit(mask, at + part.size());
@@ -274,7 +281,8 @@ void eraseEntry(Edit page, const Layout& layout, const IndexPage& read, std::siz
     } else {
         page.move(layout.entriesAt + stop, layout.entriesAt + at, used - stop);
         page.fill(layout.entriesAt + left, used - left, 0);
-        shiftDown(page.room(layout.maskAt, layout.maskBytes), stop + 1, stop - at);
+        shiftDown(page.room(layout.maskAt, wordBytes(layout.maskBytes)), layout.maskBytes, stop + 1,
+                  stop - at);
     }
     saveUsed(page, layout, left);
 }
