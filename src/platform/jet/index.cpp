@@ -3,6 +3,7 @@
 #include "pager.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace jet {
 
@@ -13,7 +14,9 @@ namespace {
 const std::vector<std::uint8_t> openEdge(18, 0xFF);
 
 std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row) {
-    std::vector<std::uint8_t> entry(key.begin(), key.end());
+    std::vector<std::uint8_t> entry;
+    entry.reserve(key.size() + entryRowBytes);
+    putBytes(entry, key);
     for (int shift = 16; shift >= 0; shift -= 8)
         put8(entry, row.page >> shift & 0xFF);
     put8(entry, row.row);
@@ -53,6 +56,7 @@ void Index::descend(ByteView wanted, Path& path) const {
         if (page.leaf()) {
             path.steps[path.size++] = {number, at, false, false, edge};
             m_last = path;
+            m_lastWanted.assign(wanted.begin(), wanted.end());
             return;
         }
         const bool viaTail = at == page.end() && page.tail() != 0;
@@ -73,6 +77,10 @@ bool Index::descendAgain(ByteView wanted, Path& path) const {
     if (m_last.size == 0) return false;
     Step& step = m_last.back();
     const IndexPage leaf = read(step.page);
+    if (isWhereLastWas(leaf, wanted)) {
+        path = m_last;
+        return true;
+    }
     const std::size_t at = leaf.find(wanted);
     if (at == leaf.begin() && (leaf.previous() != 0 || leaf.empty())) return false;
     if (at == leaf.end()) {
@@ -86,7 +94,20 @@ bool Index::descendAgain(ByteView wanted, Path& path) const {
     }
     step.at = at;
     path = m_last;
+    m_lastWanted.assign(wanted.begin(), wanted.end());
     return true;
+}
+
+/// A key that was just sought is mostly inserted next; without an entry of that key it goes to the same
+/// place.
+bool Index::isWhereLastWas(const IndexPage& leaf, ByteView wanted) const {
+    if (m_lastWanted.empty() || wanted.size() < m_lastWanted.size() ||
+        std::memcmp(wanted.data(), m_lastWanted.data(), m_lastWanted.size()) != 0)
+        return false;
+    if (wanted.size() == m_lastWanted.size()) return true;
+    const Step& step = m_last.steps[m_last.size - 1];
+    if (step.at != leaf.end()) return !leaf.startsWith(step.at, m_lastWanted);
+    return m_last.size == 1 || (step.edge && m_last.steps[m_last.size - 2].viaTail);
 }
 
 bool Index::contains(ByteView key) const {
@@ -145,8 +166,10 @@ void Index::put(Path& path, std::size_t level, ByteView entry) {
     Edit page = m_pager.edit(number);
     const IndexPage before(page, layout, m_owner);
     const std::size_t trail = before.leaf() ? 0 : entryChildBytes;
-    const std::size_t at = before.find(entry.first(entry.size() - trail));
+    const std::size_t at =
+        before.leaf() ? path.steps[level].at : before.find(entry.first(entry.size() - trail));
     if (level + 1 != path.size) m_last.size = 0;
+    m_lastWanted.clear();
     if (insertEntry(page, layout, before, at, entry)) return;
     EntryList all;
     std::size_t fresh = 0;
@@ -332,6 +355,7 @@ void Index::remove(ByteView key, RowPointer row) {
     const IndexPage leaf = read(number);
     const std::size_t at = path.back().at;
     const bool wasLast = leaf.after(at) == leaf.end();
+    m_lastWanted.clear();
     eraseEntry(m_pager.edit(number), m_pager.layout(), leaf, at);
     if (path.size == 1) return;
     if (read(number).empty()) {

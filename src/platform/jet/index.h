@@ -53,6 +53,7 @@ class Index {
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
     [[nodiscard]] bool descendAgain(ByteView wanted, Path& path) const;
+    [[nodiscard]] bool isWhereLastWas(const IndexPage& leaf, ByteView wanted) const;
     [[nodiscard]] bool standsOn(const Path& path, ByteView entry) const;
     [[nodiscard]] std::vector<std::uint8_t> entryOf(RowPointer row) const;
     void put(Path& path, std::size_t level, ByteView entry);
@@ -76,6 +77,7 @@ class Index {
     UsageMap m_map;
     bool m_edgeOpen = false;
     mutable Path m_last; ///< the way that was taken last; size 0 once the tree has changed its shape
+    mutable std::vector<std::uint8_t> m_lastWanted; ///< what was wanted; empty once the leaf has changed
 };
 
 } // namespace jet

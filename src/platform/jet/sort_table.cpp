@@ -66,9 +66,11 @@ SortTable::SortTable(std::string_view tokens, std::size_t characters) {
         m_runs.push_back(run);
     }
     m_runOf.resize(characters);
+    for (std::size_t i = 0; i < m_low.size(); ++i)
+        m_low[i] = codeOf(i);
 }
 
-SortCode SortTable::operator[](std::size_t character) const {
+SortCode SortTable::codeOf(std::size_t character) const {
     const Run& run = m_runs[m_runOf[character]];
     SortCode code = run.code;
     if (code.kind == 'r') {

@@ -44,16 +44,21 @@ class SortTable {
     SortTable(std::string_view tokens, std::size_t characters);
 
     /// The codes of a character; those of a counting run are made for it.
-    [[nodiscard]] SortCode operator[](std::size_t character) const;
+    [[nodiscard]] SortCode operator[](std::size_t character) const {
+        return character < m_low.size() ? m_low[character] : codeOf(character);
+    }
 
     [[nodiscard]] static const SortTable& general();
     [[nodiscard]] static const SortTable& jet3();
 
   private:
+    [[nodiscard]] SortCode codeOf(std::size_t character) const;
+
     struct Run {
         std::size_t first;
         SortCode code;
     };
+    std::array<SortCode, 0x100> m_low{}; ///< ready, as most texts have no others
     std::vector<Run> m_runs;
     std::vector<std::uint16_t> m_runOf;
 };

@@ -15,6 +15,8 @@ std::uint32_t littleSpace(const Layout& layout) {
     return layout.pageSize / 20;
 }
 
+constexpr std::size_t usualKey = 64; ///< bytes; longer keys grow
+
 [[noreturn]] void failNoRow() {
     throw Error(ErrorKind::NotFound, "No current record.");
 }
@@ -129,6 +131,7 @@ TableStore::Keys TableStore::keysOf(const Row& row) {
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const IndexData& data = m_def.indexData[i];
         Bytes key;
+        key.reserve(usualKey);
         std::size_t nulls = 0;
         for (const IndexData::Part& part : data.columns) {
             const ColumnDef* column = m_def.columnOfNumber(part.column);
@@ -193,7 +196,7 @@ void TableStore::buildProbe(const Row& row) {
     if (row.size() != m_def.columns.size())
         throw Error(ErrorKind::TypeMismatch,
                     "The row has another number of values than the table has fields.");
-    std::vector<Bytes> references(row.size());
+    std::vector<Bytes> references(m_longValues.empty() ? 0 : row.size());
     for (std::size_t i = 0; i < row.size(); ++i) {
         const ColumnDef& column = m_def.columns[i];
         requireValue(column, row[i], m_pager.format());
@@ -408,6 +411,7 @@ void TableStore::seek(int index, std::span<const Value> key, const std::function
                     "The index '" + info.name + "' is sorted in a way that is not known.");
     const std::size_t data = m_def.indexes[static_cast<std::size_t>(index)].data;
     Bytes bytes;
+    bytes.reserve(usualKey);
     for (std::size_t i = 0; i < std::min(key.size(), info.columns.size()); ++i) {
         const ColumnDef& column = m_def.columns[static_cast<std::size_t>(info.columns[i].column)];
         // A text longer than the column has no row, but its key is well defined.
