@@ -5,6 +5,7 @@
 
 #include "shell/controls/flex_grid.h"
 #include "shell/controls/grid_model.h"
+#include "tools/start_routine.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -80,7 +81,7 @@ void Player::openWindow() {
     surroundings.endProgram = [] {};
     surroundings.beeped = [this] { ++m_beeps; };
     surroundings.spreadsheet = m_sheet;
-    m_window = std::make_unique<shell::frmGrl>(std::move(surroundings));
+    mdlTools::Main([&] { m_window = std::make_unique<shell::frmGrl>(std::move(surroundings)); });
     m_window->Form_Load();
     m_window->activateWindow();
     settle();

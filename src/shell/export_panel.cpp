@@ -48,6 +48,13 @@ std::vector<const char*> itemsOf(exchange::TextBox exchange::ExportFrame::*value
     return list(Frame::gutterSlopes);
 }
 
+/// Tab goes to the chosen one of two options, the arrow keys to the other.
+void choose(QRadioButton* chosen, QRadioButton* other) {
+    chosen->setChecked(true);
+    chosen->setFocusPolicy(Qt::StrongFocus);
+    other->setFocusPolicy(Qt::ClickFocus);
+}
+
 constexpr const char* widestLeft = "Carriage Way Width:";
 
 /// The boxes of all frames of a column stand below each other, as wide as the widest label and unit leave
@@ -239,8 +246,10 @@ QWidget* ExportPanel::buildWidths() {
                              [this] { m_frame.optWTot_Click(); });
     grid.addWidget(total, 2, 0);
     addField(grid, 2, makeText("txtTW", &Frame::txtTW, "Total formation width, m", 6), "m");
-    m_mirrors.emplace_back(
-        [this, sides, total] { (m_frame.width == Frame::Sides ? sides : total)->setChecked(true); });
+    m_mirrors.emplace_back([this, sides, total] {
+        const bool isTotal = m_frame.width == Frame::Total;
+        choose(isTotal ? total : sides, isTotal ? sides : total);
+    });
     alignBoxes(grid, widestLeft);
     return group;
 }
@@ -279,8 +288,10 @@ QWidget* ExportPanel::buildGutter() {
     grid.addWidget(top, 1, 0);
     auto* topWidth = makeText("txtTopW", &Frame::txtTopW, "Gutter top width, m", 6);
     addField(grid, 1, topWidth, "m");
-    m_mirrors.emplace_back(
-        [this, slope, top] { (m_frame.optGut == Frame::Slope ? slope : top)->setChecked(true); });
+    m_mirrors.emplace_back([this, slope, top] {
+        const bool isSlope = m_frame.optGut == Frame::Slope;
+        choose(isSlope ? slope : top, isSlope ? top : slope);
+    });
 
     auto* inner = makeCombo("cboGIS", &Frame::cboGIS, "Gutter inner side, X of X : 1");
     auto* outer = makeCombo("cboGOS", &Frame::cboGOS, "Gutter outer side, X of X : 1");
