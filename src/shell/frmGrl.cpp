@@ -196,6 +196,8 @@ void frmGrl::showStatus() {
     show(m_lblHI, text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
     show(m_lblReading, text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
     show(m_lblRow, text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
+    // What the transfer did not accept about a row is said when the cursor comes to it.
+    if (std::exchange(m_statusRow, grid.Row()) != grid.Row()) exchange::tellMarkedRow(grid, m_desktop);
 }
 
 void frmGrl::MouseMove(CommandButton& button, bool bold) {
