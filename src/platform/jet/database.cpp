@@ -145,8 +145,9 @@ void Database::addColumn(std::string_view tableName, const ColumnDesign& column)
     if (store->def().maxColumns >= mostColumns)
         throw Error(ErrorKind::InvalidDesign, "Too many fields defined.");
     m_state->pager.requireWritable();
-    ChangeGuard guard(m_state->pager);
     ColumnDef def = columnDefOf(column, format());
+    if (def.fixed() && def.type != ColumnType::Boolean) def.fixedOffset = store->nextFixedOffset();
+    ChangeGuard guard(m_state->pager);
     if (def.isLongValue()) {
         std::uint32_t mapPage = store->def().ownedPages.page;
         LongValueMaps maps;

@@ -13,6 +13,9 @@ namespace {
 /// than any entry (at most ten flag bytes FF and a row pointer).
 const std::vector<std::uint8_t> openEdge(18, 0xFF);
 
+/// Entries that are looked through in all for rows whose keys are not where they should be.
+constexpr std::size_t mostSearched = 5'000'000;
+
 std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row) {
     std::vector<std::uint8_t> entry;
     entry.reserve(key.size() + entryRowBytes);
@@ -271,9 +274,11 @@ void Index::splitRoot(const EntryList& entries, std::size_t middle, bool leaf) {
 void Index::fixSeparators(ByteView entry, bool exactEdge) {
     Path path;
     std::vector<std::uint8_t> last;
-    for (bool again = true; again;) {
+    bool again = true;
+    for (std::size_t rounds = 0; again; ++rounds) {
         again = false;
         descend(entry, path);
+        if (rounds > 4 * Path::most) m_pager.view(m_data.root).fail(0, "an index is out of order");
         const IndexPage leaf = read(path.back().page);
         if (leaf.empty()) return;
         leaf.entry(leaf.before(leaf.end()), last);
@@ -323,7 +328,7 @@ bool Index::standsOn(const Path& path, ByteView entry) const {
 }
 
 /// The entry of a row, whatever its key; empty when there is none.
-std::vector<std::uint8_t> Index::entryOf(RowPointer row) const {
+std::vector<std::uint8_t> Index::entryOf(RowPointer row) {
     std::vector<std::uint8_t> entry;
     Path path;
     descend({}, path);
@@ -331,6 +336,7 @@ std::vector<std::uint8_t> Index::entryOf(RowPointer row) const {
     for (std::uint32_t visited = 0; number != 0 && visited <= m_pager.pageCount(); ++visited) {
         const IndexPage page = read(number);
         for (std::size_t at = page.begin(); at < page.end(); at = page.after(at)) {
+            if (++m_searched > mostSearched) m_pager.view(m_data.root).fail(0, "an index does not fit its rows");
             if (page.row(at) != row) continue;
             page.entry(at, entry);
             return entry;
@@ -428,7 +434,7 @@ void Index::mergeTailNode(Path& path, std::size_t level) {
 void Index::collapseRoot() {
     m_last.size = 0;
     const Layout& layout = m_pager.layout();
-    for (;;) {
+    for (std::size_t levels = 0; levels < Path::most; ++levels) {
         Edit edit = m_pager.edit(m_data.root);
         const IndexPage root(edit, layout, m_owner);
         if (root.leaf()) return;

@@ -55,7 +55,7 @@ class Index {
     [[nodiscard]] bool descendAgain(ByteView wanted, Path& path) const;
     [[nodiscard]] bool isWhereLastWas(const IndexPage& leaf, ByteView wanted) const;
     [[nodiscard]] bool standsOn(const Path& path, ByteView entry) const;
-    [[nodiscard]] std::vector<std::uint8_t> entryOf(RowPointer row) const;
+    [[nodiscard]] std::vector<std::uint8_t> entryOf(RowPointer row);
     void put(Path& path, std::size_t level, ByteView entry);
     void split(Path& path, std::size_t level, const EntryList& entries, std::size_t fresh);
     void splitRoot(const EntryList& entries, std::size_t middle, bool leaf);
@@ -76,6 +76,7 @@ class Index {
     IndexData& m_data;
     UsageMap m_map;
     bool m_edgeOpen = false;
+    std::size_t m_searched = 0; ///< entries, by entryOf()
     mutable Path m_last; ///< the way that was taken last; size 0 once the tree has changed its shape
     mutable std::vector<std::uint8_t> m_lastWanted; ///< what was wanted; empty once the leaf has changed
 };

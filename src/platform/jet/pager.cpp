@@ -101,6 +101,11 @@ void Pager::release(std::uint32_t number, PageKind mark) {
     freePages().release(number);
 }
 
+void Pager::requireSound() const {
+    if (m_spoiled)
+        throw Error(ErrorKind::Corrupt, "A change was broken off half-way; nothing of it is written.");
+}
+
 void Pager::flush() {
     if (m_freePages) m_freePages->save();
 }
@@ -108,8 +113,7 @@ void Pager::flush() {
 void Pager::commit() {
     if (!changed()) return;
     requireWritable();
-    if (m_spoiled)
-        throw Error(ErrorKind::Corrupt, "A change was broken off half-way; nothing of it is written.");
+    requireSound();
     flush();
     m_file->beginReplace();
     try {

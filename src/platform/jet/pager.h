@@ -50,6 +50,8 @@ class Pager {
     /// flush() and replace the file.
     void commit();
 
+    /// Throws when a change was broken off half-way since the file was opened.
+    void requireSound() const;
     /// Marks the content as unfit for commit: a change was broken off half-way.
     void spoil() { m_spoiled = true; }
 
@@ -79,7 +81,10 @@ class Pager {
 /// was broken off (damage met half-way, no memory) never reaches the file.
 class ChangeGuard {
   public:
-    explicit ChangeGuard(Pager& pager) : m_pager(pager) { pager.requireWritable(); }
+    explicit ChangeGuard(Pager& pager) : m_pager(pager) {
+        pager.requireWritable();
+        pager.requireSound();
+    }
     ChangeGuard(const ChangeGuard&) = delete;
     ChangeGuard& operator=(const ChangeGuard&) = delete;
     ~ChangeGuard() {

@@ -64,6 +64,7 @@ class Cursor {
     RowId m_at{};
     int m_nextSlot = 0;
     bool m_decoded = false;
+    std::uint64_t m_longBytes = 0; ///< of the rows decoded so far
     Row m_row;
 };
 

@@ -126,6 +126,18 @@ void TableStore::read(RowId id, Row& into) {
         decodeColumn(m_pager, m_def.columns[i], stored, into[i]);
 }
 
+std::size_t TableStore::longValueSize(const Row& row) const {
+    std::size_t size = 0;
+    for (const LongValueMaps& maps : m_def.longValues) {
+        const ColumnDef* column = m_def.columnOfNumber(maps.column);
+        if (column == nullptr) continue;
+        const Value& value = row[static_cast<std::size_t>(column - m_def.columns.data())];
+        if (const auto* text = std::get_if<std::string>(&value)) size += text->size();
+        if (const auto* bytes = std::get_if<Bytes>(&value)) size += bytes->size();
+    }
+    return size;
+}
+
 TableStore::Keys TableStore::keysOf(const Row& row) {
     Keys keys(m_def.indexData.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
@@ -425,31 +437,33 @@ void TableStore::seek(int index, std::span<const Value> key, const std::function
     m_trees[data]->each(bytes, [&](RowPointer row) { return take({row.page, row.row}); });
 }
 
+std::uint16_t TableStore::nextFixedOffset() {
+    std::size_t end = 0;
+    for (const ColumnDef& column : m_def.columns)
+        if (column.fixed() && column.type != ColumnType::Boolean)
+            end = std::max<std::size_t>(end, column.fixedOffset + column.length);
+    // Bytes of deleted columns may lie behind those of the others.
+    const bool deleted = m_def.maxColumns > m_def.columns.size();
+    const std::size_t head = m_pager.layout().jet4() ? 2 : 1;
+    for (Cursor cursor(*this); deleted && cursor.next();) {
+        const StoredRow stored(rowView(cursor.id()), m_pager.layout(), m_def);
+        if (stored.columnCount() == m_def.maxColumns) end = std::max(end, stored.fixedEnd() - head);
+    }
+    if (end > m_pager.layout().longestRow)
+        throw Error(ErrorKind::InvalidDesign, "The fields of the table are too long for a record.");
+    return static_cast<std::uint16_t>(end);
+}
+
 void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
     flush();
-    const bool firstVariable = m_def.variableSlots == 0 && !column.fixed();
+    // Rows without a variable part would be misread once the table has a variable column.
     std::vector<std::pair<RowId, Row>> rows;
-    if (column.fixed() || firstVariable) {
-        std::size_t fixedEnd = 0;
-        for (const ColumnDef& other : m_def.columns)
-            if (other.fixed() && other.type != ColumnType::Boolean)
-                fixedEnd = std::max<std::size_t>(fixedEnd, other.fixedOffset + other.length);
-        // Bytes of deleted columns may lie behind those of the others.
-        const std::size_t head = m_pager.layout().jet4() ? 2 : 1;
-        const bool deleted = m_def.maxColumns > m_def.columns.size();
-        if (deleted || firstVariable)
-            for (Cursor cursor(*this); cursor.next();) {
-                const StoredRow stored(bodyView(locate(cursor.id())), m_pager.layout(), m_def);
-                if (stored.columnCount() == m_def.maxColumns)
-                    fixedEnd = std::max(fixedEnd, stored.fixedEnd() - head);
-                if (firstVariable) rows.emplace_back(cursor.id(), cursor.row());
-            }
-        if (column.type != ColumnType::Boolean) column.fixedOffset = static_cast<std::uint16_t>(fixedEnd);
-    }
+    if (m_def.variableSlots == 0 && !column.fixed())
+        for (Cursor cursor(*this); cursor.next();)
+            rows.emplace_back(cursor.id(), cursor.row());
     column.variableSlot = m_def.variableSlots;
     m_def.addColumn(m_pager, std::move(column), maps);
     describe();
-    // Rows without a variable part would be misread now that the table has a variable column.
     for (auto& [id, row] : rows) {
         row.emplace_back();
         m_builder->build(row, std::vector<Bytes>(row.size()), m_row);

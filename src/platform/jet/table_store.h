@@ -25,12 +25,16 @@ class TableStore {
     [[nodiscard]] bool exists(RowId id);
     void read(RowId id, Row& into);
     [[nodiscard]] View rowView(RowId id) { return bodyView(locate(id)); } ///< the stored bytes
+    /// Bytes of the long values of a row.
+    [[nodiscard]] std::size_t longValueSize(const Row& row) const;
     RowId insert(const Row& row);
     void update(RowId id, const Row& row);
     void erase(RowId id);
     void clear();
     void seek(int index, std::span<const Value> key, const std::function<bool(RowId)>& take);
 
+    /// Where a further column of fixed length belongs. InvalidDesign when there is no room.
+    [[nodiscard]] std::uint16_t nextFixedOffset();
     /// Appends a column; existing rows are written anew where the format needs it.
     void addColumn(ColumnDef column, const LongValueMaps* maps);
     /// Brings counters and separators that are kept aside into the pages.

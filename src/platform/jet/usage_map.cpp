@@ -69,7 +69,8 @@ UsageMap::UsageMap(Pager& pager, RowPointer where) : m_pager(pager), m_where(whe
     m_window = static_cast<std::uint32_t>(row.size() - std::min<std::size_t>(row.size(), bitsAt)) * 8;
     m_bits.resize(pager.pageCount() / wordBits + 1);
     const auto take = [&](std::uint32_t member) {
-        if (member >= pager.pageCount()) row.fail(0, "a usage map names a page behind the end of the file");
+        if (member <= catalogPage || member >= pager.pageCount())
+            row.fail(0, "a usage map names a page that cannot be meant");
         m_bits[member / wordBits] |= std::uint64_t{1} << member % wordBits;
     };
     readUsageMap(pager, row, take, m_mapPages);
