@@ -61,7 +61,7 @@ void BM_CsvOfTheBook(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() *
                             static_cast<std::int64_t>(std::filesystem::file_size(c.folder / "Site1.csv")));
 }
-BENCHMARK(BM_CsvOfTheBook)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CsvOfTheBook)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 enum class Sync : bool { No, Yes };
 
@@ -79,8 +79,8 @@ void BM_PlainWrite(benchmark::State& state, Sync sync) {
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
-BENCHMARK_CAPTURE(BM_PlainWrite, unsynced, Sync::No)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_PlainWrite, synced, Sync::Yes)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_PlainWrite, unsynced, Sync::No)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(BM_PlainWrite, synced, Sync::Yes)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_ImportFromLibreOffice(benchmark::State& state) {
     if (!RunningOffice::isInstalled() || !std::filesystem::exists(SHEET_READER)) {
