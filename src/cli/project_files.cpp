@@ -8,6 +8,7 @@
 #include "project/project_commands.h"
 #include "project/project_file.h"
 #include "sheet/arithmetic_check.h"
+#include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
 

@@ -17,6 +17,7 @@ using desktop::Answer;
 using desktop::Buttons;
 
 constexpr const char* noFile = "*.grl";
+constexpr const char* setAsideNote = "The unsaved book is kept: the next start of the program offers it.";
 constexpr const char* saveChanges = "Do you want to Save the changes you made to this file";
 constexpr sheet::Colour failedSave = sheet::rgb(240, 210, 220);
 
@@ -191,7 +192,11 @@ void openProject(sheet::Book& book, desktop::Desktop& desktop) {
     if (!chooseFile(book, desktop, desktop::FileDialog::Open, before)) return;
     book.CurrentFile = book.FileName;
     const std::string copy = setAside(book, desktop);
-    if (op(book, desktop) && !wanted && !copy.empty()) basic::kill(copy);
+    const bool loaded = op(book, desktop);
+    if (!copy.empty() && loaded && !wanted)
+        basic::kill(copy);
+    else if (!copy.empty())
+        desktop.status(setAsideNote);
     desktop.focusGrid();
 }
 
@@ -199,8 +204,9 @@ void openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry) {
     const std::string& path = book.mnuX.at(static_cast<std::size_t>(entry) - 1);
     if (path.empty()) return;
     book.FileName = path;
-    setAside(book, desktop);
+    const std::string copy = setAside(book, desktop);
     op(book, desktop);
+    if (!copy.empty()) desktop.status(setAsideNote);
 }
 
 void saveProject(sheet::Book& book, desktop::Desktop& desktop) {

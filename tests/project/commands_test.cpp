@@ -288,6 +288,7 @@ TEST_F(CommandsTest, RecentEntryLoadsWithoutAQuestionAndSetsTheUnsavedGridAside)
     EXPECT_EQ(book.MSFG.Text(1, Remark), "the old book");
     EXPECT_EQ(book.FileName, path);
     EXPECT_EQ(book.CurrentFile, "/books/own.grl");
+    EXPECT_THAT(desktop.statuses.back(), HasSubstr("unsaved book is kept"));
 
     desktop.answers = {Answer::Yes};
     sheet::Book next;
