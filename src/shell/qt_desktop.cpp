@@ -23,6 +23,7 @@ namespace shell {
 namespace {
 
 constexpr const char* projectFilter = "*.grl";
+constexpr int inputWidth = 340; // room for a number and for the box's title
 
 desktop::Answer answerOf(int button) {
     switch (button) {
@@ -90,6 +91,7 @@ std::string QtDesktop::inputBox(std::string_view prompt, std::string_view title,
     box.setWindowTitle(fromUtf8(title));
     box.setLabelText(fromUtf8(prompt));
     box.setTextValue(fromUtf8(initial));
+    box.resize(box.sizeHint().expandedTo({inputWidth, 0}));
     return box.exec() == QDialog::Accepted ? toUtf8(box.textValue()) : std::string();
 }
 

@@ -1,7 +1,11 @@
 #include "shell/controls/characters.h"
 #include "window.h"
 
+#include <QAbstractItemModelTester>
 #include <QKeyEvent>
+#include <QLineEdit>
+
+#include <random>
 
 namespace {
 
@@ -173,6 +177,57 @@ TEST_F(Keys, ASectionIsKeyedByTheKeyboardAlone) {
         for (std::size_t col = 0; col < 10; ++col)
             EXPECT_EQ(cell(int(row) + 1, int(col)), expected[row][col])
                 << "row " << row + 1 << " column " << col;
+    }
+}
+
+// Keys in any order, boxes answered or backed out of: the window keeps what it shows and what the book is in
+// step.
+TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
+    std::minstd_rand random(20);
+    Answers boxes([&](QWidget& box) {
+        if (auto* input = box.findChild<QLineEdit*>()) input->setText(QString::number(int(random() % 7) - 1));
+        QTest::keyClick(&box, random() % 3 == 0 ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    const Qt::Key keys[] = {Qt::Key_Return, Qt::Key_Return, Qt::Key_Up,  Qt::Key_Down,     Qt::Key_Left,
+                            Qt::Key_Right,  Qt::Key_Home,   Qt::Key_End, Qt::Key_PageDown, Qt::Key_Delete,
+                            Qt::Key_F2,     Qt::Key_F3,     Qt::Key_F9,  Qt::Key_F12,      Qt::Key_Backspace};
+    const char* buttons[] = {"cmdIns", "cmdInss", "cmdDel", "cmdDels", "cmdCal",
+                             "cmdS",   "cmdL",    "cmdR",   "cmdP"};
+    const std::string characters = "0123456789.-+*lrcpstLRCPST/ x";
+    const QAbstractItemModel& model = *window->grid().model();
+    const QAbstractItemModelTester checker(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    for (int step = 0; step < 3000; ++step) {
+        SCOPED_TRACE(step);
+        switch (random() % 8) {
+        case 0:
+            press(keys[random() % std::size(keys)], random() % 4 == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+            break;
+        case 1:
+            press(keys[random() % 2]);
+            break;
+        case 2:
+            if (random() % 4 == 0) click(buttons[random() % std::size(buttons)]);
+            break;
+        case 3:
+            if (random() % 9 == 0) press(random() % 2 == 0 ? Qt::Key_C : Qt::Key_V, Qt::ControlModifier);
+            break;
+        default:
+            type(std::string(1, characters[random() % characters.size()]));
+        }
+        window->showBook();
+        ASSERT_GE(book().Rows(), 2);
+        ASSERT_GE(book().Row(), 1);
+        ASSERT_EQ(book().Text(0, 5), "I.S.") << "the header is nobody's";
+        if (!book().Visible()) { // an error in Cal leaves it so
+            book().setVisible(true);
+            window->showBook();
+        }
+        ASSERT_EQ(model.rowCount(), book().Rows() - 1);
+        const QModelIndex current = window->grid().currentIndex();
+        ASSERT_EQ(std::pair(current.row() + 1, current.column()),
+                  std::pair(book().RowSel(), book().ColSel()));
+        ASSERT_EQ(shell::toUtf8(model.index(book().Row() - 1, book().Col()).data().toString()),
+                  book().Text());
     }
 }
 

@@ -1,9 +1,11 @@
 #include "window.h"
 
+#include <QAccessible>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QScreen>
+#include <QScrollBar>
 
 namespace {
 
@@ -159,7 +161,8 @@ TEST_F(Window, ASharedAccessKeyMovesTheFocusAndClicksNothing) {
     EXPECT_EQ(focused[0], focused[2]);
     EXPECT_FALSE(control<QWidget>("ff").isVisible());
     QTest::keyClick(window.get(), Qt::Key_I, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return book().Rows() == 3; })) << "an access key of one control clicks it";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return book().Rows() == 3; }))
+        << "an access key of one control clicks it";
 }
 
 TEST_F(Window, EntryButtonsTypeTheirLetterUnlessTheGridIsAway) {
@@ -284,6 +287,57 @@ TEST_F(Window, TheStatusBarFollowsTheBook) {
     EXPECT_EQ(status(), "The file could not be written.") << "stays until the next command";
     click("cmdIns");
     EXPECT_EQ(status(), "");
+}
+
+TEST_F(Window, TheViewStaysWhereItIsWhenARowCommandRewritesTheGrid) {
+    open();
+    book().setRows(201);
+    moveTo(120, 4);
+    moveTo(110, 4);
+    const int scrolled = window->grid().verticalScrollBar()->value();
+    ASSERT_GT(scrolled, 0);
+    for (const char* command : {"cmdIns", "cmdDel", "cmdCal"}) {
+        click(command);
+        QApplication::processEvents();
+        EXPECT_EQ(window->grid().verticalScrollBar()->value(), scrolled) << command;
+        EXPECT_EQ(cursor(), std::pair(110, 4)) << command;
+    }
+}
+
+TEST_F(Window, EveryControlHasANameForAScreenReader) {
+    open();
+    click("cmdList");
+    for (const QWidget* widget : window->findChildren<QWidget*>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        // Parts that a control is made of speak through it.
+        if (widget == widget->parentWidget()->focusProxy() || widget->parentWidget()->inherits("QComboBox"))
+            continue;
+        EXPECT_FALSE(widget->accessibleName().isEmpty())
+            << shell::toUtf8(widget->objectName()) << " (" << widget->metaObject()->className() << ')';
+    }
+    click("cmdOK");
+    book().setRows(7);
+    book().setText(5, sheet::InterSight, "1.235");
+    window->showBook();
+    QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&window->grid());
+    ASSERT_NE(grid, nullptr);
+    ASSERT_NE(grid->tableInterface(), nullptr);
+    EXPECT_EQ(grid->tableInterface()->rowCount(), 6);
+    EXPECT_EQ(grid->tableInterface()->cellAt(4, 5)->text(QAccessible::Name),
+              QStringLiteral("row 5, I.S., 1.235"));
+}
+
+TEST_F(Window, TabGoesThroughTheControlsInTheirOrder) {
+    open();
+    window->grid().setFocus();
+    const char* order[] = {"cmdNew", "cmdOpen", "cmdSave",   "cmdCal",    "cmdCP",   "cmdList",
+                           "cmdIns", "cmdInss", "cmdDel",    "cmdDels",   "cmdS",    "cmdL",
+                           "cmdR",   "cmdP",    "cmdExpTxt", "cmdExport", "cmdExit", "MSFG"};
+    for (const char* name : order) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(shell::toUtf8(QApplication::focusWidget()->objectName()), name);
+    }
 }
 
 } // namespace
