@@ -1,3 +1,4 @@
+#include "held_database.h"
 #include "project_fixture.h"
 
 #include "project/append.h"
@@ -155,6 +156,20 @@ TEST_F(ForeignFilesTest, FilesMadeByAccessAreLoadedAndSavedInTheirOwnTypes) {
         EXPECT_EQ(database.OpenRecordset("Grl").Fields("rl").Type(), dao::DataType::Double);
         EXPECT_THAT(database.TableNames(), testing::IsSupersetOf(others));
     }
+}
+
+TEST_F(ForeignFilesTest, ABookThatAnotherInstanceHoldsStaysAsItIs) {
+    const std::string path = projectFile("road.grl", {row({{sheet::Remark, "theirs"}})});
+    {
+        const HeldDatabase held(path, project::connect);
+        open(path);
+        EXPECT_THAT(messages(), ElementsAre(StartsWith("3045  ")));
+        setRows({row({{sheet::Remark, "ours"}})});
+        project::saveProject(book, desktop);
+        EXPECT_THAT(desktop.statuses.back(), HasSubstr("not saved"));
+        EXPECT_TRUE(project::isUnsaved(book));
+    }
+    EXPECT_EQ(records(path)[0][7], "theirs");
 }
 
 TEST_F(ForeignFilesTest, ATableWithAKeyLeavesOutWhatItRefuses) {

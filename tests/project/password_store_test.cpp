@@ -1,4 +1,5 @@
 #include "dao/dao.h"
+#include "held_database.h"
 #include "jet/database.h"
 #include "project/password_store.h"
 #include "scripted_desktop.h"
@@ -75,7 +76,7 @@ TEST_F(DatabaseStore, AnEmptyTableIsAnEmptyPasswordAndGetsItsFirstRecord) {
 
 TEST_F(DatabaseStore, AStoreThatIsOpenElsewhereIsInUse) {
     make({"x"});
-    const dao::Database other = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=pelqor");
+    const HeldDatabase other(folder / "Suprt.DLL", ";pwd=pelqor");
     EXPECT_EQ(errorOfReading(), 3045);
     EXPECT_THROW(project::storePassword(desktop, "y"), basic::RuntimeError);
 }

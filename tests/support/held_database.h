@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Another instance of the program that has a road database open while this object lives.
+/// Another instance of the program that has a database open while this object lives.
 class HeldDatabase {
   public:
     HeldDatabase(const std::string& path, std::string_view connect) {
