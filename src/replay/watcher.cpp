@@ -26,6 +26,20 @@ constexpr int patience = 2000; // until a window that was answered and stays is 
 // When a window was answered, on the watcher's clock; -1 while it is being answered.
 constexpr const char* metAt = "replayMetAt";
 
+// A window is met when it is active, as a person meets it: a name box without the focus completes paths into
+// the list and takes what it selects there. Where no window gets active, looking on is in vain after this
+// many times.
+constexpr int looksForActive = 500;
+constexpr const char* looks = "replayLooks";
+
+bool waitsToBeActive(QWidget& window) {
+    const int number = window.property(looks).toInt();
+    if (window.isActiveWindow() || number >= looksForActive) return false;
+    window.setProperty(looks, number + 1);
+    window.activateWindow();
+    return true;
+}
+
 void click(QWidget* button) {
     if (button != nullptr) QTest::mouseClick(button, Qt::LeftButton);
 }
@@ -79,6 +93,7 @@ void Watcher::look() {
         return;
     const QVariant since = window->property(metAt);
     if (!since.isValid()) {
+        if (waitsToBeActive(*window)) return;
         window->setProperty(metAt, -1);
         const QPointer<QWidget> alive(window);
         meet(*window);
