@@ -61,12 +61,12 @@ QWidget* QtDesktop::owner() const {
     return active != nullptr ? active : m_window.data();
 }
 
-desktop::Answer QtDesktop::messageBox(std::string_view text, desktop::Buttons buttons,
+desktop::Answer QtDesktop::messageBox(std::string_view message, desktop::Buttons buttons,
                                       std::string_view title) {
     QMessageBox box(owner());
     box.setTextFormat(Qt::PlainText);
-    box.setText(fromUtf8(text));
-    box.setWindowTitle(title.empty() ? QString::fromLatin1(applicationTitle) : fromUtf8(title));
+    box.setText(text(message));
+    box.setWindowTitle(title.empty() ? QString::fromLatin1(applicationTitle) : text(title));
     box.setIcon(buttons == desktop::Buttons::Ok ? QMessageBox::Information : QMessageBox::Question);
     switch (buttons) {
     case desktop::Buttons::Ok:
@@ -88,8 +88,8 @@ desktop::Answer QtDesktop::messageBox(std::string_view text, desktop::Buttons bu
 std::string QtDesktop::inputBox(std::string_view prompt, std::string_view title, std::string_view initial) {
     QInputDialog box(owner());
     box.setInputMode(QInputDialog::TextInput);
-    box.setWindowTitle(fromUtf8(title));
-    box.setLabelText(fromUtf8(prompt));
+    box.setWindowTitle(text(title));
+    box.setLabelText(text(prompt));
     box.setTextValue(fromUtf8(initial));
     box.resize(box.sizeHint().expandedTo({inputWidth, 0}));
     return box.exec() == QDialog::Accepted ? toUtf8(box.textValue()) : std::string();
@@ -170,7 +170,7 @@ void QtDesktop::status(std::string_view message) {
         m_early = fromUtf8(message);
         return;
     }
-    m_status->setText(fromUtf8(message));
+    m_status->setText(text(message));
     m_status->setToolTip(m_status->text());
 }
 

@@ -41,7 +41,7 @@ class QtDesktop final : public desktop::Desktop {
 
     void attach(QProgressBar& progress, QLabel& status, QWidget& grid);
 
-    desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons = desktop::Buttons::Ok,
+    desktop::Answer messageBox(std::string_view message, desktop::Buttons buttons = desktop::Buttons::Ok,
                                std::string_view title = {}) override;
     std::string inputBox(std::string_view prompt, std::string_view title,
                          std::string_view initial = {}) override;

@@ -11,6 +11,9 @@ namespace shell {
 /// translation file can be laid over the English texts.
 [[nodiscard]] QString text(const char* english);
 
+/// The same for a text that a command hands to the desktop.
+[[nodiscard]] QString text(std::string_view english);
+
 /// UTF-8 to Qt and back.
 [[nodiscard]] QString fromUtf8(std::string_view utf8);
 [[nodiscard]] std::string toUtf8(const QString& text);

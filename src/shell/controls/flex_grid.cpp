@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
+#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -151,6 +152,20 @@ void FlexGrid::updateCursorCells() {
     const QModelIndex cursor = m_model->index(m_shownCursor.row - 1, m_shownCursor.col);
     const QModelIndex end = m_model->index(m_shownEnd.row - 1, m_shownEnd.col);
     viewport()->update(visualRect(cursor).united(visualRect(end)));
+}
+
+bool FlexGrid::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
+    // A text that its cell cuts short is shown whole under the pointer.
+    const auto& help = static_cast<const QHelpEvent&>(*event);
+    const QModelIndex cell = indexAt(help.pos());
+    const QString whole = cell.data().toString();
+    const bool cut =
+        fontMetrics().horizontalAdvance(whole) > visualRect(cell).width() - 2 * CellPainter::padding - 1;
+    QToolTip::showText(help.globalPos(),
+                       cut ? QStringLiteral("<span>%1</span>").arg(whole.toHtmlEscaped()) : QString(),
+                       viewport());
+    return true;
 }
 
 void FlexGrid::paintEvent(QPaintEvent* event) {

@@ -37,6 +37,7 @@ class FlexGrid final : public QTableView {
     [[nodiscard]] int fullWidth() const;
 
   protected:
+    bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
