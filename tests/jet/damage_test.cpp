@@ -1,0 +1,155 @@
+#include "check.h"
+#include "engine_fixture.h"
+
+namespace jet {
+namespace {
+
+/// A database with a bit of everything that a page can hold.
+Bytes richFile() {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table =
+        db.createTable({.name = "T",
+                        .columns = {{.name = "Id", .type = ColumnType::Long, .autonumber = true},
+                                    {.name = "Chn", .type = ColumnType::Text, .size = 60},
+                                    {.name = "Rem", .type = ColumnType::Memo},
+                                    {.name = "Pic", .type = ColumnType::Ole},
+                                    {.name = "Ok", .type = ColumnType::Boolean}},
+                        .indexes = {{.name = "Id", .columns = {{"Id"}}, .kind = IndexKind::PrimaryKey},
+                                    {.name = "Chn", .columns = {{"Chn"}, {"Ok", false}}}}});
+    for (int i = 0; i < 1200; ++i)
+        table.insert({Null{}, "01-" + std::to_string(i * 7919 % 1200),
+                      std::string(i % 90 == 0 ? 9000 : i % 90, 'm'),
+                      Bytes(static_cast<std::size_t>(i % 70 == 0 ? 3000 : 0), 1), i % 2 == 0});
+    int i = 0;
+    for (Cursor cursor = table.scan(); cursor.next(); ++i) {
+        if (i % 9 == 0) table.erase(cursor.id());
+        if (i % 9 == 1)
+            table.update(cursor.id(), {i + 5000, std::string(60, 'z'), std::string(60, 'm'), Null{}, true});
+    }
+    db.createTable({.name = "Plain", .columns = {{.name = "A", .type = ColumnType::Double}}}).insert({1.5});
+    db.commit();
+    return disk.content();
+}
+
+/// Changes a few bytes of a page, mostly where its structure stands.
+void damage(Bytes& content, Random& random) {
+    const std::size_t pageSize = content.size() > 0x14 && content[0x14] == 0 ? 2048 : 4096;
+    const std::size_t pages = content.size() / pageSize;
+    const int places = 1 + static_cast<int>(random() % 4);
+    for (int i = 0; i < places; ++i) {
+        const std::size_t page =
+            random() % 4 == 0 ? random() % std::min<std::size_t>(pages, 16) : random() % pages;
+        const std::size_t within = random() % 3 == 0 ? random() % pageSize : random() % 80;
+        static constexpr std::array<std::uint8_t, 5> odd{0x00, 0xFF, 0x80, 0x01, 0x40};
+        std::uint8_t& byte = content[page * pageSize + within];
+        switch (random() % 3) {
+        case 0:
+            byte = odd[random() % odd.size()];
+            break;
+        case 1:
+            byte = static_cast<std::uint8_t>(byte + 1);
+            break;
+        default:
+            byte = static_cast<std::uint8_t>(random());
+            break;
+        }
+    }
+    if (random() % 40 == 0) content.resize(random() % content.size());
+}
+
+Row someRow(const Table& table, Random& random) {
+    Row row;
+    for (const Column& column : table.columns()) {
+        if (column.type == ColumnType::Boolean)
+            row.emplace_back(true);
+        else if (column.type == ColumnType::Long)
+            row.emplace_back(static_cast<std::int32_t>(random()));
+        else if (column.type == ColumnType::Text)
+            row.emplace_back(std::string(std::min(column.size, 9), 'q'));
+        else if (column.type == ColumnType::Memo)
+            row.emplace_back(std::string(random() % 9000, 'q'));
+        else
+            row.emplace_back();
+    }
+    return row;
+}
+
+/// Reads, changes and commits whatever the file still shows. Only errors of the engine may come out.
+void useEverything(const MemoryDisk& disk, const std::string& password, unsigned seed) {
+    Random random(seed);
+    std::optional<Database> db;
+    const auto tolerant = [](const auto& action) { (void)errorOf(action); };
+    tolerant([&] { db = disk.open(password); });
+    if (!db) return;
+    tolerant([&] { (void)check(*db); });
+    for (const std::string& name : db->allTableNames()) {
+        tolerant([&] { (void)rowsOf(db->table(name)); });
+        tolerant([&] {
+            const Table table = db->table(name);
+            for (std::size_t i = 0; i < table.indexes().size(); ++i)
+                (void)table.seekAll(static_cast<int>(i), {});
+        });
+    }
+    for (const std::string& name : db->tableNames())
+        tolerant([&] {
+            Table table = db->table(name);
+            for (int i = 0; i < 30; ++i)
+                table.insert(someRow(table, random));
+            for (Cursor cursor = table.scan(); cursor.next();) {
+                if (random() % 8 == 0)
+                    table.erase(cursor.id());
+                else if (random() % 8 == 1)
+                    table.update(cursor.id(), someRow(table, random));
+            }
+            db->addColumn(name, {.name = "Zusatz", .type = ColumnType::Memo});
+            if (random() % 2 == 0) table.clear();
+        });
+    tolerant([&] {
+        db->createTable(
+            {.name = "Neu", .columns = {{.name = "A"}}, .indexes = {{.name = "A", .columns = {{"A"}}}}});
+    });
+    tolerant([&] { db->commit(); });
+}
+
+TEST(DamageTest, DamagedFilesGiveErrorsAndNothingWorse) {
+    const Bytes sound = richFile();
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        Bytes content = sound;
+        damage(content, random);
+        useEverything(MemoryDisk(content), "", seed);
+    }
+}
+
+TEST(DamageTest, DamagedSamplesGiveErrorsAndNothingWorse) {
+    for (const std::string& path : samples()) {
+        if (path.empty()) GTEST_SKIP() << "no sample databases";
+        const Bytes sound = contentOf(path);
+        for (unsigned seed = 0; seed < 12; ++seed) {
+            SCOPED_TRACE(path + " " + std::to_string(seed));
+            Random random(seed);
+            Bytes content = sound;
+            damage(content, random);
+            useEverything(MemoryDisk(content), passwordOf(path), seed);
+        }
+    }
+}
+
+TEST(DamageTest, TheMessageNamesThePlace) {
+    Bytes content = richFile();
+    content[4096 * 2] = 9; // the catalog's definition
+    try {
+        (void)MemoryDisk(content).open();
+        FAIL() << "opened";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.kind(), ErrorKind::Corrupt);
+        EXPECT_EQ(error.page(), 2U);
+        EXPECT_EQ(error.offset(), 0U);
+        EXPECT_NE(error.text().find("page 2"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace jet
