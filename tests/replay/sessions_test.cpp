@@ -1,0 +1,77 @@
+// The recorded sessions of examples/ played into the real window: what is keyed there is what the code
+// without a window makes of the same book.
+
+#include "cli/book_csv.h"
+#include "replay/play.h"
+#include "replay/session.h"
+#include "scripted_desktop.h"
+#include "sheet/book.h"
+#include "sheet/reduction.h"
+#include "temp_folder.h"
+
+#include "basic/files.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QJsonArray>
+
+namespace {
+
+QJsonObject play(const std::string& name, const TempFolder& world) {
+    const std::string json = basic::readFile(std::string(EXAMPLES) + "/" + name + ".json");
+    return replay::play(replay::parseSession(QByteArray::fromStdString(json)),
+                        QString::fromStdString(world.path()));
+}
+
+std::vector<std::string> rowOf(const QJsonObject& outcome, int row) {
+    std::vector<std::string> texts;
+    for (const QJsonValue& text : outcome["rows"].toArray()[row - 1].toArray())
+        texts.push_back(text.toString().toStdString());
+    return texts;
+}
+
+TEST(Sessions, KeyedBooksAreTheReducedBooks) {
+    for (const char* name : {"gsi-pv16", "tramo1-derived"}) {
+        const TempFolder world;
+        const QJsonObject outcome = play(name, world);
+        sheet::Book book;
+        ScriptedDesktop desktop;
+        cli::readBook(book.MSFG, basic::readFile(std::string(EXAMPLES) + "/" + name + ".csv"));
+        sheet::reduceLevels(book, desktop);
+        ASSERT_EQ(outcome["rows"].toArray().size(), book.MSFG.Rows() - 1) << name;
+        for (int row = 1; row < book.MSFG.Rows(); ++row) {
+            std::vector<std::string> expected;
+            for (int col = 0; col < book.MSFG.Cols(); ++col)
+                expected.push_back(book.MSFG.Text(row, col));
+            EXPECT_EQ(rowOf(outcome, row), expected) << name << " row " << row;
+        }
+        EXPECT_TRUE(outcome["dialogs"].toArray().isEmpty()) << name;
+        EXPECT_TRUE(outcome["status"].toString().endsWith("they agree.")) << name;
+    }
+}
+
+TEST(Sessions, TheDemoEndsWithARoad) {
+    const TempFolder world;
+    const QJsonObject outcome = play("demo", world);
+    QStringList said;
+    for (const QJsonValue& dialog : outcome["dialogs"].toArray())
+        said += dialog.toObject()["message"].toString();
+    EXPECT_EQ(said, (QStringList{"work/bookcp.csv File is Created", "work/book.csv File is Created",
+                                 "Road/book Folder is Created"}));
+    QStringList files;
+    for (const QJsonValue& file : outcome["files"].toArray())
+        files += file.toString();
+    for (const char* file : {"Road/book/Road.mdb", "Road/book/Road.dwg", "Road/book/LRod.dwg",
+                             "Road/book/book.grl", "work/book.grl", "work/book.grl.bak"})
+        EXPECT_TRUE(files.contains(file)) << file;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
