@@ -44,6 +44,7 @@ std::vector<Row> readWhenThere(const RunningOffice& office, const std::string& f
 /// A book of `count` rows, and the same as the text of a CSV file below a heading.
 std::vector<Row> manyRows(int count, const std::string& remark) {
     std::vector<Row> rows;
+    rows.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         rows.push_back(
             {i % 11 == 0 ? "CP" : "0" + std::to_string(i % 9) + "-" + std::to_string(100 + i % 900),

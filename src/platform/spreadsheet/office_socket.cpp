@@ -112,7 +112,8 @@ std::vector<Office> runningOffices(const std::vector<std::string>& sockets) {
     std::vector<Office> result;
     for (const std::string& path : sockets)
         if (auto office = officeAt(path)) result.push_back(std::move(*office));
-    std::ranges::stable_partition(result, &Office::ownProfile);
+    std::stable_partition(result.begin(), result.end(),
+                          [](const Office& office) { return office.ownProfile; });
     return result;
 }
 
