@@ -2,9 +2,7 @@
 
 #include "key_text.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -158,9 +156,8 @@ void Watcher::answer(QFileDialog& dialog) {
     auto* name = dialog.findChild<QLineEdit*>("fileNameEdit");
     if (!takeAnswer("file", path) || path.isNull() || name == nullptr)
         return click(buttonOf(dialog, QDialogButtonBox::Cancel));
-    dialog.setDefaultSuffix({}); // the path comes back as it was given
-    type(*name, m_path(path.toString()));
-    if (name->completer() != nullptr) name->completer()->popup()->hide();
+    dialog.setDefaultSuffix({});            // the path comes back as it was given
+    name->setText(m_path(path.toString())); // not typed: the list of completions would take the click
     click(buttonOf(dialog, QDialogButtonBox::Open | QDialogButtonBox::Save));
 }
 

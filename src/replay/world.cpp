@@ -97,11 +97,20 @@ void World::lay(const QJsonObject& disk) {
             if (file->isObject())
                 layDatabase(at, file->toObject());
             else
-                basic::writeFile(at.toStdString(), file->toString().toStdString());
+                basic::writeFile(at.toStdString(), contentOf(file.key(), file->toString()).toStdString());
         } catch (const basic::RuntimeError& error) {
             throw SessionError(file.key() + ": " + QString::fromStdString(error.description()));
         }
     }
+}
+
+// The recent list holds paths as the file dialog gives them: whole ones.
+QString World::contentOf(const QString& name, const QString& content) const {
+    if (name.compare(QLatin1String("APP/GRL.LVX"), Qt::CaseInsensitive) != 0) return content;
+    QStringList lines = content.split(u'\n');
+    for (QString& line : lines)
+        if (line.startsWith(QLatin1String("work/"))) line = path(line);
+    return lines.join(u'\n');
 }
 
 void World::layDatabase(const QString& path, const QJsonObject& tables) {

@@ -28,6 +28,7 @@ class World {
     [[nodiscard]] QJsonArray files() const;
 
   private:
+    [[nodiscard]] QString contentOf(const QString& name, const QString& content) const;
     void layDatabase(const QString& path, const QJsonObject& tables);
 
     QString m_folder;
