@@ -42,11 +42,11 @@ class Points {
         const bool noLevel = m_grid.Text(row, sheet::RLevel).empty();
         if (noLevel && m_grid.Text(row, sheet::InterSight).empty() &&
             m_grid.Text(row, sheet::ForeSight).empty())
-            return "it holds no reading; delete it if it is a spare row";
-        if (noLevel) return "R.Level. is empty; Cal reduces the book";
-        if (!hasOffset) return "Left, Center and Right are empty";
+            return "no reading; delete it if it is a spare row";
+        if (noLevel) return "no R.Level.; Cal reduces the book";
+        if (!hasOffset) return "no offset in Left, Center or Right";
         if (first == row) return {};
-        return place(chainage) + " stands in row " + std::to_string(first) + " already";
+        return place(chainage) + " repeats row " + std::to_string(first);
     }
 
   private:
@@ -67,7 +67,7 @@ class Points {
     }
 
     std::string place(const std::string& chainage) const {
-        if (m_side == 'C') return "the centre of " + chainage;
+        if (m_side == 'C') return "centre of " + chainage;
         return (m_side == 'L' ? "left " : "right ") + basic::text(m_offset) + " m of " + chainage;
     }
 
@@ -93,11 +93,11 @@ void tellMarkedRow(const Grid& grid, desktop::Desktop& desktop) {
     if (!isMarked(grid, grid.Row())) return;
     const std::vector<MarkedRow> marked = markedRows(grid);
     std::string message =
-        marked.size() == 1 ? "1 row is marked" : std::to_string(marked.size()) + " rows are marked";
+        marked.size() == 1 ? "1 row marked" : std::to_string(marked.size()) + " rows marked";
     const auto here = std::ranges::find(marked, grid.Row(), &MarkedRow::row);
     if (here != marked.end() && !here->fault.empty())
-        message += ". Row " + std::to_string(here->row) + ": " + here->fault;
-    desktop.status(message + ".");
+        message += "; row " + std::to_string(here->row) + ": " + here->fault;
+    desktop.status(message);
 }
 
 } // namespace exchange

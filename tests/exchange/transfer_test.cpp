@@ -213,16 +213,14 @@ TEST_F(TransferTest, NormalisedChainageStaysInTheCellAndACleanedOneDoesNot) {
 TEST_F(TransferTest, RefusedRowsAreExplained) {
     keyed({"00-000,1,,,,1.1,,,9.5,", "00-000,1,,,,1.2,,,9.6,", "00-000,2,,,,1.3,,,,", "00-010,,,,,,,,,"});
     ASSERT_EQ(exchange::transfer(book, desktop, frame), TransferEnd::Refused);
-    EXPECT_EQ(desktop.statuses.back(),
-              "3 rows are marked. Row 4: it holds no reading; delete it if it is a spare row.");
+    EXPECT_EQ(desktop.statuses.back(), "3 rows marked; row 4: no reading; delete it if it is a spare row");
     EXPECT_EQ(desktop.gridFocused, 1);
     book.MSFG.moveTo(3, 0);
     exchange::tellMarkedRow(book.MSFG, desktop);
-    EXPECT_EQ(desktop.statuses.back(), "3 rows are marked. Row 3: R.Level. is empty; Cal reduces the book.");
+    EXPECT_EQ(desktop.statuses.back(), "3 rows marked; row 3: no R.Level.; Cal reduces the book");
     book.MSFG.moveTo(2, 0);
     exchange::tellMarkedRow(book.MSFG, desktop);
-    EXPECT_EQ(desktop.statuses.back(),
-              "3 rows are marked. Row 2: left 1 m of 00-000 stands in row 1 already.");
+    EXPECT_EQ(desktop.statuses.back(), "3 rows marked; row 2: left 1 m of 00-000 repeats row 1");
     const std::size_t said = desktop.statuses.size();
     book.MSFG.moveTo(1, 0);
     exchange::tellMarkedRow(book.MSFG, desktop);

@@ -194,10 +194,10 @@ TEST_F(ExportPanelTest, RefusedRowsAreFoundUpwards) {
         std::vector<std::string>{"There are 2 Errors in your dataentry Please ckeck & then transfer it..."});
     EXPECT_EQ(cursor(), std::pair(4, 0));
     EXPECT_TRUE(window->grid().hasFocus());
-    EXPECT_EQ(status(), "2 rows are marked. Row 4: it holds no reading; delete it if it is a spare row.");
+    EXPECT_EQ(status(), "2 rows marked; row 4: no reading; delete it if it is a spare row");
     press(Qt::Key_F9);
     EXPECT_EQ(cursor(), std::pair(2, 0));
-    EXPECT_EQ(status(), "2 rows are marked. Row 2: left 3.15 m of 00-000 stands in row 1 already.");
+    EXPECT_EQ(status(), "2 rows marked; row 2: left 3.15 m of 00-000 repeats row 1");
     EXPECT_FALSE(fs::exists(folder / "roads/Site1"));
 }
 
