@@ -151,4 +151,38 @@ TEST_F(Settings, AreReadFromTheFileAtTheStart) {
     EXPECT_EQ(window->book().LeftOffsets[0], 0.0F) << "the arrays wait for OK";
 }
 
+TEST_F(Settings, NoTextIsCutAtAnyFontSize) {
+    const QFont standard = QApplication::font();
+    for (const double points : {8.0, 9.0, 12.0, 16.0, 20.0}) {
+        SCOPED_TRACE(points);
+        QFont larger = standard;
+        larger.setPointSizeF(points);
+        QApplication::setFont(larger);
+        open();
+        click("cmdList");
+        tick("chkOft");
+        tick("chkAdd");
+        QApplication::processEvents();
+        const auto& frame = control<QWidget>("ff");
+        EXPECT_TRUE(frame.parentWidget()->rect().contains(frame.geometry()));
+        for (const QWidget* widget : frame.findChildren<QWidget*>()) {
+            const bool text = widget->inherits("QLabel") || widget->inherits("QAbstractButton");
+            if (!text || !widget->isVisible()) continue;
+            EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
+                << shell::toUtf8(widget->objectName());
+            EXPECT_GE(widget->height(), widget->fontMetrics().height())
+                << shell::toUtf8(widget->objectName());
+        }
+        const auto& ok = control("cmdOK");
+        EXPECT_TRUE(frame.rect().contains(QRect(ok.mapTo(&frame, QPoint()), ok.size())))
+            << "OK is always in reach";
+        for (const char* name : {"cmdNew", "cmdS", "cmdP", "cmdExport", "cmdExit"}) {
+            const auto& button = control(name);
+            EXPECT_LE(button.heightForWidth(button.width()), button.height()) << name;
+        }
+        window.reset();
+    }
+    QApplication::setFont(standard);
+}
+
 } // namespace

@@ -46,8 +46,9 @@ void CellPainter::paint(QPainter& painter, const QRect& box, int row, int col) c
         paper = mixed(m_frame, paper, 32);
 
     if (paper != m_base) painter.fillRect(box, paper);
-    painter.fillRect(QRect(box.right(), box.top(), 1, box.height()), m_line);
-    painter.fillRect(QRect(box.left(), box.bottom(), box.width(), 1), m_line);
+    const QColor line = paper == m_base ? m_line : mixed(m_ink, paper, 16);
+    painter.fillRect(QRect(box.right(), box.top(), 1, box.height()), line);
+    painter.fillRect(QRect(box.left(), box.bottom(), box.width(), 1), line);
     const std::string& cell = m_grid.Text(row, col);
     if (!cell.empty()) {
         painter.setPen(pen);
