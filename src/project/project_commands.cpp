@@ -56,7 +56,10 @@ bool chooseFile(sheet::Book& book, desktop::Desktop& desktop, desktop::FileDialo
                 const std::string& before) {
     std::optional<std::string> chosen = desktop.fileDialog(kind, book.FileName);
     const bool named = chosen && !chosen->empty() && (*chosen != noFile);
-    book.FileName = named ? std::move(*chosen) : before;
+    if (named)
+        book.FileName = std::move(*chosen);
+    else
+        book.FileName = before;
     return named;
 }
 
@@ -176,7 +179,8 @@ void newProject(sheet::Book& book, desktop::Desktop& desktop) {
 void openProject(sheet::Book& book, desktop::Desktop& desktop) {
     const std::string before = book.FileName;
     book.FileName = noFile;
-    bool wanted = false; // the user chose to save
+    bool givenUp =
+        !book.BookChanged; // the grid may go; not so what a save failed to write or nobody was asked about
     if (!book.MSFG.Visible()) {
         book.MSFG.setVisible(true);
     } else if (book.BookChanged) {
@@ -185,15 +189,15 @@ void openProject(sheet::Book& book, desktop::Desktop& desktop) {
             book.FileName = before;
             return;
         }
-        wanted = answer == Answer::Yes;
-        if (wanted) saveProject(book, desktop);
+        givenUp = answer == Answer::No;
+        if (!givenUp) saveProject(book, desktop);
         book.BookChanged = false;
     }
     if (!chooseFile(book, desktop, desktop::FileDialog::Open, before)) return;
     book.CurrentFile = book.FileName;
     const std::string copy = setAside(book, desktop);
     const bool loaded = op(book, desktop);
-    if (!copy.empty() && loaded && !wanted)
+    if (!copy.empty() && loaded && givenUp)
         basic::kill(copy);
     else if (!copy.empty())
         desktop.status(setAsideNote);

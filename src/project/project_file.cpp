@@ -88,8 +88,9 @@ class RowWriter {
         m_grl.AddNew();
         set(Fields::Chn, sheet::Chainage, [&] { return dao::Value(text(sheet::Chainage)); });
         writeOffset();
-        for (const auto [name, col] : cellFields)
-            if (!text(col).empty()) set(name, col, [&] { return dao::Value(text(col)); });
+        for (const CellField& field : cellFields)
+            if (!text(field.col).empty())
+                set(field.name, field.col, [&] { return dao::Value(text(field.col)); });
         attempt(sheet::Chainage, [&] { m_grl.Update(); });
     }
 

@@ -23,6 +23,14 @@ class CommandsTest : public ProjectTest {
         return projectFile(name, {row({{Remark, "the old book"}})});
     }
     [[nodiscard]] std::string recentList() const { return folder.read("app/GRL.LVX"); }
+    /// Offers the copies that were set aside and drops them.
+    std::size_t unsavedCopies() {
+        ScriptedDesktop next;
+        next.folder = desktop.folder;
+        sheet::Book fresh;
+        project::Recovery(fresh, next).offer();
+        return next.boxes.size();
+    }
     [[nodiscard]] std::string at(const std::string& name) const { return folder / name; }
     static void expectBox(const ScriptedDesktop::Box& box, const char* text, Buttons buttons,
                           const char* title = "") {
@@ -273,6 +281,32 @@ TEST_F(CommandsTest, OpenOfAHiddenGridShowsItAndAsksNothing) {
     EXPECT_TRUE(book.MSFG.Visible());
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_TRUE(book.BookChanged);
+
+    book.MSFG.setVisible(false);
+    open(existing("road.grl"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(unsavedCopies(), 1) << "nobody was asked about the grid that went";
+}
+
+TEST_F(CommandsTest, OpenKeepsWhatTheUserDidNotGiveUp) {
+    struct Case {
+        const char* name;
+        Answer answer;
+        bool readable; ///< the file that is opened
+        std::size_t copies;
+    };
+    const std::string path = existing("road.grl");
+    for (const Case& c :
+         {Case{"given up", Answer::No, true, 0}, Case{"given up for nothing", Answer::No, false, 1},
+          Case{"a save that failed", Answer::Yes, true, 1}}) {
+        book.setProjectPath(at("gone.grl"));
+        setRows({row({{Remark, c.name}})});
+        book.BookChanged = true;
+        book.MSFG.setVisible(true);
+        desktop.answers = {c.answer};
+        open(c.readable ? path : folder.write("text.grl", "none"));
+        EXPECT_EQ(unsavedCopies(), c.copies) << c.name;
+    }
 }
 
 TEST_F(CommandsTest, RecentEntryLoadsWithoutAQuestionAndSetsTheUnsavedGridAside) {
