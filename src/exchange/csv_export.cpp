@@ -30,8 +30,9 @@ void createFile(const sheet::Book& book, desktop::Desktop& desktop, std::size_t 
         place = basic::nativePath(path);
         write(path);
     } catch (const basic::RuntimeError& error) {
-        desktop.status(place.empty() ? error.description()
-                                     : place + " is not created: " + error.description());
+        // The reason first: a long path may not fit into the status bar.
+        const std::string& reason = error.description();
+        desktop.status(place.empty() ? reason : reason + ": " + place + " is not created");
         return;
     }
     // A name without a folder lies in the current folder, which nothing else on the screen tells.
