@@ -57,8 +57,8 @@ void Index::descend(ByteView wanted, Path& path) const {
         if (path.size == Path::most) m_pager.view(number).fail(0, "an index is too deep");
         std::size_t at = page.find(wanted);
         if (page.leaf()) {
-            path.steps[path.size++] = {number, at, false, false, edge};
-            m_last = path;
+            path.steps[path.size++] = {number, static_cast<std::uint32_t>(at), false, false, edge};
+            m_last.take(path);
             m_lastWanted.assign(wanted.begin(), wanted.end());
             return;
         }
@@ -68,7 +68,7 @@ void Index::descend(ByteView wanted, Path& path) const {
             if (page.empty()) m_pager.view(number).fail(freeSpaceAt, "an index node has no children");
             at = page.before(at);
         }
-        path.steps[path.size++] = {number, at, viaTail, beyond, edge};
+        path.steps[path.size++] = {number, static_cast<std::uint32_t>(at), viaTail, beyond, edge};
         edge = edge && (viaTail || (page.tail() == 0 && page.after(at) == page.end()));
         number = viaTail ? page.tail() : page.child(at);
     }
@@ -81,7 +81,7 @@ bool Index::descendAgain(ByteView wanted, Path& path) const {
     Step& step = m_last.back();
     const IndexPage leaf = read(step.page);
     if (isWhereLastWas(leaf, wanted)) {
-        path = m_last;
+        path.take(m_last);
         return true;
     }
     const std::size_t at = leaf.find(wanted);
@@ -95,7 +95,7 @@ bool Index::descendAgain(ByteView wanted, Path& path) const {
             above.beyond = node.find(wanted) == node.end();
         }
     }
-    step.at = at;
+    step.at = static_cast<std::uint32_t>(at);
     path = m_last;
     m_lastWanted.assign(wanted.begin(), wanted.end());
     return true;
@@ -336,7 +336,8 @@ std::vector<std::uint8_t> Index::entryOf(RowPointer row) {
     for (std::uint32_t visited = 0; number != 0 && visited <= m_pager.pageCount(); ++visited) {
         const IndexPage page = read(number);
         for (std::size_t at = page.begin(); at < page.end(); at = page.after(at)) {
-            if (++m_searched > mostSearched) m_pager.view(m_data.root).fail(0, "an index does not fit its rows");
+            if (++m_searched > mostSearched)
+                m_pager.view(m_data.root).fail(0, "an index does not fit its rows");
             if (page.row(at) != row) continue;
             page.entry(at, entry);
             return entry;

@@ -4,6 +4,7 @@
 #include "table_def.h"
 #include "usage_map.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <optional>
@@ -38,16 +39,21 @@ class Index {
     /// A page on the way down and the place of the entry that was followed.
     struct Step {
         std::uint32_t page;
-        std::size_t at;
+        std::uint32_t at;
         bool viaTail;
         bool beyond; ///< every separator of the node is less than what was wanted
         bool edge;   ///< nothing lies to the right of the page
     };
     struct Path {
-        static constexpr std::size_t most = 24;
+        static constexpr std::size_t most = 16;
         std::array<Step, most> steps;
         std::size_t size = 0;
         Step& back() { return steps[size - 1]; }
+        /// Trees are low: only the steps that were made are copied.
+        void take(const Path& other) {
+            size = other.size;
+            std::copy_n(other.steps.begin(), size, steps.begin());
+        }
     };
 
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
@@ -77,7 +83,7 @@ class Index {
     UsageMap m_map;
     bool m_edgeOpen = false;
     std::size_t m_searched = 0; ///< entries, by entryOf()
-    mutable Path m_last; ///< the way that was taken last; size 0 once the tree has changed its shape
+    mutable Path m_last;        ///< the way that was taken last; size 0 once the tree has changed its shape
     mutable std::vector<std::uint8_t> m_lastWanted; ///< what was wanted; empty once the leaf has changed
 };
 

@@ -52,9 +52,12 @@ void setBit(ByteSpan mask, std::size_t bit) {
     mask[bit / 8] = static_cast<std::uint8_t>(mask[bit / 8] | 1U << bit % 8);
 }
 
-void clearBits(ByteSpan mask, std::size_t from, std::size_t to) {
-    for (std::size_t bit = from; bit <= to; ++bit)
-        mask[bit / 8] = static_cast<std::uint8_t>(mask[bit / 8] & ~(1U << bit % 8));
+/// Clears the bits from `from` on, in the words that hold those up to `to`.
+void clearBits(ByteSpan mask, std::size_t length, std::size_t from, std::size_t to) {
+    for (std::size_t word = from / wordBits; word <= std::min(to / wordBits, wordCount(mask) - 1); ++word) {
+        const std::uint64_t bits = loadWord(mask, word) & ~notBelow(word, length * 8);
+        if ((bits & notBelow(word, from)) != 0) storeWord(mask, length, word, bits & ~notBelow(word, from));
+    }
 }
 
 /// Moves the bits at `from` and behind up by `by`.
@@ -140,7 +143,7 @@ IndexPage::IndexPage(const View& page, const Layout& layout, std::uint32_t owner
     m_used = layout.entryRoom() - free;
     if (m_used == 0)
         m_prefix = 0;
-    else if (m_prefix >= m_used || nextEnd(1) <= m_prefix)
+    else if (m_prefix != 0 && (m_prefix >= m_used || nextEnd(1) <= m_prefix))
         page.fail(layout.prefixAt, "an index page has an impossible prefix");
 }
 
@@ -263,7 +266,7 @@ bool insertEntry(Edit page, const Layout& layout, const IndexPage& read, std::si
     if (at < used)
         shiftUp(mask, layout.maskBytes, at + 1, part.size());
     else
-        clearBits(mask, used + 1, used + part.size()); // left-over bits of other writers
+        clearBits(mask, layout.maskBytes, used + 1, used + part.size()); // left-over bits of other writers
     setBit(mask, at + part.size());
     saveUsed(page, layout, used + part.size());
     return true;
