@@ -8,7 +8,6 @@
 #include "project/project_commands.h"
 #include "project/project_file.h"
 #include "sheet/arithmetic_check.h"
-#include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 
 // New, Open, Save, Save As and Exit. The caption is the only place that Save takes the project's name from.
-// The commands go on whatever fails and show the laid-down messages alone; anything else is said in the
-// status bar, and the file on disk is then as it was.
+// The commands go on whatever fails. What fails without a message box is said in the status bar, and the file
+// on disk is then as it was.
 
 namespace project {
 
