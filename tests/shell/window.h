@@ -9,18 +9,16 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QLabel>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
-#include <initializer_list>
-#include <map>
+#include <memory>
+#include <stdexcept>
 #include <string>
 
-/// Answers the modal windows that come while it lives, in order; what is left over then stays unanswered and
-/// is found by the test's own expectations.
+/// Answers every modal window that comes while it lives, and counts them.
 class Answers {
   public:
     explicit Answers(std::function<void(QWidget&)> answer) : m_answer(std::move(answer)) {
