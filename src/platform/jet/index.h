@@ -56,6 +56,7 @@ class Index {
         }
     };
 
+    static std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row);
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
     [[nodiscard]] bool descendAgain(ByteView wanted, Path& path) const;

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "field.h"
 #include "table_def.h"
 
 #include <optional>
 
 namespace jet {
-
-class Pager;
 
 /// A stored row, taken apart: where each column's bytes lie.
 class StoredRow {
@@ -32,18 +31,6 @@ class StoredRow {
     std::size_t m_variable = 0; ///< entries of the table of variable offsets, the last one aside
     std::size_t m_jumps = 0;
 };
-
-/// The value of a field. Long values are read from their pages.
-void decodeField(Pager& pager, const ColumnDef& column, const View& field, Value& into);
-/// The value of a column in a row.
-void decodeColumn(Pager& pager, const ColumnDef& column, const StoredRow& row, Value& into);
-
-/// TypeMismatch or TextTooLong when `value` cannot stand in the column.
-void requireValue(const ColumnDef& column, const Value& value, Format format);
-/// Appends the stored form of a value of a column that is neither Boolean nor a long value.
-void encodeField(const ColumnDef& column, const Value& value, Format format, Bytes& out);
-/// The bytes of a long value before they are cut into pieces.
-[[nodiscard]] Bytes longValueBytes(const ColumnDef& column, const Value& value, Format format);
 
 /// Builds rows of one table.
 class RowBuilder {

@@ -1,0 +1,296 @@
+#include "data_page.h"
+#include "pager.h"
+#include "table_store.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+/// A page with less free is not worth trying.
+std::uint32_t littleSpace(const Layout& layout) {
+    return layout.pageSize / 20;
+}
+
+} // namespace
+
+void TableStore::addKey(std::size_t tree, ByteView key, RowPointer row) {
+    IndexData& data = m_def.indexData[tree];
+    const bool fresh = (data.flags & indexUnique) != 0 || !m_trees[tree]->contains(key);
+    m_trees[tree]->insert(key, row);
+    ++data.entries;
+    data.keys += fresh;
+}
+
+void TableStore::removeKey(std::size_t tree, ByteView key, RowPointer row) {
+    IndexData& data = m_def.indexData[tree];
+    m_trees[tree]->remove(key, row);
+    data.entries -= data.entries != 0;
+    if (data.keys != 0 && !m_trees[tree]->contains(key)) --data.keys;
+}
+
+void TableStore::changeKeys(const Keys& old, const Keys& fresh, RowPointer row) {
+    for (std::size_t i = 0; i < m_trees.size(); ++i) {
+        const bool had = i < old.size() && old[i];
+        const bool has = i < fresh.size() && fresh[i];
+        if (had && has && *old[i] == *fresh[i]) continue;
+        if (had) removeKey(i, *old[i], row);
+        if (has) addKey(i, *fresh[i], row);
+    }
+}
+
+LongValues* TableStore::longValues(std::uint16_t column) {
+    for (std::size_t i = 0; i < m_longValues.size(); ++i)
+        if (m_def.longValues[i].column == column) return m_longValues[i].get();
+    throw Error::corrupt(m_def.page, 0, "a long value column has no pages");
+}
+
+/// Checks the values and the length of the row before anything is touched.
+void TableStore::buildProbe(const Row& row) {
+    if (row.size() != m_def.columns.size())
+        throw Error(ErrorKind::TypeMismatch,
+                    "The row has another number of values than the table has fields.");
+    std::vector<Bytes> references(m_longValues.empty() ? 0 : row.size());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const ColumnDef& column = m_def.columns[i];
+        requireValue(column, row[i], m_pager.format());
+        if (!column.isLongValue() || isNull(row[i])) continue;
+        (void)longValues(column.number);
+        references[i] = placeholderReference(longValueBytes(column, row[i], m_pager.format()).size());
+    }
+    m_builder->build(row, references, m_row);
+    for (const IndexData& data : m_def.indexData) {
+        if ((data.flags & indexRequired) == 0) continue;
+        for (const IndexData::Part& part : data.columns) {
+            const auto position =
+                static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
+            if (isNull(row[position]))
+                throw Error(ErrorKind::NullKey, "Index or primary key cannot contain a Null value.");
+        }
+    }
+}
+
+/// The references to the row's long values; those that did not change keep their pieces.
+std::vector<Bytes> TableStore::storeLongValues(const Row& row, const Row* old, const StoredRow* stored) {
+    std::vector<Bytes> references(row.size());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const ColumnDef& column = m_def.columns[i];
+        if (!column.isLongValue()) continue;
+        if (stored != nullptr && stored->isSet(column)) {
+            const View field = stored->field(column);
+            if (row[i] == (*old)[i]) {
+                references[i].assign(field.bytes().begin(), field.bytes().end());
+                continue;
+            }
+            longValues(column.number)->release(field);
+        }
+        if (!isNull(row[i]))
+            references[i] =
+                longValues(column.number)->store(longValueBytes(column, row[i], m_pager.format()));
+    }
+    return references;
+}
+
+void TableStore::releaseLongValues(const StoredRow& stored) {
+    for (const ColumnDef& column : m_def.columns)
+        if (column.isLongValue() && stored.isSet(column))
+            longValues(column.number)->release(stored.field(column));
+}
+
+/// A page with room for a row of that length. Rows of a table without an index are only ever added behind the
+/// last one, so that reading the pages in order gives them in the order in which they were written.
+std::uint32_t TableStore::pageFor(std::size_t length) {
+    constexpr int mostTries = 4;
+    const Layout& layout = m_pager.layout();
+    const bool ordered = m_def.indexData.empty();
+    const std::uint32_t last = m_ownedPages.last();
+    std::uint32_t page = ordered ? last : m_freeSpacePages.next(0);
+    for (int tries = 0; page != 0 && tries < mostTries; ++tries) {
+        const View view = m_pager.view(page);
+        requireDataPage(view, m_def.page);
+        if (hasRoom(view, layout, length)) return page;
+        if (freeSpace(view, layout) < layout.pageSize / 4 || slotCount(view, layout) >= mostSlots)
+            m_freeSpacePages.remove(page);
+        page = ordered ? 0 : m_freeSpacePages.next(page + 1);
+    }
+    page = m_pager.allocate(ordered ? last + 1 : 0);
+    initDataPage(m_pager.edit(page), layout, m_def.page);
+    m_ownedPages.add(page);
+    m_freeSpacePages.add(page);
+    return page;
+}
+
+RowPointer TableStore::place(ByteView bytes, std::uint16_t flags) {
+    const std::uint32_t page = pageFor(bytes.size());
+    const std::uint8_t slot = appendRow(m_pager.edit(page), m_pager.layout(), bytes, flags);
+    noteSpace(page);
+    return {page, slot};
+}
+
+/// Keeps the map of pages with free space in step.
+void TableStore::noteSpace(std::uint32_t page) {
+    const View view = m_pager.view(page);
+    const bool worth = freeSpace(view, m_pager.layout()) >= littleSpace(m_pager.layout()) &&
+                       slotCount(view, m_pager.layout()) < mostSlots;
+    if (worth)
+        m_freeSpacePages.add(page);
+    else
+        m_freeSpacePages.remove(page);
+}
+
+void TableStore::noteAutonumber(const Row& row) {
+    for (std::size_t i = 0; i < m_columns.size(); ++i)
+        if (m_columns[i].autonumber)
+            if (const auto* number = std::get_if<std::int32_t>(&row[i]))
+                m_def.autonumber = std::max(m_def.autonumber, *number);
+}
+
+RowId TableStore::insert(const Row& given) {
+    requireWritable();
+    const auto numbered = std::ranges::find_if(m_columns, &Column::autonumber);
+    Row filled;
+    const Row* row = &given;
+    if (numbered != m_columns.end() && given.size() == m_columns.size()) {
+        const auto position = static_cast<std::size_t>(numbered - m_columns.begin());
+        if (isNull(given[position])) {
+            filled = given;
+            filled[position] = m_def.autonumber + 1;
+            row = &filled;
+        }
+    }
+    buildProbe(*row);
+    const Keys keys = keysOf(*row);
+    requireFreeKeys(keys, {});
+    ChangeGuard guard(m_pager);
+    if (!m_longValues.empty()) m_builder->build(*row, storeLongValues(*row, nullptr, nullptr), m_row);
+    const RowPointer at = place(m_row, 0);
+    changeKeys({}, keys, at);
+    ++m_def.rowCount;
+    noteAutonumber(*row);
+    guard.done();
+    return {at.page, at.row};
+}
+
+void TableStore::update(RowId id, const Row& row) {
+    requireWritable();
+    const Body body = locate(id);
+    Row old;
+    read(id, old);
+    buildProbe(row);
+    const Keys oldKeys = keysOf(old);
+    const Keys keys = keysOf(row);
+    requireFreeKeys(keys, oldKeys);
+    ChangeGuard guard(m_pager);
+    if (!m_longValues.empty()) {
+        // The stored row is kept aside: storing long values does not move it, but what follows may.
+        const StoredRow stored(bodyView(body), m_pager.layout(), m_def);
+        m_builder->build(row, storeLongValues(row, &old, &stored), m_row);
+    }
+    replaceBody(id, body, m_row);
+    changeKeys(oldKeys, keys, {id.page, id.slot});
+    noteAutonumber(row);
+    guard.done();
+}
+
+/// Writes the row in its place, or elsewhere when the page has no room; its home stays.
+void TableStore::replaceBody(RowId id, const Body& body, ByteView bytes) {
+    const Layout& layout = m_pager.layout();
+    Edit page = m_pager.edit(body.at.page);
+    const Slot slot = slotAt(page, layout, body.at.row);
+    if (bytes.size() <= slot.length + freeSpace(page, layout)) {
+        const std::uint32_t start = bytes.size() == slot.length
+                                        ? slot.start
+                                        : resizeRow(page, layout, body.at.row, bytes.size(), slot.flags);
+        page.setBytes(start, bytes);
+        noteSpace(body.at.page);
+        return;
+    }
+    const RowPointer moved = place(bytes, overflowRow);
+    if (body.overflow) dropSlot(body.at);
+    Edit home = m_pager.edit(id.page);
+    const std::uint32_t start = resizeRow(home, layout, id.slot, 4, pointerRow);
+    home.set32(start, moved.pack());
+    noteSpace(id.page);
+}
+
+/// Deletes what a slot holds; a page on which nothing is left is given back.
+void TableStore::dropSlot(RowPointer at) {
+    Edit page = m_pager.edit(at.page);
+    eraseRow(page, m_pager.layout(), at.row);
+    if (!isEmptyPage(page, m_pager.layout())) {
+        noteSpace(at.page);
+        return;
+    }
+    m_ownedPages.remove(at.page);
+    m_freeSpacePages.remove(at.page);
+    m_pager.release(at.page);
+}
+
+void TableStore::erase(RowId id) {
+    requireWritable();
+    const Body body = locate(id);
+    Row row;
+    read(id, row);
+    const Keys keys = keysOf(row);
+    ChangeGuard guard(m_pager);
+    changeKeys(keys, {}, {id.page, id.slot});
+    releaseLongValues(StoredRow(bodyView(body), m_pager.layout(), m_def));
+    if (body.overflow) dropSlot(body.at);
+    dropSlot({id.page, id.slot});
+    m_def.rowCount -= m_def.rowCount != 0;
+    guard.done();
+}
+
+void TableStore::clear() {
+    requireWritable();
+    ChangeGuard guard(m_pager);
+    for (std::uint32_t page : m_ownedPages.pages()) {
+        requireDataPage(m_pager.view(page), m_def.page);
+        m_pager.release(page);
+    }
+    m_ownedPages.clear();
+    m_freeSpacePages.clear();
+    for (const auto& values : m_longValues)
+        values->clear();
+    for (const auto& tree : m_trees)
+        tree->clear();
+    m_def.rowCount = 0;
+    guard.done();
+}
+
+std::uint16_t TableStore::nextFixedOffset() {
+    std::size_t end = 0;
+    for (const ColumnDef& column : m_def.columns)
+        if (column.fixed() && column.type != ColumnType::Boolean)
+            end = std::max<std::size_t>(end, column.fixedOffset + column.length);
+    // Bytes of deleted columns may lie behind those of the others.
+    const bool deleted = m_def.maxColumns > m_def.columns.size();
+    const std::size_t head = m_pager.layout().jet4() ? 2 : 1;
+    for (Cursor cursor(*this); deleted && cursor.next();) {
+        const StoredRow stored(rowView(cursor.id()), m_pager.layout(), m_def);
+        if (stored.columnCount() == m_def.maxColumns) end = std::max(end, stored.fixedEnd() - head);
+    }
+    if (end > m_pager.layout().longestRow)
+        throw Error(ErrorKind::InvalidDesign, "The fields of the table are too long for a record.");
+    return static_cast<std::uint16_t>(end);
+}
+
+void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
+    flush();
+    // Rows without a variable part would be misread once the table has a variable column.
+    std::vector<std::pair<RowId, Row>> rows;
+    if (m_def.variableSlots == 0 && !column.fixed())
+        for (Cursor cursor(*this); cursor.next();)
+            rows.emplace_back(cursor.id(), cursor.row());
+    column.variableSlot = m_def.variableSlots;
+    m_def.addColumn(m_pager, std::move(column), maps);
+    describe();
+    for (auto& [id, row] : rows) {
+        row.emplace_back();
+        m_builder->build(row, std::vector<Bytes>(row.size()), m_row);
+        replaceBody(id, locate(id), m_row);
+    }
+}
+
+} // namespace jet
