@@ -114,7 +114,7 @@ void useEverything(const MemoryDisk& disk, const std::string& password, unsigned
 
 TEST(DamageTest, DamagedFilesGiveErrorsAndNothingWorse) {
     const Bytes sound = richFile();
-    for (unsigned seed = 0; seed < 300; ++seed) {
+    for (unsigned seed = 0; seed < 120; ++seed) {
         SCOPED_TRACE(seed);
         Random random(seed);
         Bytes content = sound;
@@ -127,7 +127,7 @@ TEST(DamageTest, DamagedSamplesGiveErrorsAndNothingWorse) {
     for (const std::string& path : samples()) {
         if (path.empty()) GTEST_SKIP() << "no sample databases";
         const Bytes sound = contentOf(path);
-        for (unsigned seed = 0; seed < 12; ++seed) {
+        for (unsigned seed = 0; seed < 6; ++seed) {
             SCOPED_TRACE(path + " " + std::to_string(seed));
             Random random(seed);
             Bytes content = sound;
