@@ -222,7 +222,9 @@ void frmGrl::showExportFrame() {
         Enb();
     else
         Dsb();
+    const bool closes = !m_fExport->isHidden() && !m_exportFrame.visible;
     m_fExport->showFrame();
+    if (closes) m_desktop.focusGrid();
 }
 
 } // namespace shell

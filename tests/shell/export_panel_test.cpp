@@ -103,6 +103,7 @@ TEST_F(ExportPanelTest, OpensAsDesignedAndLocksTheCommands) {
 
     click("cmdCancel");
     EXPECT_FALSE(panel.isVisible());
+    EXPECT_TRUE(window->grid().hasFocus());
     for (const char* name : commands)
         EXPECT_TRUE(live(name)) << name;
 }
