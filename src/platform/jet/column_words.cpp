@@ -1,5 +1,7 @@
 #include "column_words.h"
 
+#include "text.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -15,35 +17,28 @@ struct Word {
 
 /// The first word of a type is the one that it is described by.
 constexpr std::array typeWords = {
-    Word{"yesno", ColumnType::Boolean},     Word{"boolean", ColumnType::Boolean},
-    Word{"logical", ColumnType::Boolean},   Word{"bit", ColumnType::Boolean},
-    Word{"byte", ColumnType::Byte},         Word{"short", ColumnType::Integer},
-    Word{"smallint", ColumnType::Integer},  Word{"long", ColumnType::Long},
-    Word{"integer", ColumnType::Long},      Word{"int", ColumnType::Long},
-    Word{"currency", ColumnType::Currency}, Word{"money", ColumnType::Currency},
-    Word{"single", ColumnType::Single},     Word{"real", ColumnType::Single},
-    Word{"double", ColumnType::Double},     Word{"float", ColumnType::Double},
-    Word{"number", ColumnType::Double},     Word{"datetime", ColumnType::DateTime},
-    Word{"date", ColumnType::DateTime},     Word{"time", ColumnType::DateTime},
-    Word{"binary", ColumnType::Binary},     Word{"varbinary", ColumnType::Binary},
-    Word{"text", ColumnType::Text},         Word{"char", ColumnType::Text},
-    Word{"varchar", ColumnType::Text},      Word{"string", ColumnType::Text},
-    Word{"longbinary", ColumnType::Ole},    Word{"oleobject", ColumnType::Ole},
-    Word{"memo", ColumnType::Memo},         Word{"longtext", ColumnType::Memo},
-    Word{"guid", ColumnType::Guid},         Word{"numeric", ColumnType::Numeric},
-    Word{"decimal", ColumnType::Numeric},
+    Word{"YesNo", ColumnType::Boolean},     Word{"Boolean", ColumnType::Boolean},
+    Word{"Logical", ColumnType::Boolean},   Word{"Bit", ColumnType::Boolean},
+    Word{"Byte", ColumnType::Byte},         Word{"Short", ColumnType::Integer},
+    Word{"SmallInt", ColumnType::Integer},  Word{"Long", ColumnType::Long},
+    Word{"Integer", ColumnType::Long},      Word{"Int", ColumnType::Long},
+    Word{"Currency", ColumnType::Currency}, Word{"Money", ColumnType::Currency},
+    Word{"Single", ColumnType::Single},     Word{"Real", ColumnType::Single},
+    Word{"Double", ColumnType::Double},     Word{"Float", ColumnType::Double},
+    Word{"Number", ColumnType::Double},     Word{"DateTime", ColumnType::DateTime},
+    Word{"Date", ColumnType::DateTime},     Word{"Time", ColumnType::DateTime},
+    Word{"Binary", ColumnType::Binary},     Word{"VarBinary", ColumnType::Binary},
+    Word{"Text", ColumnType::Text},         Word{"Char", ColumnType::Text},
+    Word{"VarChar", ColumnType::Text},      Word{"String", ColumnType::Text},
+    Word{"LongBinary", ColumnType::Ole},    Word{"OleObject", ColumnType::Ole},
+    Word{"Memo", ColumnType::Memo},         Word{"LongText", ColumnType::Memo},
+    Word{"Guid", ColumnType::Guid},         Word{"Numeric", ColumnType::Numeric},
+    Word{"Decimal", ColumnType::Numeric},
 };
 
 constexpr int longestText = 255;
 constexpr int longestBinary = 510;
 constexpr int mostDigits = 28;
-
-std::string lower(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return result;
-}
 
 std::string_view trim(std::string_view text) {
     while (!text.empty() && text.front() == ' ')
@@ -84,13 +79,14 @@ bool setSize(ColumnDesign& column, std::string_view arguments) {
 std::optional<ColumnDesign> columnTypeOf(std::string_view words) {
     words = trim(words);
     const std::size_t bracket = words.find('(');
-    const std::string word = lower(trim(words.substr(0, bracket)));
+    const std::string_view word = trim(words.substr(0, bracket));
     ColumnDesign column;
-    if (word == "counter" || word == "autoincrement") {
+    if (sameName(word, "Counter") || sameName(word, "AutoIncrement")) {
         column.type = ColumnType::Long;
         column.autonumber = true;
     } else {
-        const auto* found = std::ranges::find(typeWords, word, &Word::word);
+        const auto* found =
+            std::ranges::find_if(typeWords, [&](const Word& known) { return sameName(known.word, word); });
         if (found == typeWords.end()) return std::nullopt;
         column.type = found->type;
     }
@@ -104,7 +100,6 @@ std::string wordsFor(const ColumnDesign& column) {
     if (column.autonumber) return "Counter";
     const ColumnType type = column.type == ColumnType::FixedBinary ? ColumnType::Binary : column.type;
     std::string words(std::ranges::find(typeWords, type, &Word::type)->word);
-    words.front() = static_cast<char>(words.front() - 32);
     if ((type == ColumnType::Text || type == ColumnType::Binary) && column.size > 0)
         words += "(" + std::to_string(column.size) + ")";
     if (type == ColumnType::Numeric)

@@ -1,5 +1,6 @@
 #include "sort_key.h"
 
+#include "text.h"
 #include "text_key.h"
 
 #include <algorithm>
@@ -69,60 +70,11 @@ void appendNumeric(Bytes& out, const Numeric& value, bool ascending) {
     if (value.negative == ascending) invert(out, start);
 }
 
-/// Turns UTF-8 into UTF-16 units, at most as many as a key looks at; what is no UTF-8 counts byte by byte.
-class Units {
-  public:
-    explicit Units(std::string_view text) {
-        std::size_t at = 0;
-        while (at < text.size() && m_length + 1 < m_units.size())
-            at += take(text.substr(at));
-    }
-    [[nodiscard]] std::u16string_view view() const { return {m_units.data(), m_length}; }
-
-  private:
-    std::size_t take(std::string_view text) {
-        const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-        const std::size_t length = byte(0) < 0xC2 ? 1 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
-        std::uint32_t point = length == 1 ? byte(0) : byte(0) & (0x7FU >> length);
-        for (std::size_t i = 1; i < length; ++i) {
-            if (i >= text.size() || (byte(i) & 0xC0) != 0x80) {
-                put(byte(0));
-                return 1;
-            }
-            point = point << 6 | (byte(i) & 0x3FU);
-        }
-        if (point >= 0x10000) {
-            point -= 0x10000;
-            put(0xD800 + (point >> 10 & 0x3FF));
-            point = 0xDC00 + (point & 0x3FF);
-        }
-        put(point);
-        return length;
-    }
-    void put(std::uint32_t unit) { m_units[m_length++] = static_cast<char16_t>(unit); }
-
-    std::array<char16_t, 260> m_units;
-    std::size_t m_length = 0;
-};
-
-/// The characters of code page 1252 whose bytes are not their numbers.
-constexpr std::array<char16_t, 32> upperControls = {
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
-
-char ansi(char16_t unit) {
-    if (unit < 0x80 || (unit >= 0xA0 && unit < 0x100)) return static_cast<char>(unit);
-    const auto found = std::ranges::find(upperControls, unit);
-    return found == upperControls.end() ? '?' : static_cast<char>(0x80 + (found - upperControls.begin()));
-}
-
 void appendText(Bytes& out, std::string_view text, bool ascending, Format format) {
-    const Units units(text);
-    if (format == Format::Jet4) return appendGeneralTextKey(units.view(), ascending, out);
-    std::string bytes(units.view().size(), ' ');
-    std::ranges::transform(units.view(), bytes.begin(), ansi);
-    appendJet3TextKey(bytes, ascending, out);
+    if (format == Format::Jet4)
+        appendGeneralTextKey(utf16FromUtf8(text), ascending, out);
+    else
+        appendJet3TextKey(ansiFromUtf8(text), ascending, out);
 }
 
 /// Appends the bytes of one value; types that invert by rules of their own say so by returning true.
