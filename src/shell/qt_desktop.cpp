@@ -58,7 +58,9 @@ void QtDesktop::attach(QProgressBar& progress, QLabel& status, QWidget& grid) {
 
 QWidget* QtDesktop::owner() const {
     QWidget* active = QApplication::activeModalWidget();
-    return active != nullptr ? active : m_window.data();
+    if (active == nullptr) active = m_window.data();
+    return active != nullptr ? active
+                             : QApplication::activeWindow(); // the login, before there is a main window
 }
 
 desktop::Answer QtDesktop::messageBox(std::string_view message, desktop::Buttons buttons,
