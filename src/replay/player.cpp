@@ -73,6 +73,7 @@ Player::Player(World& world)
 Player::~Player() = default;
 
 void Player::openWindow() {
+    m_window.reset(); // the program that ran before is gone when the next one starts
     m_sheet = std::make_shared<SheetStandIn>();
     shell::Surroundings surroundings;
     surroundings.programFolder = m_world.programFolder();
