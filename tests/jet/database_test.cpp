@@ -1,5 +1,6 @@
 #include "engine_fixture.h"
 
+#include "catalog.h"
 #include "pager.h"
 
 namespace jet {
@@ -371,6 +372,44 @@ TEST(DatabaseTest, LongDefinitionsTakeSeveralPages) {
     db.commit();
     Database again = disk.open();
     EXPECT_EQ(rowsOf(again.table("T")).begin()->second, row);
+}
+
+TEST(DatabaseTest, ATableSortedByUnknownRulesIsReadButNotChanged) {
+    const MemoryDisk disk;
+    Rows rows;
+    {
+        Database db = disk.create();
+        Table table = db.createTable(keyed({{.name = "Id", .columns = {{"Id"}}, .kind = IndexKind::Unique},
+                                            {.name = "Name", .columns = {{"Name"}}}}));
+        for (std::int32_t i = 0; i < 50; ++i)
+            table.insert(keyedRow(i, "n" + std::to_string(i)));
+        rows = rowsOf(table);
+        db.commit();
+    }
+    Bytes content = disk.content();
+    {
+        Pager pager(std::make_unique<MemoryFile>(content), OpenMode::ReadOnly);
+        const std::uint32_t page = Catalog(pager).table("T")->page();
+        constexpr std::size_t sortOrderAt = 11; // in the block of a column
+        const std::size_t second =
+            jet4Layout.countersAt + 2 * jet4Layout.counterBytes + jet4Layout.columnBytes;
+        content[page * jet4Layout.pageSize + second + sortOrderAt] = 0x11;
+    }
+    const MemoryDisk foreign(content);
+    Database db = foreign.open();
+    Table table = db.table("T");
+    EXPECT_EQ(rowsOf(table), rows);
+    EXPECT_TRUE(table.indexes()[0].seekable);
+    EXPECT_FALSE(table.indexes()[1].seekable);
+    const std::vector<Value> id{std::int32_t{7}};
+    const std::vector<Value> name{std::string("n7")};
+    EXPECT_TRUE(table.seek(0, id).has_value());
+    EXPECT_EQ(errorOf([&] { (void)table.seek(1, name); }), ErrorKind::UnsupportedSort);
+    EXPECT_EQ(errorOf([&] { table.insert(keyedRow(99, "n")); }), ErrorKind::UnsupportedSort);
+    EXPECT_EQ(errorOf([&] { table.clear(); }), ErrorKind::UnsupportedSort);
+    db.createTable({.name = "U", .columns = {{.name = "A"}}}).insert({"other tables can be changed"});
+    db.commit();
+    EXPECT_EQ(rowsOf(foreign.open().table("T")), rows);
 }
 
 TEST(DatabaseTest, PasswordsOpenAndRefuse) {

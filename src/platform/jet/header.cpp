@@ -81,7 +81,6 @@ Header readHeader(ByteView page) {
     const std::size_t masked = version == 0 ? maskedBytesJet3 : maskedBytesJet4;
     rc4(ByteSpan(plain).subspan(maskedAt, masked), headerMaskKey);
     const View view(0, plain);
-    header.freePages = RowPointer::unpack(view.u32(freePagesAt));
     header.encodingKey = view.u32(encodingKeyAt);
     header.password = readPassword(view, header.format);
     return header;

@@ -13,7 +13,6 @@ struct Header {
     Format format = Format::Jet4;
     std::uint32_t encodingKey = 0; ///< 0 = the pages are not encoded
     std::string password;          ///< UTF-8
-    RowPointer freePages;
 };
 
 /// Reads page 0, given at least its first bytes as they stand in the file. NotADatabase, UnsupportedVersion.

@@ -120,15 +120,6 @@ bool Index::contains(ByteView key) const {
     return found;
 }
 
-std::optional<RowPointer> Index::first(ByteView key) const {
-    std::optional<RowPointer> result;
-    each(key, [&](RowPointer row) {
-        result = row;
-        return false;
-    });
-    return result;
-}
-
 void Index::each(ByteView key, const std::function<bool(RowPointer)>& take) const {
     Path path;
     descend(key, path);

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <optional>
 
 namespace jet {
 
@@ -24,7 +23,6 @@ class Index {
     [[nodiscard]] bool contains(ByteView key) const;
     /// Calls `take` for the rows whose keys start with `key`, in order, until it returns false.
     void each(ByteView key, const std::function<bool(RowPointer)>& take) const;
-    [[nodiscard]] std::optional<RowPointer> first(ByteView key) const;
 
     void insert(ByteView key, RowPointer row);
     void remove(ByteView key, RowPointer row); ///< Corrupt when the entry is not there
