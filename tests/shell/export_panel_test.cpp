@@ -122,6 +122,11 @@ TEST_F(ExportPanelTest, ControlsFollowTheFrameAndTheFrameThem) {
     fill("txtLW", "4");
     choose("optWTot");
     EXPECT_EQ(textOf("txtTW"), "7.5");
+    control<QRadioButton>("optWTot").setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    EXPECT_TRUE(live("txtLW") && !live("txtTW")) << "an arrow key chooses as a click does";
+    EXPECT_EQ(textOf("txtLW"), "3.75");
+    choose("optWTot");
 
     // Leaving one of the gutter's boxes works out the others.
     choose("optGut1");
