@@ -8,8 +8,8 @@
 #include <vector>
 
 // A rich-text document as far as a reader of help texts needs it. Lengths are twips, sizes half points, texts
-// UTF-8. Within a run a tab is U+0009 and a line break U+2028. The format is that of the Rich Text Format
-// (RTF) Specification, version 1.9.1.
+// UTF-8. Within a run a tab is U+0009 and a line break U+2028. The format is Rich Text Format (RTF),
+// version 1.9.1, as Microsoft published it in 2008.
 
 namespace rtf {
 
