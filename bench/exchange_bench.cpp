@@ -79,8 +79,14 @@ void BM_PlainWrite(benchmark::State& state, Sync sync) {
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
-BENCHMARK_CAPTURE(BM_PlainWrite, unsynced, Sync::No)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(BM_PlainWrite, synced, Sync::Yes)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(BM_PlainWrite, unsynced, Sync::No)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_PlainWrite, synced, Sync::Yes)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 void BM_ImportFromLibreOffice(benchmark::State& state) {
     if (!RunningOffice::isInstalled() || !std::filesystem::exists(SHEET_READER)) {

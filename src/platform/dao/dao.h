@@ -14,8 +14,20 @@ namespace dao {
 
 /// DAO type codes of a field.
 enum class DataType : int {
-    Boolean = 1, Byte = 2, Integer = 3, Long = 4, Currency = 5, Single = 6, Double = 7, Date = 8, Binary = 9,
-    Text = 10, LongBinary = 11, Memo = 12, GUID = 15, Numeric = 16,
+    Boolean = 1,
+    Byte = 2,
+    Integer = 3,
+    Long = 4,
+    Currency = 5,
+    Single = 6,
+    Double = 7,
+    Date = 8,
+    Binary = 9,
+    Text = 10,
+    LongBinary = 11,
+    Memo = 12,
+    GUID = 15,
+    Numeric = 16,
 };
 
 struct Null {
@@ -36,7 +48,8 @@ class Field {
     [[nodiscard]] const std::string& Name() const;
     [[nodiscard]] DataType Type() const;
     [[nodiscard]] int Size() const; ///< characters of a Text field, bytes of others
-    /// Value of the current record, or of the copy buffer after AddNew or Edit. 3021 without a current record.
+    /// Value of the current record, or of the copy buffer after AddNew or Edit. 3021 without a current
+    /// record.
     [[nodiscard]] Value value() const;
     /// Sets the field in the copy buffer, converted to the field's type as Jet does: 3020 without AddNew or
     /// Edit, 3421 for a value that does not convert, 3163 for a text that is too long.
@@ -99,8 +112,8 @@ class Database {
     void Execute(std::string_view statement);
     [[nodiscard]] Recordset OpenRecordset(std::string_view table); ///< 3078 when there is no such table
     [[nodiscard]] std::vector<std::string> TableNames() const;     ///< user tables
-    /// Writes what was changed, atomically, and closes. 3197 when another program changed the file since it was
-    /// opened, 3051 no permission, 3026 disk full; the file on disk is then as it was.
+    /// Writes what was changed, atomically, and closes. 3197 when another program changed the file since it
+    /// was opened, 3051 no permission, 3026 disk full; the file on disk is then as it was.
     void Close();
 
   private:
