@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -18,6 +19,9 @@
 #include <QPixmap>
 #include <QScrollBar>
 #include <QTest>
+
+#include <array>
+#include <utility>
 
 namespace replay {
 namespace {
@@ -92,7 +96,8 @@ void Player::start(const Session& session) {
     openWindow();
     if (session.settings) setSettings(*session.settings);
     if (session.fresh) return;
-    m_watcher.expect({QJsonObject{{"file", bookPath}}});
+    // The box comes when the session lays down a book of that name.
+    m_watcher.expect({QJsonObject{{"file", bookPath}}, QJsonObject{{"box", "Yes"}}});
     press("cmdNew");
     m_watcher.forgetDialogs();
 }
@@ -102,6 +107,12 @@ void Player::settle() {
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();
     }
+}
+
+// Only in the active window does a control get and lose the focus; a dialog that closed leaves none active.
+void Player::bringToFront() {
+    m_window->activateWindow();
+    static_cast<void>(QTest::qWaitForWindowActive(m_window.get(), 1000));
 }
 
 QWidget* Player::control(const QString& name) const {
@@ -217,11 +228,12 @@ void Player::setSettings(const QJsonObject& values) {
     tick("chk005", values["chk005"]);
     tick("chkAdd", values["add"]);
     setBox("txtAdd", values["txt_add"]);
+    const int oft = values["oft"].toInt(m_window->book().settings.chkOft ? 1 : 0);
     if (values.contains("list")) {
-        tick("chkOft", 1);
+        tick("chkOft", 1); // shows the list's controls
         setOffsets(texts(values["list"].toArray()));
     }
-    tick("chkOft", values["oft"]);
+    tick("chkOft", oft);
     pressIn("ff", "cmdOK");
 }
 
@@ -249,22 +261,38 @@ void Player::setOffsets(const QStringList& offsets) {
 }
 
 void Player::transfer(const QJsonObject& values) {
-    static const std::map<QString, const char*> boxes{
-        {"name", "txtName"}, {"subdiv", "txtSubDiv"}, {"div", "txtDiv"},  {"survey", "txtSurvey"},
-        {"lw", "txtLW"},     {"rw", "txtRW"},         {"tw", "txtTW"},    {"crg", "txtCrgWid"},
-        {"fill", "cboFill"}, {"cut", "cboCut"},       {"gis", "cboGIS"},  {"gos", "cboGOS"},
-        {"topw", "txtTopW"}, {"ddrn", "txtDDrn"},     {"wdrn", "txtWDrn"}};
+    // The boxes that compute when they are left come last, so that they compute with the others' values.
+    static constexpr std::array<std::pair<const char*, const char*>, 15> boxes{{{"name", "txtName"},
+                                                                                {"subdiv", "txtSubDiv"},
+                                                                                {"div", "txtDiv"},
+                                                                                {"survey", "txtSurvey"},
+                                                                                {"lw", "txtLW"},
+                                                                                {"rw", "txtRW"},
+                                                                                {"tw", "txtTW"},
+                                                                                {"crg", "txtCrgWid"},
+                                                                                {"fill", "cboFill"},
+                                                                                {"cut", "cboCut"},
+                                                                                {"ddrn", "txtDDrn"},
+                                                                                {"wdrn", "txtWDrn"},
+                                                                                {"gis", "cboGIS"},
+                                                                                {"gos", "cboGOS"},
+                                                                                {"topw", "txtTopW"}}};
     press("cmdExport");
     const QWidget* frame = control("fExport");
     if (frame == nullptr || !frame->isVisible()) return;
+    if (auto* box = frame->findChild<QCheckBox*>("chkFRL"); box->isChecked()) pressIn("fExport", "chkFRL");
     if (values.contains("width")) pressIn("fExport", values["width"] == "sides" ? "optWLR" : "optWTot");
     if (values.contains("gutter")) pressIn("fExport", values["gutter"] == "top" ? "optGut1" : "optGut0");
+    const bool leave = values["leave"].toBool() || values["leave"].toInt() == 1;
     for (const auto& [name, box] : boxes) {
         if (!values.contains(name)) continue;
         QWidget* field = control(box);
-        if (values["leave"].toBool()) field->setFocus();
+        if (leave) {
+            bringToFront();
+            field->setFocus();
+        }
         setText(field, values[name].toVariant().toString());
-        if (!values["leave"].toBool()) continue;
+        if (!leave) continue;
         frame->findChild<QWidget*>("cmdTr")->setFocus();
         settle();
     }
@@ -292,6 +320,7 @@ void Player::import(const QJsonValue& rows) {
 }
 
 void Player::chooseFolder(const QJsonValue& folder) {
+    if (folder.isString()) QDir().mkpath(m_world.path(folder.toString())); // only what is there can be chosen
     m_watcher.handle("frmDorvan", [this, folder](QWidget& dialog) {
         auto* path = dialog.findChild<QLineEdit*>("txtPath");
         if (folder.isNull() || path == nullptr)

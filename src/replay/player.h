@@ -27,6 +27,7 @@ class Player {
   private:
     void openWindow();
     void settle();
+    void bringToFront();
     [[nodiscard]] QWidget* control(const QString& name) const;
     void press(const QString& button);
     void pressIn(const QString& frame, const QString& button);

@@ -125,9 +125,12 @@ bool Watcher::takeAnswer(const char* kind, QJsonValue& answer) {
 void Watcher::answer(QMessageBox& box) {
     m_dialogs.append(
         QJsonObject{{"message", box.text()}, {"buttons", buttonsOf(box)}, {"title", box.windowTitle()}});
+    // A box that can only be confirmed takes no answer that is meant for the question behind it.
+    const bool asks = box.button(QMessageBox::No) != nullptr;
+    const bool meant = asks || (!m_answers.empty() && m_answers.front()["box"].toString() == "OK");
     QJsonValue chosen;
-    if (takeAnswer("box", chosen)) {
-        for (const auto each : {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel}) {
+    if (meant && takeAnswer("box", chosen)) {
+        for (const auto each : {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel}) {
             QAbstractButton* button = box.button(each);
             if (button != nullptr && button->text().remove(u'&') == chosen.toString()) return click(button);
         }

@@ -1,5 +1,7 @@
 // Every kind of step a session may hold, and sessions that cannot be read.
 
+#include "dao/dao.h"
+#include "exchange/road_schema.h"
 #include "replay/play.h"
 #include "replay/session.h"
 #include "temp_folder.h"
@@ -117,6 +119,34 @@ TEST_F(Steps, ImportAndAnotherStart) {
                      QString::fromStdString(other.path()));
     EXPECT_EQ(row(outcome, 1), "01-000,2.5,,,,1.1,,,,,");
     EXPECT_EQ(outcome["caption"].toString(), "ZavroGrl-work/book.grl");
+}
+
+TEST_F(Steps, BoxesThatAreLeftComputeAndFramesKeepNothingUnasked) {
+    const QJsonObject outcome = play(R"json({
+        "disk": {"work/book.grl": {"Grl": [{"Chn": "09-000"}]}, "work/old.mdb": {"LSect": [], "CSect": []}},
+        "settings": {"list": ["L02.50"]},
+        "steps": [
+        {"preset": [["", "", "", "", "1.5", "", "", "", "100"], ["00-000", "", "0", "", "", "1.1"]]},
+        {"frl": "work/old.mdb"},
+        {"folder": "road"},
+        {"transfer": {"width": "sides", "lw": 0, "gutter": "top", "topw": "0", "wdrn": "0.6", "leave": true}},
+        {"transfer": {"lw": 3, "gutter": "top", "topw": "2", "wdrn": "0.6", "ddrn": "1", "leave": true}}
+    ]})json");
+    EXPECT_EQ(outcome["caption"].toString(), "ZavroGrl-work/book.grl");
+    EXPECT_EQ(outcome["settings"].toObject()["oft"].toInt(), 0);
+    EXPECT_EQ(compact(outcome["settings"].toObject()["list"]), R"(["L02.50"])");
+    std::string messages;
+    for (const QJsonValue& dialog : outcome["dialogs"].toArray())
+        messages += dialog.toObject()["message"].toString().toStdString() + "|";
+    EXPECT_EQ(messages, "|Gutter Top Width is invalid or Zero|Enter Left Roadwidth 1st ...|"
+                        "road/book Folder is Created|");
+    dao::Database road =
+        dao::OpenDatabase(world.path() + "/road/book/Road.mdb", std::string(exchange::roadConnect));
+    dao::Recordset lSect = road.OpenRecordset("LSect");
+    ASSERT_EQ(lSect.RecordCount(), 1);
+    lSect.MoveFirst();
+    EXPECT_EQ(dao::toText(lSect.Fields("RGIS").value()), "0.7");
+    EXPECT_EQ(dao::toText(lSect.Fields("LRW").value()), "3");
 }
 
 TEST_F(Steps, AfterExitKeysGoNowhere) {
