@@ -1,5 +1,7 @@
 #include "check.h"
 #include "engine_fixture.h"
+#include "layout.h"
+#include "schema_text.h"
 
 namespace jet {
 namespace {
@@ -83,6 +85,7 @@ void useEverything(const MemoryDisk& disk, const std::string& password, unsigned
     tolerant([&] { db = disk.open(password); });
     if (!db) return;
     tolerant([&] { (void)check(*db); });
+    tolerant([&] { (void)schemaText(schemaOf(*db)); });
     for (const std::string& name : db->allTableNames()) {
         tolerant([&] { (void)rowsOf(db->table(name)); });
         tolerant([&] {
@@ -149,6 +152,25 @@ TEST(DamageTest, TheMessageNamesThePlace) {
         EXPECT_EQ(error.offset(), 0U);
         EXPECT_NE(error.text().find("page 2"), std::string::npos);
     }
+}
+
+TEST(DamageTest, AColumnOfAnUnknownTypeIsShownAsBytes) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        db.createTable({.name = "T", .columns = {{.name = "A", .type = ColumnType::Double}}}).insert({1.5});
+        db.commit();
+    }
+    Bytes content = disk.content();
+    std::size_t definition = content.size();
+    do
+        definition -= jet4Layout.pageSize;
+    while (content[definition] != static_cast<std::uint8_t>(PageKind::TableDef));
+    content[definition + jet4Layout.countersAt] = 0x2E; // without an index the first column stands here
+    Database db = MemoryDisk(content).open();
+    EXPECT_NE(schemaText(schemaOf(db)).find("A Binary(8)"), std::string::npos) << schemaText(schemaOf(db));
+    const Row row = rowsOf(db.table("T")).begin()->second;
+    EXPECT_EQ(std::get<Bytes>(row[0]), (Bytes{0, 0, 0, 0, 0, 0, 0xF8, 0x3F}));
 }
 
 } // namespace

@@ -98,8 +98,10 @@ std::optional<ColumnDesign> columnTypeOf(std::string_view words) {
 
 std::string wordsFor(const ColumnDesign& column) {
     if (column.autonumber) return "Counter";
-    const ColumnType type = column.type == ColumnType::FixedBinary ? ColumnType::Binary : column.type;
-    std::string words(std::ranges::find(typeWords, type, &Word::type)->word);
+    // Types without a word, those that are not known included, hold bytes.
+    const auto* found = std::ranges::find(typeWords, column.type, &Word::type);
+    const ColumnType type = found == typeWords.end() ? ColumnType::Binary : found->type;
+    std::string words(found == typeWords.end() ? "Binary" : found->word);
     if ((type == ColumnType::Text || type == ColumnType::Binary) && column.size > 0)
         words += "(" + std::to_string(column.size) + ")";
     if (type == ColumnType::Numeric)

@@ -318,8 +318,16 @@ std::uint32_t Index::allocate(bool leaf) {
 }
 
 void Index::link(std::uint32_t left, std::uint32_t right) {
-    m_pager.edit(left).set32(m_pager.layout().nextAt, right);
-    m_pager.edit(right).set32(m_pager.layout().previousAt, left);
+    editOwn(left).set32(m_pager.layout().nextAt, right);
+    editOwn(right).set32(m_pager.layout().previousAt, left);
+}
+
+/// A page that a link of another page names. A damaged link must not lead to a change elsewhere.
+Edit Index::editOwn(std::uint32_t page) {
+    const View view = m_pager.view(page);
+    if (!m_map.contains(page)) view.fail(0, "an index refers to a page that is not its own");
+    (void)read(page);
+    return m_pager.edit(page);
 }
 
 } // namespace jet

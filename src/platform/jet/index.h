@@ -75,6 +75,7 @@ class Index {
     void collapseRoot();
     std::uint32_t allocate(bool leaf);
     void link(std::uint32_t left, std::uint32_t right);
+    [[nodiscard]] Edit editOwn(std::uint32_t page);
 
     Pager& m_pager;
     std::uint32_t m_owner;

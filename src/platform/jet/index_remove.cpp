@@ -70,8 +70,8 @@ void Index::removePage(Path& path, std::size_t level) {
     const IndexPage page = read(number);
     const std::uint32_t previous = page.previous();
     const std::uint32_t next = page.next();
-    if (previous != 0) m_pager.edit(previous).set32(m_pager.layout().nextAt, next);
-    if (next != 0) m_pager.edit(next).set32(m_pager.layout().previousAt, previous);
+    if (previous != 0) editOwn(previous).set32(m_pager.layout().nextAt, next);
+    if (next != 0) editOwn(next).set32(m_pager.layout().previousAt, previous);
     m_map.remove(number);
     m_pager.release(number);
     // Without the last of the lowest nodes, the node before it gets the tail.
@@ -100,7 +100,7 @@ void Index::removeChild(Path& path, std::size_t level) {
 
 /// The last child of a lowest node moves from its entry to the tail.
 void Index::makeTail(std::uint32_t number) {
-    Edit edit = m_pager.edit(number);
+    Edit edit = editOwn(number);
     const IndexPage node(edit, m_pager.layout(), m_owner);
     if (node.leaf() || node.empty() || node.tail() != 0) return;
     const std::size_t at = node.before(node.end());
@@ -113,9 +113,9 @@ void Index::mergeTailNode(Path& path, std::size_t level) {
     const IndexPage node = read(path.steps[level].page);
     const std::uint32_t previous = node.previous();
     if (previous == 0) return;
-    m_pager.edit(previous).set32(m_pager.layout().tailAt, node.tail());
+    editOwn(previous).set32(m_pager.layout().tailAt, node.tail());
     m_pager.edit(node.number()).set32(m_pager.layout().tailAt, 0);
-    m_pager.edit(previous).set32(m_pager.layout().nextAt, 0);
+    editOwn(previous).set32(m_pager.layout().nextAt, 0);
     m_map.remove(node.number());
     m_pager.release(node.number());
     removeChild(path, level - 1);
@@ -151,8 +151,11 @@ void Index::collapseRoot() {
 
 void Index::clear() {
     m_last.size = 0;
-    for (std::uint32_t page : m_map.pages())
-        if (page != m_data.root) m_pager.release(page);
+    for (std::uint32_t page : m_map.pages()) {
+        if (page == m_data.root) continue;
+        (void)read(page);
+        m_pager.release(page);
+    }
     m_map.clear();
     m_map.add(m_data.root);
     initIndexPage(m_pager.edit(m_data.root), m_pager.layout(), m_owner, true);

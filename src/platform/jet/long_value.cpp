@@ -103,6 +103,8 @@ RowPointer LongValues::storePiece(ByteView piece) {
     for (int tries = 0; page == 0 && candidate != 0 && tries < mostTries; ++tries) {
         const View view = m_pager.view(candidate);
         requireDataPage(view, longValueOwner);
+        if (!m_pages.contains(candidate))
+            view.fail(ownerAt, "a page of another column has its free space here");
         if (hasRoom(view, layout, piece.size()))
             page = candidate;
         else if (m_freeSpace && freeSpace(view, layout) < layout.pageSize / 20)
@@ -138,8 +140,10 @@ void LongValues::release(const View& reference) {
 }
 
 void LongValues::clear() {
-    for (std::uint32_t page : m_pages.pages())
+    for (std::uint32_t page : m_pages.pages()) {
+        requireDataPage(m_pager.view(page), longValueOwner);
         m_pager.release(page);
+    }
     m_pages.clear();
     if (m_freeSpace) m_freeSpace->clear();
 }

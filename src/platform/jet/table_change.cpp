@@ -109,6 +109,7 @@ std::uint32_t TableStore::pageFor(std::size_t length) {
     for (int tries = 0; page != 0 && tries < mostTries; ++tries) {
         const View view = m_pager.view(page);
         requireDataPage(view, m_def.page);
+        if (!m_ownedPages.contains(page)) view.fail(ownerAt, "a page with free space is not in its table");
         if (hasRoom(view, layout, length)) return page;
         if (freeSpace(view, layout) < layout.pageSize / 4 || slotCount(view, layout) >= mostSlots)
             m_freeSpacePages.remove(page);
