@@ -1,0 +1,110 @@
+# Shared by the tests of this folder: a screen of their own, a home of their own, and the program worked by keys.
+# shellcheck shell=bash
+# Nothing waits for a fixed time: every step waits for what it needs to see, up to $patience seconds.
+set -euo pipefail
+
+for tool in Xvfb xdotool openbox xprop; do
+    command -v "$tool" >/dev/null && continue
+    echo "skipped: $tool is not installed (scripts/deps --test installs it)"
+    exit 77
+done
+
+bin=$(cd "$1" && pwd)
+data=$(cd "$(dirname "${BASH_SOURCE[0]}")/../data" && pwd)
+program=$bin/zavrogrl
+patience=${PATIENCE:-60}
+world=$(mktemp -d)
+app=$world/data/zavrogrl
+started=()
+step=start
+
+finish() {
+    local status=$?
+    for process in "${started[@]}"; do kill "$process" 2>/dev/null || true; done
+    wait 2>/dev/null || true
+    rm -rf "$world"
+    [ $status = 0 ] || echo "failed in: $step" >&2
+}
+trap finish EXIT
+
+fail() {
+    echo "$step: $*" >&2
+    xdotool search --onlyvisible --name '.' getwindowname %@ >&2 2>/dev/null || true
+    exit 1
+}
+
+begin() {
+    step=$*
+    echo "== $step"
+}
+
+# until_true WHAT COMMAND...: polls until the command succeeds.
+until_true() {
+    local what=$1 end=$((SECONDS + patience))
+    shift
+    until "$@" >/dev/null 2>&1; do
+        [ $SECONDS -lt $end ] || fail "waited in vain for $what"
+        sleep 0.05
+    done
+}
+
+open_screen() {
+    export HOME=$world XDG_DATA_HOME=$world/data XDG_RUNTIME_DIR=$world/run
+    unset WAYLAND_DISPLAY QT_QPA_PLATFORM DBUS_SESSION_BUS_ADDRESS
+    mkdir -m 700 "$world/run"
+    # -displayfd finds a free display, so that several tests may run at once.
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$world/display" 2>/dev/null &
+    started+=($!)
+    until_true "a screen" test -s "$world/display"
+    DISPLAY=:$(cat "$world/display")
+    export DISPLAY
+    openbox >/dev/null 2>&1 &
+    started+=($!)
+    until_true "a window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+}
+
+# The windows in sight that match, one id a line; fails when a window vanished while they were being counted.
+seen() {
+    local found problem=$world/search.$BASHPID
+    found=$(xdotool search --onlyvisible --all "$@" 2>"$problem") || true
+    [ ! -s "$problem" ] || return 1
+    echo "$found"
+}
+# Windows by their whole title, and how many there are.
+windows() { seen --name "^$1\$"; }
+count() {
+    local found
+    found=$(windows "$1") && [ "$(grep -c . <<<"$found")" = "$2" ]
+}
+is_active() { [ "$(xdotool getactivewindow)" = "$1" ]; }
+is_gone() { ! xdotool getwindowname "$1"; }
+has_ended() { ! kill -0 "$1"; }
+
+# wait_for TITLE: waits for the window and for the focus; its id is in $window.
+wait_for() {
+    until_true "the window $1" count "$1" 1
+    window=$(windows "$1")
+    until_true "the focus on $1" is_active "$window"
+}
+
+keys() { xdotool key --clearmodifiers --delay 15 "$@"; }
+type_text() { xdotool type --clearmodifiers --delay 15 -- "$1"; }
+
+# pass_the_screens PROCESS: ends the splash screen and presses the button of the product screen, which comes after a
+# moment. Neither has a title of its own; on a slow machine the splash screen may end by itself before it is seen.
+pass_the_screens() {
+    local end=$((SECONDS + patience)) screen screens titled passed=
+    until titled=$(seen --pid "$1" --name '^Login$') && [ -n "$titled" ]; do
+        screens=$(seen --pid "$1") || screens=
+        for screen in $screens; do
+            [ "$(xdotool getwindowname "$screen" 2>/dev/null)" != Login ] || continue
+            passed+=" $screen"
+            xdotool key --window "$screen" Escape 2>/dev/null || true
+            # A sent key and a real one are kept apart: the window system may take the second for a repeated one.
+            xdotool key --window "$screen" KP_Enter 2>/dev/null || true
+        done
+        [ $SECONDS -lt $end ] || fail "waited in vain for the login"
+        sleep 0.05
+    done
+    [ -n "$passed" ] || fail "no product screen came before the login"
+}
