@@ -1,5 +1,6 @@
 # Shared by the tests of this folder: a screen of their own, a home of their own, and the program worked by keys.
 # shellcheck shell=bash
+# shellcheck disable=SC2034 # the names are read by the tests that source this file
 # Nothing waits for a fixed time: every step waits for what it needs to see, up to $patience seconds.
 set -euo pipefail
 
@@ -77,6 +78,13 @@ count() {
     found=$(windows "$1") && [ "$(grep -c . <<<"$found")" = "$2" ]
 }
 is_active() { [ "$(xdotool getactivewindow)" = "$1" ]; }
+# A window that the window manager left without the focus is clicked upon, as a person would do.
+has_focus() {
+    is_active "$1" && return
+    sleep 0.5
+    is_active "$1" || xdotool windowactivate "$1"
+    is_active "$1"
+}
 is_gone() { ! xdotool getwindowname "$1"; }
 has_ended() { ! kill -0 "$1"; }
 
@@ -84,7 +92,7 @@ has_ended() { ! kill -0 "$1"; }
 wait_for() {
     until_true "the window $1" count "$1" 1
     window=$(windows "$1")
-    until_true "the focus on $1" is_active "$window"
+    until_true "the focus on $1" has_focus "$window"
 }
 
 keys() { xdotool key --clearmodifiers --delay 15 "$@"; }

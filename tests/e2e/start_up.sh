@@ -8,7 +8,7 @@ untitled='ZavroGRL-NoName.grl'
 
 # Starts the program and leads it to the login; its process is in $running.
 to_login() {
-    "$program" "$@" 2>"$world/errors" &
+    "$program" 2>"$world/errors" &
     running=$!
     started+=("$running")
     pass_the_screens "$running"
@@ -28,10 +28,10 @@ refuse() {
     until_true "the refusal" count Login 2
     local box
     box=$(windows Login | grep -v "^$login\$")
-    until_true "the focus on the refusal" is_active "$box"
+    until_true "the focus on the refusal" has_focus "$box"
     keys Return
     until_true "the refusal's end" count Login 1
-    until_true "the focus on the login" is_active "$login"
+    until_true "the focus on the login" has_focus "$login"
 }
 leave() { # closes the main window; nothing was changed, so nothing is asked
     keys alt+F4
@@ -136,7 +136,12 @@ started+=("$first" "$second")
 pass_the_screens "$first"
 pass_the_screens "$second"
 until_true "two logins" count Login 2
-for one in $(windows Login); do xdotool key --window "$one" Return; done
+for one in $(windows Login); do
+    xdotool windowactivate "$one"
+    until_true "the focus on a login" has_focus "$one"
+    keys Return
+    until_true "a login's end" is_gone "$one"
+done
 until_true "two main windows" count "$untitled" 2
 for shipped in "$bin"/../share/zavrogrl/templates/*; do
     cmp "$shipped" "$app/$(basename "$shipped")" || fail "$(basename "$shipped") is damaged"
@@ -144,7 +149,7 @@ done
 expect "$(first_line "$app/lgn.lgn")" ''
 for one in $(windows "$untitled"); do
     xdotool windowactivate "$one"
-    until_true "the focus" is_active "$one"
+    until_true "the focus" has_focus "$one"
     keys alt+F4
     until_true "the window's end" is_gone "$one"
 done
