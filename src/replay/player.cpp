@@ -7,6 +7,7 @@
 #include "shell/controls/grid_model.h"
 #include "tools/start_routine.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -41,6 +42,14 @@ QStringList texts(const QJsonArray& values) {
 
 bool canBeUsed(const QWidget& widget) {
     return widget.isVisible() && widget.isEnabled();
+}
+
+// A check box or an option is clicked on its mark: its caption need not reach to the middle of its box.
+void clickOn(QWidget& control) {
+    if (!canBeUsed(control)) return;
+    const auto* button = qobject_cast<QAbstractButton*>(&control);
+    const bool hasMark = button != nullptr && button->isCheckable();
+    QTest::mouseClick(&control, Qt::LeftButton, {}, hasMark ? QPoint(10, control.height() / 2) : QPoint());
 }
 
 void setText(QWidget* box, const QString& text) {
@@ -125,7 +134,7 @@ QWidget* Player::control(const QString& name) const {
 void Player::press(const QString& button) {
     QWidget* found = control(button);
     if (found == nullptr) throw SessionError("no button " + button);
-    if (canBeUsed(*found)) QTest::mouseClick(found, Qt::LeftButton);
+    clickOn(*found);
     settle();
 }
 
@@ -133,8 +142,7 @@ void Player::pressIn(const QString& frame, const QString& button) {
     const QWidget* panel = control(frame);
     QWidget* found = panel == nullptr ? nullptr : panel->findChild<QWidget*>(button);
     if (found == nullptr) throw SessionError("no button " + button + " in " + frame);
-    // A radio button is pressed on its mark: its caption need not reach to the middle of its box.
-    if (canBeUsed(*found)) QTest::mouseClick(found, Qt::LeftButton, {}, {10, found->height() / 2});
+    clickOn(*found);
     settle();
 }
 

@@ -79,12 +79,14 @@ TEST_F(Steps, SettingsFilesAndMenus) {
         {"settings": {"side": "Right", "chk005": 1, "oft": 1, "list": ["R04.00", "L02.50"]}},
         {"folder": "work"},
         {"folder": null},
+        {"button": "cmdList"}, {"button": "chkAuto"}, {"button": "optBoth"}, {"keys": "5{ENTER}", "to": "txtOft"}, {"button": "cmdOK"},
         {"button": "cmdNew", "answers": [{"file": null}]},
         {"import": null}
     ]})json");
     EXPECT_EQ(outcome["settings"].toObject()["incr"].toString(), "25");
     EXPECT_EQ(outcome["settings"].toObject()["side"].toString(), "Right");
-    EXPECT_EQ(compact(outcome["settings"].toObject()["list"]), R"(["R04.00","L02.50"])");
+    EXPECT_EQ(compact(outcome["settings"].toObject()["list"]), R"(["L02.50","L05.00","R04.00","R05.00"])");
+    EXPECT_EQ(outcome["settings"].toObject()["auto"].toInt(), 1);
     EXPECT_EQ(outcome["default_folder"].toString(), "work");
     EXPECT_EQ(outcome["hi"].toString(), "99.5");
     std::string kinds;
