@@ -116,3 +116,30 @@ pass_the_screens() {
     done
     [ -n "$passed" ] || fail "no product screen came before the login"
 }
+
+untitled='ZavroGRL-NoName.grl'
+
+# Starts the program and leads it to the login; its process is in $running.
+to_login() {
+    "$program" "$@" 2>"$world/errors" &
+    running=$!
+    started+=("$running")
+    pass_the_screens "$running"
+    wait_for Login
+    login=$window
+}
+
+# log_in PASSWORD [CAPTION OF THE MAIN WINDOW]
+log_in() {
+    type_text "$1"
+    keys Return
+    wait_for "${2:-$untitled}"
+    until_true "the login's end" is_gone "$login"
+}
+leave() { # closes the main window; nothing was changed, so nothing is asked
+    keys alt+F4
+    until_true "the program's end" has_ended "$running"
+    wait "$running" || fail "the program ended with $?"
+}
+first_line() { head -n 1 "$1" | tr -d '\r'; }
+expect() { [ "$1" = "$2" ] || fail "expected '$2', found '$1'"; }

@@ -2,26 +2,9 @@
 # Starts the built program on a screen of its own and works it as a person: splash, product screen, login, main window,
 # a new password, both login stores, damaged and locked ones, two instances at once.
 # start_up.sh FOLDER-OF-THE-PROGRAMS
+# shellcheck disable=SC2119 # words for the program are given only sometimes
 source "$(dirname "${BASH_SOURCE[0]}")/screen.sh"
 
-untitled='ZavroGRL-NoName.grl'
-
-# Starts the program and leads it to the login; its process is in $running.
-to_login() {
-    "$program" 2>"$world/errors" &
-    running=$!
-    started+=("$running")
-    pass_the_screens "$running"
-    wait_for Login
-    login=$window
-}
-
-log_in() {
-    type_text "$1"
-    keys Return
-    wait_for "$untitled"
-    until_true "the login's end" is_gone "$login"
-}
 refuse() {
     type_text "$1"
     keys Return
@@ -32,11 +15,6 @@ refuse() {
     keys Return
     until_true "the refusal's end" count Login 1
     until_true "the focus on the login" has_focus "$login"
-}
-leave() { # closes the main window; nothing was changed, so nothing is asked
-    keys alt+F4
-    until_true "the program's end" has_ended "$running"
-    wait "$running" || fail "the program ended with $?"
 }
 change_password() { # OLD NEW, from the main window
     keys alt+t
@@ -53,8 +31,6 @@ change_password() { # OLD NEW, from the main window
     until_true "the end of the change" count 'Password...' 0
     wait_for "$untitled"
 }
-first_line() { head -n 1 "$1" | tr -d '\r'; }
-expect() { [ "$1" = "$2" ] || fail "expected '$2', found '$1'"; }
 
 open_screen
 
