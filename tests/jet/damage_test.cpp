@@ -173,5 +173,37 @@ TEST(DamageTest, AColumnOfAnUnknownTypeIsShownAsBytes) {
     EXPECT_EQ(std::get<Bytes>(row[0]), (Bytes{0, 0, 0, 0, 0, 0, 0xF8, 0x3F}));
 }
 
+TEST(DamageTest, MapsThatOverlapAreNotChanged) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        db.createTable(
+            {.name = "T", .columns = {{.name = "A"}}, .indexes = {{.name = "A", .columns = {{"A"}}}}});
+        db.commit();
+    }
+    // The usage maps of the table lie on the last page that belongs to no table, its index has the third one.
+    Bytes content = disk.content();
+    std::size_t maps = content.size();
+    do
+        maps -= jet4Layout.pageSize;
+    while (content[maps] != static_cast<std::uint8_t>(PageKind::Data) || content[maps + ownerAt] != 0);
+    // A fourth slot takes its place, and the second map grows into it behind a slot that is deleted.
+    static constexpr std::array<std::uint8_t, 10> slots{4, 0, 0xBB, 0x0F, 0x36, 0x0F, 0x76, 0xCF, 0x31, 0x0F};
+    std::ranges::copy(slots, content.begin() + static_cast<std::ptrdiff_t>(maps + jet4Layout.slotCountAt));
+    const std::array<std::uint8_t, 4> third{2, static_cast<std::uint8_t>(maps / jet4Layout.pageSize), 0, 0};
+    const auto reference = std::ranges::search(content, third).begin();
+    ASSERT_NE(reference, content.end());
+    *reference = 3;
+    const MemoryDisk damaged(content);
+    Database db = damaged.open();
+    try {
+        db.table("T").insert({std::string("01-250")});
+        FAIL() << "changed";
+    } catch (const Error& error) {
+        EXPECT_NE(error.text().find("out of order"), std::string::npos) << error.text();
+    }
+    EXPECT_FALSE(db.changed());
+}
+
 } // namespace
 } // namespace jet

@@ -62,6 +62,16 @@ void requireDataPage(const View& page, std::uint32_t owner) {
     if (pageOwner(page) != owner) page.fail(ownerAt, "a page belongs to another table");
 }
 
+void requireOrder(const View& page, const Layout& layout) {
+    std::uint32_t end = layout.pageSize;
+    const int count = slotCount(page, layout);
+    for (int i = 0; i < count; ++i) {
+        const std::uint32_t start = page.u16(slotPlace(layout, i)) & offsetMask;
+        if (start > end) page.fail(slotPlace(layout, i), "rows are out of order");
+        end = start;
+    }
+}
+
 void initDataPage(Edit page, const Layout& layout, std::uint32_t owner) {
     page.fill(0, layout.pageSize, 0);
     page.set8(0, static_cast<std::uint8_t>(PageKind::Data));
@@ -75,6 +85,7 @@ bool hasRoom(const View& page, const Layout& layout, std::size_t length) {
 }
 
 std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint16_t flags) {
+    requireOrder(page, layout);
     const int count = slotCount(page, layout);
     if (!hasRoom(page, layout, row.size())) page.fail(freeSpaceAt, "no room for a row");
     const std::size_t start = lowestRow(page, layout, count) - row.size();
@@ -87,11 +98,12 @@ std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint1
 
 std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length,
                         std::uint16_t flags) {
+    requireOrder(page, layout);
     const int count = slotCount(page, layout);
     const Slot slot = slotAt(page, layout, number);
     const std::uint32_t lowest = lowestRow(page, layout, count);
-    if (lowest > slot.start || length > slot.length + freeSpace(page, layout))
-        page.fail(slotPlace(layout, number), "rows are out of order");
+    if (length > slot.length + freeSpace(page, layout))
+        page.fail(slotPlace(layout, number), "no room for a row");
     const auto shift = static_cast<std::ptrdiff_t>(slot.length) - static_cast<std::ptrdiff_t>(length);
     const auto shifted = [shift](std::size_t at) {
         return static_cast<std::size_t>(static_cast<std::ptrdiff_t>(at) + shift);

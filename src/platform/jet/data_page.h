@@ -32,6 +32,8 @@ struct Slot {
 [[nodiscard]] std::uint32_t pageOwner(const View& page);
 /// A page with rows of `owner`; Corrupt when it is none.
 void requireDataPage(const View& page, std::uint32_t owner);
+/// No row reaches into another one. Asked before a page is changed; reading does without. Corrupt.
+void requireOrder(const View& page, const Layout& layout);
 
 void initDataPage(Edit page, const Layout& layout, std::uint32_t owner);
 [[nodiscard]] bool hasRoom(const View& page, const Layout& layout, std::size_t length);

@@ -198,6 +198,7 @@ void TableStore::update(RowId id, const Row& row) {
 void TableStore::replaceBody(RowId id, const Body& body, ByteView bytes) {
     const Layout& layout = m_pager.layout();
     Edit page = m_pager.edit(body.at.page);
+    requireOrder(page, layout);
     const Slot slot = slotAt(page, layout, body.at.row);
     if (bytes.size() <= slot.length + freeSpace(page, layout)) {
         const std::uint32_t start = bytes.size() == slot.length

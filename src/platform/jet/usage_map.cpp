@@ -63,6 +63,7 @@ std::vector<std::uint8_t> emptyMapRow(const Layout& layout) {
 UsageMap::UsageMap(Pager& pager, RowPointer where) : m_pager(pager), m_where(where) {
     const View page = pager.view(where.page);
     if (page.u8(0) != static_cast<std::uint8_t>(PageKind::Data)) page.fail(0, "a usage map is expected");
+    requireOrder(page, pager.layout());
     const View row = rowAt(page, pager.layout(), where.row);
     m_pointers = row.u8(0) == pointerKind;
     if (!m_pointers) m_start = row.u32(1);
