@@ -66,7 +66,7 @@ open_screen() {
 
 # The windows in sight that match, one id a line; fails when a window vanished while they were being counted.
 seen() {
-    local found problem=$world/search.$BASHPID
+    local found problem=$world/run/search.$BASHPID
     found=$(xdotool search --onlyvisible --all "$@" 2>"$problem") || true
     [ ! -s "$problem" ] || return 1
     echo "$found"
@@ -135,6 +135,17 @@ log_in() {
     keys Return
     wait_for "${2:-$untitled}"
     until_true "the login's end" is_gone "$login"
+}
+in_sight() { test "$(seen --pid "$running" | grep -c .)" "$@"; }
+# menu KEY ITEM-KEY...: opens a menu of the main window and chooses in it.
+menu() {
+    until_true "the windows" in_sight -ge 1
+    local before
+    before=$(seen --pid "$running" | grep -c .)
+    keys "$1"
+    until_true "the menu" in_sight -gt "$before"
+    shift
+    keys "$@"
 }
 leave() { # closes the main window; nothing was changed, so nothing is asked
     keys alt+F4

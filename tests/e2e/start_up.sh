@@ -17,8 +17,7 @@ refuse() {
     until_true "the focus on the login" has_focus "$login"
 }
 change_password() { # OLD NEW, from the main window
-    keys alt+t
-    keys Up Return
+    menu alt+t Up Return
     wait_for 'Password...'
     type_text "$1"
     keys Return
