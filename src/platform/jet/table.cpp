@@ -34,8 +34,8 @@ const Row& Cursor::row() {
     if (m_decoded) return m_row;
     m_store->read(m_at, m_row);
     m_decoded = true;
-    // Each stored piece belongs to one row, so that all of them together are no longer than the file; as UTF-8
-    // a text may be three times as long. Damaged rows could share a long one.
+    // Each stored piece belongs to one row, so that all of them together are no longer than the file; as
+    // UTF-8 a text may be three times as long. Damaged rows could share a long one.
     m_longBytes += m_store->longValueSize(m_row);
     Pager& pager = m_store->pager();
     if (m_longBytes / 4 > std::uint64_t{pager.pageCount()} * pager.layout().pageSize)
