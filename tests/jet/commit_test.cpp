@@ -109,6 +109,26 @@ TEST(CommitTest, AFailureAtAnyCallLeavesTheOldStateOrTheNewOne) {
     }
 }
 
+TEST(CommitTest, AFailureWhileADatabaseIsMadeLeavesNothing) {
+    int failures = 0;
+    for (int calls = 0;; ++calls) {
+        auto file = std::make_shared<MemoryFile>(Bytes{});
+        const std::optional<ErrorKind> kind = errorOf([&] {
+            Database db = Database::create(std::make_unique<FailingFile>(file, calls));
+            fill(db.createTable(bookDesign()), 2000); // several megabytes, so several writes
+            db.commit();
+        });
+        if (!kind) {
+            EXPECT_EQ(MemoryDisk(file->content()).open().table("Book").rowCount(), 2000U);
+            break;
+        }
+        ++failures;
+        ASSERT_EQ(kind, ErrorKind::Io) << "at call " << calls;
+        ASSERT_TRUE(file->content().empty()) << "at call " << calls;
+    }
+    EXPECT_GE(failures, 4);
+}
+
 TEST(CommitTest, AFailedCommitCanBeRepeated) {
     auto file = std::make_shared<MemoryFile>(bookFile(10));
     class Once : public SharedFile {
