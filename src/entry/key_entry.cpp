@@ -101,7 +101,8 @@ void chainageKey(Book& book, desktop::Desktop& desktop) {
     const bool opens = opensChainageLine(book);
     const int col = grid.Col();
     const bool emptied = col == Center || (opens && (col == Chainage || col == Left || col == Right));
-    if (!emptied) leaveFor(book, desktop, opens ? InterSight : BackSight);
+    const bool toFirstRow = !opens && grid.Row() > 1;
+    if (!emptied && (toFirstRow || col != (opens ? InterSight : BackSight))) leaveCell(book, desktop);
     newChainageLine(book);
 }
 

@@ -202,6 +202,12 @@ TEST_F(Entry, LettersCheckTheCellTheyLeave) {
         EXPECT_EQ(grid.Text(each.row, each.col), each.left) << each.text << " col " << each.col;
         EXPECT_EQ(desktop.boxes.size(), each.boxes) << each.text << " col " << each.col;
     }
+    // No chainage above: the cursor goes to the same column of row 1.
+    grid.setText(1, Chainage, "CP");
+    grid.moveTo(2, BackSight);
+    grid.setText(".5");
+    type(U"c");
+    EXPECT_EQ(grid.Text(2, BackSight) + " " + cursor(), "0.5 1,4");
 }
 
 TEST_F(Entry, EditingKeys) {
