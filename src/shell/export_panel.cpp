@@ -146,6 +146,7 @@ QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spo
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setCompleter(nullptr); // a typed slope stays as it is typed
     box->lineEdit()->setAlignment(Qt::AlignRight);
+    box->lineEdit()->setAccessibleName(text(spoken)); // it is the one that has the focus
     for (const char* item : itemsOf(value))
         box->addItem(QLatin1String(item));
     mirror(box, value, [box](const QString& shown) {

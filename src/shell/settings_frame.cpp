@@ -20,10 +20,12 @@
 namespace shell {
 namespace {
 
-QComboBox* makeCombo(const char* name, std::initializer_list<const char*> items) {
+QComboBox* makeCombo(const char* name, const char* spoken, std::initializer_list<const char*> items) {
     auto* box = new QComboBox;
     box->setObjectName(QLatin1String(name));
     box->setEditable(true);
+    box->setAccessibleName(text(spoken));
+    box->lineEdit()->setAccessibleName(text(spoken)); // it is the one that has the focus
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setCompleter(nullptr); // a typed text stays as it is typed
     for (const char* item : items)
@@ -42,9 +44,9 @@ QLineEdit* makeBox(const char* name, const QString& accessibleName) {
 
 SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidget* parent)
     : Panel(QStringLiteral("ff"), text("Settings"), parent), m_settings(book.settings), m_desktop(desktop) {
-    m_cboIncr = makeCombo("cboIncr", {"5", "10", "20", "25", "30", "50", "100"});
+    m_cboIncr = makeCombo("cboIncr", "Chainage Increment, m", {"5", "10", "20", "25", "30", "50", "100"});
     addLine(text("Chainage Increment:"), m_cboIncr, text("m"));
-    m_cboSide = makeCombo("cboSide", {"Left", "Right"});
+    m_cboSide = makeCombo("cboSide", "Starting Side", {"Left", "Right"});
     addLine(text("Starting Side :"), m_cboSide);
 
     m_chkAuto = makeCheck("chkAuto", "Auto Left to Right", &sheet::Settings::chkAuto);

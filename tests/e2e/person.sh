@@ -30,11 +30,6 @@ confirm() { # the box that the command ends or asks with
     until_true "the end of the box" is_gone "$box"
 }
 
-# click X Y: on the main window as it opens.
-click() {
-    xdotool mousemove --window "$(windows "$caption")" "$1" "$2" click 1
-}
-
 open_screen
 begin "Login"
 to_login
@@ -86,7 +81,7 @@ confirm
 grep -q '^CP,.*1.6,,1.2,101.925,100.325' "$world/site.csv" || fail "the change point is not in the CSV file"
 
 begin "The change points"
-click 914 97
+click "$caption" 914 97
 wait_for 'All Change Points.'
 list=$window
 xdotool mousemove --window "$list" 120 60 click --repeat 2 --delay 60 1
@@ -99,13 +94,13 @@ until_true "the end of the list" is_gone "$list"
 begin "Transfer"
 until_true "the focus on the book" has_focus "$(windows "$caption")"
 menu alt+t e
-click 474 148
+click "$caption" 474 148
 type_text 'Road to the quarry'
-click 543 204
+click "$caption" 543 204
 type_text 'A. Surveyor'
-click 663 384
+click "$caption" 663 384
 type_text 0.5
-click 729 550
+click "$caption" 729 550
 confirm
 road=$world/Road/site/Road.mdb
 expect "$(mdb-export -H "$road" CSect | sort)" "$sections"

@@ -147,6 +147,10 @@ menu() {
     shift
     keys "$@"
 }
+# click TITLE X Y: in the window as it opens.
+click() {
+    xdotool mousemove --window "$(windows "$1")" "$2" "$3" click 1
+}
 leave() { # closes the main window; nothing was changed, so nothing is asked
     keys alt+F4
     until_true "the program's end" has_ended "$running"
