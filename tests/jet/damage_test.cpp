@@ -205,5 +205,28 @@ TEST(DamageTest, MapsThatOverlapAreNotChanged) {
     EXPECT_FALSE(db.changed());
 }
 
+TEST(DamageTest, ColumnsInOnePlaceAreReadButNotWritten) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        db.createTable({.name = "T",
+                        .columns = {{.name = "A", .type = ColumnType::Double},
+                                    {.name = "B", .type = ColumnType::Double}}})
+            .insert({1.5, 2.5});
+        db.commit();
+    }
+    Bytes content = disk.content();
+    std::size_t definition = content.size();
+    do
+        definition -= jet4Layout.pageSize;
+    while (content[definition] != static_cast<std::uint8_t>(PageKind::TableDef));
+    content[definition + jet4Layout.countersAt + jet4Layout.columnBytes + 21] = 0; // the place of B
+    Database db = MemoryDisk(content).open();
+    Table table = db.table("T");
+    EXPECT_EQ(rowsOf(table).begin()->second, (Row{1.5, 1.5}));
+    EXPECT_EQ(errorOf([&] { table.insert({3.5, 4.5}); }), ErrorKind::Corrupt);
+    EXPECT_FALSE(db.changed());
+}
+
 } // namespace
 } // namespace jet

@@ -67,8 +67,16 @@ RowBuilder::RowBuilder(const Layout& layout, const TableDef& def)
       m_variable(def.variableSlots, Place{nullptr, 0}),
       m_offsets(def.variableSlots + std::size_t{1}),
       m_mask((m_columns + 7) / 8) {
+    std::vector<bool> numbers(m_columns);
+    std::vector<bool> bytes;
+    const auto take = [this](std::vector<bool>& taken, std::size_t at) {
+        if (at >= taken.size()) taken.resize(at + 1);
+        if (taken[at]) m_placesDiffer = false;
+        taken[at] = true;
+    };
     for (std::size_t i = 0; i < def.columns.size(); ++i) {
         const ColumnDef& column = def.columns[i];
+        take(numbers, column.number);
         if (column.type == ColumnType::Boolean) {
             m_booleans.push_back({&column, i});
         } else if (column.fixed()) {
@@ -76,7 +84,11 @@ RowBuilder::RowBuilder(const Layout& layout, const TableDef& def)
             const std::size_t length =
                 storedBytes(column.type) != 0 ? storedBytes(column.type) : column.length;
             m_fixedBytes = std::max(m_fixedBytes, column.fixedOffset + length);
+            for (std::size_t at = column.fixedOffset; m_placesDiffer && at < column.fixedOffset + length;
+                 ++at)
+                take(bytes, at);
         } else {
+            if (m_variable[column.variableSlot].column != nullptr) m_placesDiffer = false;
             m_variable[column.variableSlot] = {&column, i};
         }
     }

@@ -37,6 +37,9 @@ class RowBuilder {
   public:
     RowBuilder(const Layout& layout, const TableDef& def);
 
+    /// Every column has its own place in a row. A table that is damaged in this can be read, not changed.
+    [[nodiscard]] bool placesDiffer() const { return m_placesDiffer; }
+
     /// The stored form of `row`; `references` holds for each long value column what long_value.h gave for it.
     /// RowTooLong.
     void build(const Row& row, const std::vector<Bytes>& references, Bytes& out);
@@ -48,6 +51,7 @@ class RowBuilder {
     std::size_t m_columns;
     std::size_t m_fixedBytes = 0;
     bool m_hasVariable;
+    bool m_placesDiffer = true;
     struct Place {
         const ColumnDef* column;
         std::size_t position; ///< in the row

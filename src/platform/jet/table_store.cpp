@@ -78,6 +78,7 @@ bool TableStore::known(const IndexData& data) const {
 
 void TableStore::requireWritable() const {
     m_pager.requireWritable();
+    if (!m_builder->placesDiffer()) throw Error::corrupt(m_def.page, 0, "columns lie over each other");
     for (const IndexData& data : m_def.indexData)
         if (!known(data))
             throw Error(ErrorKind::UnsupportedSort,
