@@ -1,6 +1,7 @@
 #include "table_maker.h"
 
 #include "data_page.h"
+#include "field.h"
 #include "index_page.h"
 #include "pager.h"
 #include "text.h"
@@ -41,21 +42,7 @@ int mostBytes(Format format) {
 std::uint16_t lengthOf(const ColumnDesign& design, Format format) {
     switch (design.type) {
     case ColumnType::Boolean:
-    case ColumnType::Byte:
         return 1;
-    case ColumnType::Integer:
-        return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-        return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::DateTime:
-        return 8;
-    case ColumnType::Guid:
-        return 16;
-    case ColumnType::Numeric:
-        return 17;
     case ColumnType::Text: {
         const int characters = design.size == 0 ? longestText : design.size;
         return static_cast<std::uint16_t>(format == Format::Jet4 ? 2 * characters : characters);
@@ -63,7 +50,7 @@ std::uint16_t lengthOf(const ColumnDesign& design, Format format) {
     case ColumnType::Binary:
         return static_cast<std::uint16_t>(design.size == 0 ? mostBytes(format) : design.size);
     default:
-        return 0;
+        return static_cast<std::uint16_t>(storedBytes(design.type)); // 0 for long values
     }
 }
 
