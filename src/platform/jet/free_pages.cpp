@@ -25,7 +25,10 @@ FreePages::FreePages(Pager& pager) : m_pager(pager) {
 }
 
 bool FreePages::contains(std::uint32_t page) const {
-    return page / wordBits >= m_free.size() || (m_free[page / wordBits] >> page % wordBits & 1) != 0;
+    const std::size_t word = page / wordBits;
+    if (word >= m_free.size()) return true;
+    const std::uint64_t bits = m_free[word] | (word < m_doubtful.size() ? m_doubtful[word] : 0);
+    return (bits >> page % wordBits & 1) != 0;
 }
 
 std::uint32_t FreePages::take(std::uint32_t lowest) {
@@ -55,6 +58,11 @@ void FreePages::release(std::uint32_t page) {
     m_free[page / wordBits] |= std::uint64_t{1} << page % wordBits;
     m_hint = std::min(m_hint, page);
     m_changed = true;
+}
+
+void FreePages::doubt(std::uint32_t page) {
+    m_doubtful.resize(std::max<std::size_t>(m_doubtful.size(), page / wordBits + 1));
+    m_doubtful[page / wordBits] |= std::uint64_t{1} << page % wordBits;
 }
 
 void FreePages::save() {

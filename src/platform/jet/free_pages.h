@@ -21,6 +21,8 @@ class FreePages {
     /// `page` was added behind the end of the file and is used.
     void use(std::uint32_t page);
     void release(std::uint32_t page);
+    /// `page`, just taken, holds something: it stays marked as free and is not taken again.
+    void doubt(std::uint32_t page);
     void save(); ///< writes the map when it changed
 
   private:
@@ -28,7 +30,8 @@ class FreePages {
     void savePages();
 
     Pager& m_pager;
-    std::vector<std::uint64_t> m_free; ///< bit set = free
+    std::vector<std::uint64_t> m_free;     ///< bit set = free
+    std::vector<std::uint64_t> m_doubtful; ///< bit set = free by the map alone
     std::vector<std::uint32_t> m_mapPages;
     std::uint32_t m_hint = catalogPage + 1; ///< no free page lies below
     bool m_changed = false;

@@ -14,6 +14,12 @@ namespace {
 /// Bytes written at once.
 constexpr std::size_t batchBytes = std::size_t{1} << 20;
 
+bool looksAlive(const View& page) {
+    const std::uint8_t kind = page.u8(0);
+    return kind >= static_cast<std::uint8_t>(PageKind::Data) &&
+           kind <= static_cast<std::uint8_t>(PageKind::UsageMap);
+}
+
 } // namespace
 
 Pager::Pager(std::unique_ptr<File> file, OpenMode mode) : m_file(std::move(file)), m_mode(mode) {
@@ -85,12 +91,17 @@ FreePages& Pager::freePages() {
 
 std::uint32_t Pager::allocate(std::uint32_t lowest) {
     requireWritable();
-    std::uint32_t number = freePages().take(std::max(lowest, catalogPage + 1));
-    if (number != 0) {
-        edit(number).fill(0, m_layout->pageSize, 0);
-        return number;
+    lowest = std::max(lowest, catalogPage + 1);
+    while (const std::uint32_t taken = freePages().take(lowest)) {
+        // A released page has another kind. One that is marked as free and looks alive may be either; what it
+        // holds is not risked for four kilobytes.
+        if (!looksAlive(view(taken))) {
+            edit(taken).fill(0, m_layout->pageSize, 0);
+            return taken;
+        }
+        freePages().doubt(taken);
     }
-    number = pageCount();
+    const std::uint32_t number = pageCount();
     extend();
     freePages().use(number);
     return number;
