@@ -56,6 +56,19 @@ TEST_P(UsageMapTest, HoldsAnySetOfPages) {
     }
 }
 
+TEST_P(UsageMapTest, APageThatLooksAliveIsNotHandedOut) {
+    growTo(20);
+    const std::uint32_t alive = 10;
+    const std::uint32_t released = 12;
+    initDataPage(pager.edit(alive), pager.layout(), 2);
+    pager.freePages().release(alive); // as a damaged map says
+    pager.release(released, PageKind::Released);
+    EXPECT_EQ(pager.allocate(), released);
+    EXPECT_EQ(pager.allocate(), 20U) << "the file grows instead";
+    EXPECT_NO_THROW(requireDataPage(pager.view(alive), 2));
+    EXPECT_TRUE(pager.freePages().contains(alive)) << "the map is left as it was";
+}
+
 TEST_P(UsageMapTest, FollowsAModelOfRandomChanges) {
     growTo(3000);
     UsageMap map(pager, where);
