@@ -1,6 +1,7 @@
 #include "basic/files.h"
 #include "basic/runtime_error.h"
 
+#include "error_number.h"
 #include "temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,16 +12,6 @@
 #include <unistd.h>
 
 namespace {
-
-template <typename Call>
-int errorOf(Call&& call) {
-    try {
-        call();
-    } catch (const basic::RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 // The error number of `call` made by a user without rights of their own.
 template <typename Call>

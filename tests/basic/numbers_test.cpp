@@ -1,6 +1,8 @@
 #include "basic/numbers.h"
 #include "basic/runtime_error.h"
 
+#include "error_number.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,16 +11,6 @@
 #include <random>
 
 namespace {
-
-template <typename Call>
-int errorOf(Call&& call) {
-    try {
-        call();
-    } catch (const basic::RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 TEST(Numbers, ValTakesTheLeadingNumber) {
     const struct {
