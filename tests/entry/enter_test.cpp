@@ -4,43 +4,21 @@ namespace {
 
 using namespace sheet;
 
-TEST_F(Entry, OpeningARun) {
+TEST_F(Entry, ReadingsAreReducedAsTheyAreKeyed) {
     grid.moveTo(1, RLevel);
-    type(U"100\n");
-    EXPECT_EQ(cursor(), "1,4");
-    type(U"1.525\n");
-    EXPECT_EQ(row(1), ",,,,1.525,,,101.525,100,");
-    EXPECT_EQ(row(2), "00-000,,0,,,,,,,");
-    EXPECT_EQ(cursor(), "2,5");
+    type(U"100\n1.525\n");
+    EXPECT_EQ(rows(), ",,,,1.525,,,101.525,100|00-000,,0");
     EXPECT_EQ(book.CurrentHI, 101.525F);
     EXPECT_EQ(book.LastReading, 101.525F); // the cursor stood on the height when the reading was taken over
-    EXPECT_EQ(book.CurrentSide, 'L');
-    EXPECT_TRUE(book.BookChanged);
     type(U"1.105\n");
-    EXPECT_EQ(row(2), "00-000,,0,,,1.105,,,100.420,");
-    EXPECT_EQ(row(3), "00-000,,,,,,,,,");
-    EXPECT_EQ(cursor(), "3,1");
     EXPECT_EQ(book.LastReading, 1.105F);
-}
-
-TEST_F(Entry, AWholeChainageLineAndAChangePoint) {
-    openRun();
-    type(U"1.1\n2.5\n1.2\n5\n1.3\nR2.5\n1.4\nC1.5\n");
-    EXPECT_EQ(row(3), "00-000,2.5,,,,1.2,,,100.300,");
-    EXPECT_EQ(row(4), "00-000,5,,,,1.3,,,100.200,");
-    EXPECT_EQ(row(5), "00-000,,,2.5,,1.4,,,100.100,");
-    EXPECT_EQ(row(6), "00-010,,0,,,1.5,,,100.000,");
-    EXPECT_EQ(cursor(), "7,1");
-    type(U"P2\n");
-    EXPECT_EQ(cursor(), "7,4");
-    type(U"1\n");
-    EXPECT_EQ(row(7), "CP,,,,1,,2,100.500,99.500,");
+    play({"a line with both sides, a second line, a change point and a line after it", "", 1, RLevel,
+          U"100\n1.5\n1.1\n2.5\n1.2\n5\n1.3\nR2.5\n1.4\nC1.5\nP2\n1\n*1\n",
+          ",,,,1.5,,,101.500,100|00-000,,0,,,1.1,,,100.400|00-000,2.5,,,,1.2,,,100.300|"
+          "00-000,5,,,,1.3,,,100.200|00-000,,,2.5,,1.4,,,100.100|00-010,,0,,,1.5,,,100.000|"
+          "CP,,,,1,,2,100.500,99.500|00-020,,0,,,1,,,99.500|00-020",
+          "9,1 L changed"});
     EXPECT_EQ(book.CurrentHI, 100.5F);
-    EXPECT_EQ(row(8), "00-010,,,,,,,,,");
-    EXPECT_EQ(cursor(), "8,1");
-    type(U"*1\n");
-    EXPECT_EQ(row(8), "00-020,,0,,,1,,,99.500,");
-    EXPECT_TRUE(desktop.boxes.empty());
 }
 
 TEST_F(Entry, EnterByColumn) {
@@ -48,35 +26,21 @@ TEST_F(Entry, EnterByColumn) {
         int col;
         char side;
         const char* startingSide;
-        int to;
-        char sideAfter;
+        const char* end;
     } cases[] = {
-        {Chainage, 'L', "Left", Left, 'L'},    {Chainage, 'R', "Left", Right, 'R'},
-        {Chainage, 'C', "Left", Left, 'L'},    {Chainage, 'C', "Right", Right, 'R'},
-        {Chainage, 'C', "left", Right, 'R'},   {Chainage, 'C', "", Right, 'R'},
-        {Left, 'L', "Left", InterSight, 'L'},  {Center, 'C', "Left", Center, 'C'},
-        {Right, 'R', "Left", InterSight, 'R'}, {ForeSight, 'L', "Left", BackSight, 'L'},
-        {HgtInst, 'L', "Left", HgtInst, 'L'},  {RLevel, 'L', "Left", BackSight, 'L'},
-        {Remark, 'L', "Left", Remark, 'L'},
+        {Chainage, 'L', "Left", "1,1 L"},  {Chainage, 'R', "Left", "1,3 R"}, {Chainage, 'C', "Left", "1,1 L"},
+        {Chainage, 'C', "Right", "1,3 R"}, {Chainage, 'C', "left", "1,3 R"}, {Chainage, 'C', "", "1,3 R"},
+        {Left, 'L', "Left", "1,5 L"},      {Center, 'C', "Left", "1,2 C"},   {Right, 'R', "Left", "1,5 R"},
+        {ForeSight, 'L', "Left", "1,4 L"}, {HgtInst, 'L', "Left", "1,7 L"},  {RLevel, 'L', "Left", "1,4 L"},
+        {Remark, 'L', "Left", "1,9 L"},
     };
     for (const auto& each : cases) {
+        start("", 1, each.col);
         book.CurrentSide = each.side;
         book.settings.cboSide = each.startingSide;
-        grid.moveTo(1, each.col);
         type(U"\n");
-        EXPECT_EQ(grid.Col(), each.to) << each.col << each.side << each.startingSide;
-        EXPECT_EQ(book.CurrentSide, each.sideAfter) << each.col << each.side << each.startingSide;
+        EXPECT_EQ(state(), each.end) << each.col << each.side << each.startingSide;
     }
-    EXPECT_EQ(grid.Rows(), 2);
-    EXPECT_FALSE(book.BookChanged);
-}
-
-TEST_F(Entry, EnterChecksTheCellFirst) {
-    grid.moveTo(1, Chainage);
-    type(U"1.250\n");
-    EXPECT_EQ(grid.Text(1, Chainage), "1-250");
-    EXPECT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_EQ(cursor(), "1,1");
 }
 
 TEST_F(Entry, SuspiciousReadingsAreMarked) {
@@ -93,154 +57,78 @@ TEST_F(Entry, SuspiciousReadingsAreMarked) {
                  {"12", ForeSight, false, false},       {"1.237", RLevel, true, false},
                  {"1.2350001", InterSight, true, false}};
     for (const auto& each : cases) {
-        grid.setRows(1);
-        grid.setRows(3);
+        start("|", 2, each.col);
         book.settings.chk005 = each.dumpy;
-        grid.moveTo(2, each.col);
         grid.setText(each.reading);
         type(U"\n");
-        EXPECT_EQ(marked(2, each.col), each.marked) << each.reading << " col " << each.col;
+        const bool marked = grid.CellBackColor(2, each.col) == suspiciousReading;
+        EXPECT_EQ(marked, each.marked) << each.reading << " col " << each.col;
     }
 }
 
-TEST_F(Entry, EnterOnAnEarlierRowGoesOnAtTheEnd) {
-    openRun();
-    type(U"1.1\n1\n1.2\n2\n1.3\n");
-    put(2, {"00-100"});
-    grid.moveTo(2, InterSight);
-    type(U"\b9\n");
-    EXPECT_EQ(row(2), "00-100,,0,,,1.9,,,99.600,");
-    EXPECT_EQ(grid.Rows(), 6);
-    EXPECT_EQ(row(5), "00-100,,,,,,,,,");
-    EXPECT_EQ(cursor(), "5,1");
+TEST_F(Entry, EnterFindsTheNextRowAndItsChainage) {
+    const Scene scenes[] = {
+        {"the cell is checked first", "1.250", 1, Chainage, U"\n", "1-250", "1,1 L, 1 box"},
+        {"from an earlier row entry goes on at the end", "|00-100,,0,,,1.|00-000|00-000", 2, InterSight,
+         U"9\n", "|00-100,,0,,,1.9,,,-1.900|00-000|00-100", "4,1 L changed"},
+        {"the chainage stands above the change points", "|01-100|CP|CP,,,,1,,2", 4, BackSight, U"\n",
+         "|01-100|CP|CP,,,,1,,2,-1.000,-2.000|01-100", "5,1 L"},
+        {"never the header's text", "CP|CP|CP,,,,1,,2", 3, BackSight, U"\n",
+         "CP|CP|CP,,,,1,,2,-1.000,-2.000|00-000", "4,1 L"},
+        {"a reading beyond all range", "|00-000,,0,,,1e39", 2, InterSight, U"\n", "|00-000,,0,,,1e39?",
+         "2,5 C, 1 box"},
+    };
+    for (const Scene& scene : scenes)
+        play(scene);
+    EXPECT_EQ(desktop.boxes.at(0).text, "Overflow");
+    EXPECT_EQ(book.CurrentHI, 0);
 }
 
-TEST_F(Entry, ChainageIsFoundAboveChangePoints) {
-    put(2, {"01-100"});
-    put(3, {"CP"});
-    put(4, {"CP", "", "", "", "1", "", "2"});
-    grid.moveTo(4, BackSight);
-    type(U"\n");
-    EXPECT_EQ(grid.Text(5, Chainage), "01-100");
-    for (const int r : {1, 2})
-        put(r, {"CP"});
-    grid.moveTo(4, BackSight);
-    type(U"\n");
-    EXPECT_EQ(grid.Text(5, Chainage), "00-000"); // never the header's text
-}
-
-TEST_F(Entry, AutoLeftToRight) {
+TEST_F(Entry, OffsetsThatTurnBackMoveToTheOtherSide) {
     book.settings.chkAuto = true;
-    openRun();
-    type(U"1\n2\n1\n4\n1\n6\n1\n3\n");
-    EXPECT_EQ(row(6), "00-000,,,3,,,,,,");
-    EXPECT_EQ(cursor(), "6,3");
-    EXPECT_EQ(book.CurrentSide, 'R');
-    EXPECT_EQ(desktop.beeps, 1);
-    type(U"\n");
-    EXPECT_EQ(cursor(), "6,5");
-    type(U"1\n");
-    EXPECT_EQ(cursor(), "7,3");
-    type(U"2\n"); // not a smaller right offset: only the starting side moves over
-    EXPECT_EQ(row(7), "00-000,,,2,,,,,,");
-    EXPECT_EQ(desktop.beeps, 1);
-}
-
-TEST_F(Entry, AutoRightToLeftGoesOnToTheReading) {
-    book.settings.chkAuto = true;
+    play({"left to right, where a smaller right offset is left alone", ",,,,1.5,,,,100|00-000,,0", 2,
+          InterSight, U"1\n2\n1\n4\n1\n3\n\n1\n2\n",
+          ",,,,1.5,,,,100|00-000,,0,,,1,,,-1.000|00-000,2,,,,1,,,-1.000|00-000,4,,,,1,,,-1.000|"
+          "00-000,,,3,,1,,,-1.000|00-000,,,2",
+          "6,5 R changed, 1 beep"});
     book.settings.cboSide = "Right";
-    put(2, {"00-000", "", "", "4"});
-    put(3, {"00-000"});
-    grid.moveTo(3, Right);
-    type(U"2.50\n");
-    EXPECT_EQ(row(3), "00-000,2.5,,,,,,,,");
-    EXPECT_EQ(cursor(), "3,5");
-    EXPECT_EQ(book.CurrentSide, 'L');
-    EXPECT_EQ(desktop.beeps, 1);
-}
-
-TEST_F(Entry, AutoComparesInSinglePrecision) {
-    book.settings.chkAuto = book.settings.chkOft = true;
+    play({"right to left, where the cursor goes on to the reading", "|00-000,,,4|00-000", 3, Right, U"2.50\n",
+          "|00-000,,,4|00-000,2.5", "3,5 L changed, 1 beep"});
+    book.settings.cboSide = "Left";
+    book.settings.chkOft = true;
     setOffsets({2.2F, 4}, {3});
-    put(2, {"", "2.2000000001"});
-    put(3, {});
-    grid.moveTo(3, Left);
-    type(U"2.2\n");
-    EXPECT_EQ(row(3), ",,,2.2,,,,,,");
-    grid.moveTo(2, Left);
-    grid.setText(2, Left, "");
-    type(U"\n"); // an empty offset takes the first of the left list to the right
-    EXPECT_EQ(row(2), ",,,2.2,,,,,,");
-}
-
-TEST_F(Entry, AddReadingRewritesTheOffset) {
+    play({"compared in single precision", "|,2.2000000001|", 3, Left, U"2.2\n", "|,2.2000000001|,,,2.2",
+          "3,3 R changed, 1 beep"});
+    play({"an empty offset takes the first of the left list to the right", "|", 2, Left, U"\n", "|,,,2.2",
+          "2,3 R, 1 beep"});
+    book.settings.chkAuto = book.settings.chkOft = false;
     book.settings.chkAdd = true;
-    grid.moveTo(1, Left);
-    type(U"2.\n");
-    grid.moveTo(1, Right);
-    type(U"\n");
-    EXPECT_EQ(row(1), ",2.0,,0.0,,,,,,");
+    play({"adding up rewrites the left offset", "2.", 1, Left, U"2.\n", "2.,2.0", "1,5 C changed"});
+    play({"and the right one", "", 1, Right, U"\n", ",,,0.0", "1,5 C"});
 }
 
 TEST_F(Entry, FixedOffsetsAreFilledIn) {
     book.settings.chkOft = true;
     setOffsets({2, 4}, {3});
-    openRun();
-    EXPECT_EQ(row(2), "00-000,2,0,,,,,,,"); // the first line keeps the offset beside its centre
-    EXPECT_EQ(cursor(), "2,5");
-    type(U"1\n");
-    EXPECT_EQ(row(3), "00-000,4,,,,,,,,");
-    EXPECT_EQ(cursor(), "3,1");
-    type(U"\n1\n");
-    EXPECT_EQ(row(4), "00-000,,,,,,,,,"); // the list ran out: the offset waits to be keyed
-    EXPECT_EQ(cursor(), "4,1");
-    EXPECT_EQ(book.CurrentSide, 'L');
-}
-
-TEST_F(Entry, FinalListKeysWholeSections) {
-    book.settings.chkOft = book.settings.chkFinal = true;
+    play({"the first line keeps the offset beside its centre; when the list ran out it waits to be keyed", "",
+          1, RLevel, U"100\n1.5\n1\n\n1\n",
+          ",,,,1.5,,,101.500,100|00-000,2,0,,,1,,,100.500|00-000,4,,,,1,,,100.500|00-000", "4,1 L changed"});
+    book.settings.chkFinal = true;
     setOffsets({2, 4, 6}, {2.2F, 5});
-    openRun();
-    grid.setText(2, Left, "");
-    for (int reading = 0; reading < 9; ++reading) {
-        EXPECT_EQ(grid.Col(), InterSight) << reading;
-        type(U"1\n");
-    }
-    const char* want[] = {"00-000,,0,,", "00-000,2,,,", "00-000,4,,,", "00-000,6,,,", "00-000,,,2.2,",
-                          "00-000,,,5,", "00-010,,0,,", "00-010,2,,,", "00-010,4,,,", "00-010,6,,,"};
-    for (int r = 2; r <= 11; ++r)
-        EXPECT_EQ(row(r).substr(0, std::string(want[r - 2]).size()), want[r - 2]) << r;
-}
-
-TEST_F(Entry, FinalListWithoutOffsetsOpensChainageLines) {
-    book.settings.chkFinal = true;
-    openRun();
-    type(U"1\n1\n");
-    EXPECT_EQ(row(3), "00-020,,0,,,1,,,100.500,"); // the first reading has left 00-010 behind
-    EXPECT_EQ(row(4), "00-030,,0,,,,,,,");
-}
-
-TEST_F(Entry, FinalListWithOnlyChangePointsAboveGivesUpAtTheTop) {
-    book.settings.chkFinal = true;
-    put(1, {"CP"});
-    put(2, {"CP"});
-    put(3, {"CP", "", "", "", "1", "", "2"});
-    grid.moveTo(3, BackSight);
-    type(U"\n");
-    EXPECT_EQ(cursor(), "2,4");
-    EXPECT_EQ(grid.Rows(), 5);
-}
-
-TEST_F(Entry, AbsurdReadingsEndTheKeyWithAMessage) {
-    openRun();
-    grid.setText(2, InterSight, "1e39");
-    type(U"\n");
-    ASSERT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_EQ(desktop.boxes[0].text, "Overflow");
-    EXPECT_EQ(row(2), "00-000,,0,,,1e39,,,,");
-    EXPECT_TRUE(marked(2, InterSight));
-    EXPECT_EQ(grid.Rows(), 3);
-    EXPECT_EQ(book.CurrentHI, 101.5F);
+    play({"the final list keys whole sections", ",,,,1.5,,,,100|00-000,,0", 2, InterSight,
+          U"1\n1\n1\n1\n1\n1\n1\n",
+          ",,,,1.5,,,,100|00-000,,0,,,1,,,-1.000|00-000,2,,,,1,,,-1.000|00-000,4,,,,1,,,-1.000|"
+          "00-000,6,,,,1,,,-1.000|00-000,,,2.2,,1,,,-1.000|00-000,,,5,,1,,,-1.000|00-010,,0,,,1,,,-1.000|00-"
+          "010,2",
+          "9,5 L changed"});
+    setOffsets({}, {});
+    book.settings.chkOft = false;
+    play({"a final list without offsets opens chainage lines, the second at once", "", 1, RLevel,
+          U"100\n1.5\n1\n1\n",
+          ",,,,1.5,,,101.500,100|00-010,,0,,,1,,,100.500|00-020,,0,,,1,,,100.500|00-030,,0",
+          "4,5 C changed"});
+    play({"with nothing but change points above it gives up at the top", "CP|CP|CP,,,,1,,2", 3, BackSight,
+          U"\n", "CP|CP|CP,,,,1,,2,-1.000,-2.000|00-000,,0", "2,4 C"});
 }
 
 } // namespace
