@@ -154,6 +154,34 @@ TEST(DamageTest, TheMessageNamesThePlace) {
     }
 }
 
+// Rows written to the catalog as if it were a table of the user would lose other tables.
+TEST(DamageTest, TheCatalogIsNoUserTableWhateverItsEntrySays) {
+    const MemoryDisk disk(richFile());
+    {
+        Database db = disk.open();
+        Table catalog = db.table("MSysObjects");
+        const auto flags = static_cast<std::size_t>(*catalog.column("Flags"));
+        for (auto& [id, row] : rowsOf(catalog)) {
+            row[flags] = std::int32_t{0};
+            catalog.update(id, row);
+        }
+        db.commit();
+    }
+    const std::vector<std::string> names = disk.open().tableNames();
+    EXPECT_EQ(std::ranges::count(names, "T"), 1);
+    EXPECT_EQ(std::ranges::count(names, "MSysObjects"), 0);
+
+    Bytes content = richFile();
+    const std::size_t definition = catalogPage * jet4Layout.pageSize;
+    std::size_t column = definition + jet4Layout.countersAt +
+                         content[definition + jet4Layout.indexDataCountAt] * jet4Layout.counterBytes;
+    while (content[column + 5] != 2) // Name is its column number 2
+        column += jet4Layout.columnBytes;
+    ASSERT_EQ(content[column], static_cast<std::uint8_t>(ColumnType::Text));
+    content[column] = 0x7F;
+    EXPECT_EQ(errorOf([&] { (void)MemoryDisk(content).open(); }), ErrorKind::Corrupt);
+}
+
 TEST(DamageTest, AColumnOfAnUnknownTypeIsShownAsBytes) {
     const MemoryDisk disk;
     {

@@ -1,8 +1,10 @@
 #include "peers.h"
 
+#include "catalog.h"
 #include "engine_fixture.h"
 #include "random_rows.h"
 #include "temp_folder.h"
+#include "tree_fixture.h"
 
 #include "jet/check.h"
 #include "jet/database.h"
@@ -141,6 +143,44 @@ TEST_P(PeerTest, EveryColumnTypeOfOurs) {
     database.commit();
     EXPECT_EQ(jet::check(database, jet::CheckLevel::Strict), std::vector<std::string>());
     EXPECT_GT(database.table("Every").rowCount(), 500U);
+    expectSameFile(path, "", GetParam(), false);
+}
+
+// Keys of about 100 bytes that have no beginning in common: few fit on a page, so the tree gets four levels.
+TEST_P(PeerTest, AnIndexOfTwoHundredThousandTexts) {
+    TempFolder folder;
+    const std::string path = folder / "large.mdb";
+    jet::Database database = jet::Database::create(path);
+    jet::createTables(database, jet::parseSchema(R"(
+table Large
+    Key     Text(110)
+    Number  Long
+    unique index Key (Key)
+)"));
+    jet::Table table = database.table("Large");
+    jet::Random random(5);
+    const auto key = [&random] {
+        std::string text(90 + random() % 20, '-');
+        for (char& c : text)
+            if (const unsigned letter = random() % 27; letter != 26) c = static_cast<char>('a' + letter);
+        return text;
+    };
+    std::vector<jet::RowId> rows;
+    for (std::int32_t i = 0; i < 203000; ++i)
+        rows.push_back(table.insert({key(), i}));
+    for (std::size_t i = 0; i < 6000; ++i) {
+        const jet::RowId victim = rows[i * 33];
+        if (i % 2 == 0)
+            table.erase(victim);
+        else
+            table.update(victim, {key(), -1});
+    }
+    database.commit();
+    EXPECT_EQ(table.rowCount(), 200000U);
+    jet::Pager& pager = database.pager();
+    const auto definition = jet::TableDef::load(pager, jet::Catalog(pager).table("Large")->page());
+    EXPECT_EQ(jet::TreeWalk(pager, definition, definition.indexData.front()).depth(), 4U);
+    EXPECT_EQ(jet::check(database, jet::CheckLevel::Strict), std::vector<std::string>());
     expectSameFile(path, "", GetParam(), false);
 }
 

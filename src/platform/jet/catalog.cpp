@@ -3,6 +3,8 @@
 #include "pager.h"
 #include "text.h"
 
+#include <array>
+
 namespace jet {
 
 namespace {
@@ -12,6 +14,13 @@ T valueOr(const Value& value, T otherwise) {
     const T* found = std::get_if<T>(&value);
     return found != nullptr ? *found : otherwise;
 }
+
+/// What tells one object from another; without them no name means anything.
+constexpr std::array<std::pair<std::string_view, ColumnType>, 4> essentialColumns{
+    {{"Id", ColumnType::Long},
+     {"Name", ColumnType::Text},
+     {"Type", ColumnType::Integer},
+     {"Flags", ColumnType::Long}}};
 
 std::size_t columnNamed(const std::vector<Column>& columns, std::string_view name) {
     for (std::size_t i = 0; i < columns.size(); ++i)
@@ -32,6 +41,10 @@ NamedRow& NamedRow::set(std::string_view name, Value value) {
 }
 
 Catalog::Catalog(Pager& pager) : m_store(std::make_shared<TableStore>(pager, "MSysObjects", catalogPage)) {
+    for (const auto& [name, type] : essentialColumns)
+        if (m_store->columns()[column(name)].type != type)
+            throw Error::corrupt(catalogPage, 0,
+                                 "the catalog's column " + std::string(name) + " has another type");
     read();
 }
 

@@ -29,8 +29,9 @@ class Catalog {
         RowId row;
 
         [[nodiscard]] bool isTable() const { return type == tableObject; }
+        /// The catalog itself is none, whatever a damaged entry says of it.
         [[nodiscard]] bool isUserTable() const {
-            return isTable() && (flags & (systemObject | hiddenSystemObject)) == 0;
+            return isTable() && (flags & (systemObject | hiddenSystemObject)) == 0 && page() != catalogPage;
         }
         [[nodiscard]] std::uint32_t page() const { return static_cast<std::uint32_t>(id) & 0xFFFFFF; }
     };
