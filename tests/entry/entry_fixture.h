@@ -2,6 +2,7 @@
 
 #include "entry/key_entry.h"
 
+#include "field_book.h"
 #include "scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -42,12 +43,13 @@ struct Entry : testing::Test {
         desktop.boxes.clear();
         desktop.beeps = 0;
         grid.setRows(1);
-        for (std::size_t at = 0; at <= rows.size();) {
-            grid.setRows(grid.Rows() + 1);
-            const std::size_t end = std::min(rows.find('|', at), rows.size());
-            fill(grid.Rows() - 1, rows.substr(at, end - at));
-            at = end + 1;
-        }
+        keyRows(grid, splitAt(rows, '|'));
+        for (int r = 1; r < grid.Rows(); ++r)
+            for (int c = 0; c < grid.Cols(); ++c)
+                if (const std::string text = grid.Text(r, c); text.ends_with('?')) {
+                    grid.setText(r, c, text.substr(0, text.size() - 1));
+                    grid.setCellBackColor(r, c, sheet::suspiciousReading);
+                }
         grid.moveTo(row, col);
     }
     void play(const Scene& scene) {
@@ -58,20 +60,7 @@ struct Entry : testing::Test {
         EXPECT_EQ(state(), scene.end);
     }
 
-    /// The rows as a scene writes them, without the commas behind their last text.
-    [[nodiscard]] std::string rows() const {
-        std::string all;
-        for (int row = 1; row < grid.Rows(); ++row) {
-            if (row > 1) all += '|';
-            std::string commas;
-            for (int col = 0; col < grid.Cols(); ++col, commas += ',') {
-                const bool marked = grid.CellBackColor(row, col) == sheet::suspiciousReading;
-                const std::string cell = grid.Text(row, col) + (marked ? "?" : "");
-                if (!cell.empty()) all += std::exchange(commas, {}) + cell;
-            }
-        }
-        return all;
-    }
+    [[nodiscard]] std::string rows() const { return shownRows(grid); }
     /// Cursor, side, and what else there is to tell: "2,5 L changed, 1 box, 1 beep".
     [[nodiscard]] std::string state() const {
         std::string text = std::to_string(grid.Row()) + "," + std::to_string(grid.Col()) + " " +
@@ -85,21 +74,6 @@ struct Entry : testing::Test {
         for (auto [offsets, values] : {std::pair{&book.LeftOffsets, &left}, {&book.RightOffsets, &right}}) {
             (*offsets)[0] = static_cast<float>(values->size());
             std::copy(values->begin(), values->end(), offsets->begin() + 1);
-        }
-    }
-
-  private:
-    void fill(int row, std::string_view cells) {
-        int col = 0;
-        for (std::size_t at = 0; at <= cells.size(); ++col) {
-            const std::size_t end = std::min(cells.find(',', at), cells.size());
-            std::string_view cell = cells.substr(at, end - at);
-            if (cell.ends_with('?')) {
-                grid.setCellBackColor(row, col, sheet::suspiciousReading);
-                cell.remove_suffix(1);
-            }
-            grid.setText(row, col, std::string(cell));
-            at = end + 1;
         }
     }
 };
