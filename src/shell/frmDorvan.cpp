@@ -55,7 +55,7 @@ void frmDorvan::buildControls() {
     auto* existing = new QLabel(text("Your Existing Sub-Directory is :"), this);
     existing->setObjectName(QStringLiteral("Label1"));
     m_lblDD->setObjectName(QStringLiteral("lblDD"));
-    m_lblDD->setAccessibleName(text("Chosen folder"));
+    m_lblDD->setAccessibleDescription(text("Chosen folder"));
     m_lblDD->setTextFormat(Qt::PlainText);
     m_lblDD->setWordWrap(true);
 

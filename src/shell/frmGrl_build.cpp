@@ -180,10 +180,11 @@ void frmGrl::buildMenus() {
 }
 
 void frmGrl::buildStatusBar() {
-    const auto field = [this](const char* name, const char* accessibleName) {
+    // Their names are what they show, so that a screen reader tells it.
+    const auto field = [this](const char* name, const char* meaning) {
         auto* label = new QLabel;
         label->setObjectName(QLatin1String(name));
-        label->setAccessibleName(text(accessibleName));
+        label->setAccessibleDescription(text(meaning));
         label->setContentsMargins(4, 0, 4, 0);
         statusBar()->addWidget(label);
         auto* line = new QFrame;
@@ -199,7 +200,7 @@ void frmGrl::buildStatusBar() {
     m_lblRow = field("lblRow", "Row");
     auto* message = new MessageLabel;
     message->setObjectName(QStringLiteral("lblStatus"));
-    message->setAccessibleName(text("Message"));
+    message->setAccessibleDescription(text("Message"));
     message->setTextFormat(Qt::PlainText);
     statusBar()->addWidget(message, 1);
     m_desktop.attach(*m_pbr1, *message, *m_grid);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Reads the main window out of the accessibility tree: every control that takes the focus has a name, and what was keyed
-# is found in the cells. accessibility.sh FOLDER-OF-THE-PROGRAMS prints the whole reading.
+# Reads every window and frame out of the accessibility tree: each control that takes the focus can be told from the
+# others by its name, and what was keyed, computed and chosen is found as a value. accessibility.sh
+# FOLDER-OF-THE-PROGRAMS prints what was read.
 # shellcheck disable=SC2119 # words for the program are given only sometimes
 source "$(dirname "${BASH_SOURCE[0]}")/screen.sh"
 reader=$(dirname "${BASH_SOURCE[0]}")/read_out.py
@@ -17,30 +18,134 @@ DBUS_SESSION_BUS_ADDRESS=$(cat "$world/bus")
 export DBUS_SESSION_BUS_ADDRESS QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
 
 # Reads the window into $world/reading.
-read_out() { /usr/bin/python3 "$reader" "$untitled" >"$world/reading" 2>"$world/complaint"; }
-reads() { read_out && grep -q -- "$1" "$world/reading"; }
-# find_in_tree WHAT TEXT: waits until the text is read out, and prints the whole reading.
-find_in_tree() {
-    (until_true "$1" reads "$2") || { # a control without a name stands in the reader's complaint
-        cat "$world/complaint" >&2
+read_out() { /usr/bin/python3 "$reader" "$1" >"$world/reading" 2>"$world/complaint"; }
+reads() { # WINDOW LINE...
+    read_out "$1" || return
+    shift
+    local line
+    for line in "$@"; do
+        echo "$line" >"$world/missing"
+        sed 's/^ *//' "$world/reading" | grep -qxF -- "$line" || return
+    done
+}
+# find_in WINDOW LINE...: waits until the lines are read out of the window, and prints the reading: the whole of it, or
+# what stands from the line after FROM on.
+find_in() {
+    (until_true "the reading of $1" reads "$@") || {
+        [ -s "$world/complaint" ] && cat "$world/complaint" >&2 || echo "not read out: $(cat "$world/missing")" >&2
         exit 1
     }
-    cat "$world/reading"
+    sed -n "\\:${FROM:-.}:,\$p" "$world/reading"
+}
+hides() { ! grep -qF -- "$1" "$world/reading"; }
+shut() { # WINDOW
+    local box
+    box=$(windows "$1")
+    keys Escape
+    until_true "the end of $1" is_gone "$box"
+    until_true "the focus on the book" has_focus "$(windows "$caption")"
 }
 
-begin "A keyed row"
-to_login
+begin "Start"
+"$program" 2>"$world/errors" &
+running=$!
+started+=("$running")
+find_in "About this program" "push button | OK, go on to the login"
+pass_the_screens "$running"
+wait_for Login
+login=$window
+type_text nonsense
+find_in Login "text | User Name" "password text | Password" "push button | OK" "push button | Cancel"
+hides nonsense || fail "the password is read out"
+keys ctrl+a BackSpace
 log_in ''
-click "$untitled" 320 57 # the cell under I.S.
-type_text 4.321
-find_in_tree "the keyed text" '4[.]321'
-grep -q 'push button | Calculate$' "$world/reading" || fail "the button Cal is not read out"
 
-grep -q 'menu item | Settings$' "$world/reading" || fail "the menus are not read out"
-! grep -q 'frame | Settings$' "$world/reading" || fail "the closed settings are read out"
+begin "A keyed book"
+caption="ZavroGrl-$world/site.grl"
+keys alt+n
+wait_for 'Save As'
+find_in 'Save As' "text | File name:" "push button | Cancel"
+type_text "$world/site.grl"
+keys Return
+wait_for "$caption"
+for number in 100 1.525 1.105 2.5; do
+    type_text $number
+    keys Return
+done
+type_text 91.31
+find_in "$caption" \
+    "table | Field book" \
+    "table cell | row 2, I.S., 1.105" \
+    "table cell | row 3, I.S., 91.31 | selected" \
+    "table cell | row 3, F.S., empty" \
+    "push button | Calculate" "push button | Insert rows" "menu item | Append File" \
+    "label | Side L" "label | H.I. 101.525" "label | Reading 1.105" "label | Row 3 of 3"
+hides 'frame | Settings' || fail "the closed settings are read out"
+keys Return Home # the reading turns pink
+find_in "$caption" "table cell | row 3, I.S., 91.31 | suspicious reading" >/dev/null
+
+begin "Questions"
+keys F2
+wait_for Check
+find_in Check "text | Enter New Value | 00-000"
+shut Check
+keys alt+x
+wait_for ZavroGrl
+find_in ZavroGrl "push button | Yes" "push button | No" "push button | Cancel" \
+    "label | Do you want to Save the changes you made to this file"
+shut ZavroGrl
 
 begin "Settings"
 menu alt+t s
-find_in_tree "the settings" 'frame | Settings'
+keys Tab Tab Tab Tab Tab Tab space # the fixed offsets
+FROM='frame | Settings' find_in "$caption" \
+    "combo box | Chainage Increment: | 10" "text | Chainage Increment, m | 10" "check box | Auto Left to Right" \
+    "check box | Fixed Offsets | checked" "text | Offset, m" "radio button | Offset on side: Both | checked" \
+    "list | Fixed offsets" "push button | OK"
+keys Tab 2 Return Tab Tab Tab
+find_in "$caption" "list item | L02.00" "list item | R02.00" >/dev/null
+keys Tab space # OK
+until_true "the end of the settings" sh -c "! '$reader' '$caption' | grep 'frame | Settings'"
+
+begin "The transfer"
+menu alt+t e
+FROM='frame | Exporting Data' find_in "$caption" \
+    "radio button | Improvements to Road From" "text | Name of Work" "text | Survey done By: Shri." \
+    "radio button | Total formation width | checked" "text | Total formation width, m | 7.5" \
+    "text | Left formation width, m | (disabled)" \
+    "text | Carriage Way Width, m | 3.75" "text | Slope in filling, X of X : 1 | 2.0" \
+    "combo box | Outter Side: | 0.5" "text | Gutter top width, m | 1.5 | (disabled)" "text | Gutter depth, m" \
+    "check box | Left Gutter" "check box | Send as a FRL" "push button | Select Project" \
+    "label | No road database selected" "push button | Transfer" "push button | Cancel"
+keys Escape
+until_true "the end of the frame" sh -c "! '$reader' '$caption' | grep 'frame | Exporting Data'"
+
+begin "The change points"
+click "$caption" 914 97
+wait_for 'All Change Points.'
+find_in 'All Change Points.' "table | Change points and remarked rows" "table cell | row 1, B.S., 1.525" \
+    "push button | Close"
+shut 'All Change Points.'
+
+begin "The small windows"
+menu alt+t Up Up Return
+wait_for 'Select Default Drive & Directory'
+find_in 'Select Default Drive & Directory' "tree | Folders" "text | Path of the folder | $world" \
+    'label | C:\Road' >/dev/null # the folders of this machine are nobody's business
+shut 'Select Default Drive & Directory'
+menu alt+t Up Return
+wait_for 'Password...'
+find_in 'Password...' "password text | Enter old Passward:" "push button | OK"
+keys Return
+find_in 'Password...' "password text | Enter New Passward:" "password text | ReEnter New Passward:"
+shut 'Password...'
+menu alt+h h
+wait_for Help
+find_in Help "push button | OK" | grep -m 1 'Help text'
+shut Help
+menu alt+h a
+wait_for 'About ZavroGrl'
+find_in 'About ZavroGrl' "push button | System Info..." "push button | OK"
+shut 'About ZavroGrl'
 
 echo "== All done"

@@ -99,6 +99,9 @@ TEST_F(GridModelTest, TellsWhatACellIs) {
     EXPECT_EQ(shown(5, sheet::InterSight), QStringLiteral("1.235"));
     EXPECT_EQ(shown(5, sheet::InterSight, Qt::AccessibleTextRole), QStringLiteral("row 5, I.S., 1.235"));
     EXPECT_EQ(shown(6, sheet::Remark, Qt::AccessibleTextRole), QStringLiteral("row 6, Remark, empty"));
+    EXPECT_EQ(shown(5, sheet::InterSight, Qt::AccessibleDescriptionRole),
+              QStringLiteral("suspicious reading"));
+    EXPECT_EQ(shown(5, sheet::ForeSight, Qt::AccessibleDescriptionRole), QString());
     EXPECT_EQ(model.index(4, sheet::InterSight).data(Qt::BackgroundRole).value<QColor>(),
               QColor(250, 210, 230));
     EXPECT_FALSE(model.index(4, sheet::ForeSight).data(Qt::BackgroundRole).isValid());

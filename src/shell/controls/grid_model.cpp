@@ -44,20 +44,30 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     }
     case Qt::AccessibleTextRole: {
         const std::string& cell = m_grid.Text(row, col);
-        const QString column = fromUtf8(m_grid.Text(0, col));
         return text("row %1, %2, %3")
-            .arg(QString::number(row), column, cell.empty() ? text("empty") : fromUtf8(cell));
+            .arg(QString::number(row), spokenColumn(col), cell.empty() ? text("empty") : fromUtf8(cell));
     }
+    case Qt::AccessibleDescriptionRole: // what is said by a colour alone to those who see it
+        if (m_grid.CellBackColor(row, col) == sheet::suspiciousReading) return text("suspicious reading");
+        if (m_grid.CellBackColor(row, col) == sheet::dataError) return text("rejected by the transfer");
+        return {};
     default:
         return {};
     }
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Vertical && role == Qt::AccessibleTextRole) return text("row %1").arg(section + 1);
     if (orientation != Qt::Horizontal || section < 0 || section >= m_grid.Cols()) return {};
+    if (role == Qt::AccessibleTextRole) return spokenColumn(section);
     if (role == Qt::DisplayRole) return fromUtf8(m_grid.Text(0, section));
     if (role == Qt::TextAlignmentRole) return int(columnAlignment(section));
     return {};
+}
+
+QString GridModel::spokenColumn(int col) const {
+    const std::string& header = m_grid.Text(0, col);
+    return header.empty() ? text("column %1").arg(col + 1) : fromUtf8(header);
 }
 
 void GridModel::cellChanged(int row, int col) {

@@ -41,6 +41,7 @@ class GridModel final : public QAbstractTableModel, public sheet::GridListener {
     static constexpr Box nothing{0x7FFFFFFF, 0x7FFFFFFF, -1, -1};
 
     void wake();
+    [[nodiscard]] QString spokenColumn(int col) const; ///< its header, or its number where it has none
 
     sheet::Grid& m_grid;
     int m_rows; // data rows that the view knows of
