@@ -1,6 +1,8 @@
 #include "check.h"
 #include "engine_fixture.h"
 #include "layout.h"
+#include "page_mutator.h"
+#include "random_rows.h"
 #include "schema_text.h"
 
 namespace jet {
@@ -34,47 +36,11 @@ Bytes richFile() {
     return disk.content();
 }
 
-/// Changes a few bytes of a page, mostly where its structure stands.
-void damage(Bytes& content, Random& random) {
-    const std::size_t pageSize = content.size() > 0x14 && content[0x14] == 0 ? 2048 : 4096;
-    const std::size_t pages = content.size() / pageSize;
-    const int places = 1 + static_cast<int>(random() % 4);
-    for (int i = 0; i < places; ++i) {
-        const std::size_t page =
-            random() % 4 == 0 ? random() % std::min<std::size_t>(pages, 16) : random() % pages;
-        const std::size_t within = random() % 3 == 0 ? random() % pageSize : random() % 80;
-        static constexpr std::array<std::uint8_t, 5> odd{0x00, 0xFF, 0x80, 0x01, 0x40};
-        std::uint8_t& byte = content[page * pageSize + within];
-        switch (random() % 3) {
-        case 0:
-            byte = odd[random() % odd.size()];
-            break;
-        case 1:
-            byte = static_cast<std::uint8_t>(byte + 1);
-            break;
-        default:
-            byte = static_cast<std::uint8_t>(random());
-            break;
-        }
-    }
-    if (random() % 40 == 0) content.resize(random() % content.size());
-}
-
-Row someRow(const Table& table, Random& random) {
-    Row row;
-    for (const Column& column : table.columns()) {
-        if (column.type == ColumnType::Boolean)
-            row.emplace_back(true);
-        else if (column.type == ColumnType::Long)
-            row.emplace_back(static_cast<std::int32_t>(random()));
-        else if (column.type == ColumnType::Text)
-            row.emplace_back(std::string(std::min(column.size, 9), 'q'));
-        else if (column.type == ColumnType::Memo)
-            row.emplace_back(std::string(random() % 9000, 'q'));
-        else
-            row.emplace_back();
-    }
-    return row;
+/// Wrong bytes where structure stands; now and then the file is cut short as well.
+Bytes damaged(Bytes content, unsigned seed) {
+    fuzz::damagePages(content, content[0x14] == 0 ? jet3Layout.pageSize : jet4Layout.pageSize, seed);
+    if (seed % 40 == 0) content.resize(content.size() * (seed % 7) / 7);
+    return content;
 }
 
 /// Reads, changes and commits whatever the file still shows. Only errors of the engine may come out.
@@ -98,12 +64,12 @@ void useEverything(const MemoryDisk& disk, const std::string& password, unsigned
         tolerant([&] {
             Table table = db->table(name);
             for (int i = 0; i < 30; ++i)
-                table.insert(someRow(table, random));
+                table.insert(randomRow(table, random));
             for (Cursor cursor = table.scan(); cursor.next();) {
                 if (random() % 8 == 0)
                     table.erase(cursor.id());
                 else if (random() % 8 == 1)
-                    table.update(cursor.id(), someRow(table, random));
+                    table.update(cursor.id(), randomRow(table, random));
             }
             db->addColumn(name, {.name = "Zusatz", .type = ColumnType::Memo});
             if (random() % 2 == 0) table.clear();
@@ -119,10 +85,7 @@ TEST(DamageTest, DamagedFilesGiveErrorsAndNothingWorse) {
     const Bytes sound = richFile();
     for (unsigned seed = 0; seed < 120; ++seed) {
         SCOPED_TRACE(seed);
-        Random random(seed);
-        Bytes content = sound;
-        damage(content, random);
-        useEverything(MemoryDisk(content), "", seed);
+        useEverything(MemoryDisk(damaged(sound, seed)), "", seed);
     }
 }
 
@@ -132,10 +95,7 @@ TEST(DamageTest, DamagedSamplesGiveErrorsAndNothingWorse) {
         const Bytes sound = contentOf(path);
         for (unsigned seed = 0; seed < 6; ++seed) {
             SCOPED_TRACE(path + " " + std::to_string(seed));
-            Random random(seed);
-            Bytes content = sound;
-            damage(content, random);
-            useEverything(MemoryDisk(content), passwordOf(path), seed);
+            useEverything(MemoryDisk(damaged(sound, seed)), passwordOf(path), seed);
         }
     }
 }
