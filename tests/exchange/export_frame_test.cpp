@@ -6,40 +6,6 @@
 
 using exchange::ExportFrame;
 
-TEST(ExportFrame, StartsAsDesigned) {
-    const ExportFrame frame;
-    EXPECT_FALSE(frame.visible);
-    EXPECT_EQ(frame.width, ExportFrame::Total);
-    EXPECT_EQ(frame.optGut, ExportFrame::Slope);
-    EXPECT_EQ(frame.optName, -1);
-    const std::pair<const exchange::TextBox&, exchange::TextBox> boxes[] = {
-        {frame.txtName, {"", true}},     {frame.txtSubDiv, {"P. W. Sub-Division", true}},
-        {frame.txtSurvey, {"", true}},   {frame.txtDiv, {"P. W. Division", true}},
-        {frame.txtLW, {"", false}},      {frame.txtRW, {"", false}},
-        {frame.txtTW, {"7.5", true}},    {frame.txtCrgWid, {"3.75", true}},
-        {frame.cboFill, {"2.0", true}},  {frame.cboCut, {"1.0", true}},
-        {frame.txtTopW, {"1.5", false}}, {frame.cboGIS, {"0.5", true}},
-        {frame.cboGOS, {"0.5", true}},   {frame.txtDDrn, {"", true}},
-        {frame.txtWDrn, {"0.5", true}},
-    };
-    int number = 0;
-    for (const auto& [box, designed] : boxes) {
-        EXPECT_EQ(box.text, designed.text) << "box " << number;
-        EXPECT_EQ(box.enabled, designed.enabled) << "box " << number;
-        ++number;
-    }
-}
-
-TEST(ExportFrame, ShowingItLocksTheCommandsAndHidingFreesThem) {
-    ExportFrame frame;
-    frame.Dsb();
-    EXPECT_TRUE(frame.visible);
-    EXPECT_FALSE(frame.commandsEnabled);
-    frame.Enb();
-    EXPECT_FALSE(frame.visible);
-    EXPECT_TRUE(frame.commandsEnabled);
-}
-
 TEST(ExportFrame, NameOptionsFillTheNameAndOtherEmptiesIt) {
     ExportFrame frame;
     const char* expected[] = {"S.T.B.T. to", "Constructing New Road From", "Improvements to Road From", ""};
@@ -51,16 +17,16 @@ TEST(ExportFrame, NameOptionsFillTheNameAndOtherEmptiesIt) {
 }
 
 TEST(ExportFrame, WidthOptionsComputeOnEveryClick) {
-    struct Case {
-        const char *total, *half;
-    } cases[] = {{"7.5", "3.75"}, {"7", "3.5"},  {"12.25 m", "6.125"},
-                 {"0.1", "0.05"}, {"wide", "0"}, {"", "0"}};
-    for (const Case& c : cases) {
-        ExportFrame frame;
-        frame.txtTW.text = c.total;
+    const std::pair<const char*, const char*> cases[] = {{"7.5", "3.75"}, {"7", "3.5"},  {"12.25 m", "6.125"},
+                                                         {"0.1", "0.05"}, {"wide", "0"}, {"", "0"}};
+    ExportFrame frame;
+    frame.optWTot_Click(); // nothing stands in the side boxes yet
+    EXPECT_EQ(frame.txtTW.text, "0");
+    for (const auto& [total, half] : cases) {
+        frame.txtTW.text = total;
         frame.optWLR_Click();
-        EXPECT_EQ(frame.txtLW.text, c.half) << c.total;
-        EXPECT_EQ(frame.txtRW.text, c.half) << c.total;
+        EXPECT_EQ(frame.txtLW.text, half) << total;
+        EXPECT_EQ(frame.txtRW.text, half) << total;
         EXPECT_TRUE(frame.txtLW.enabled && frame.txtRW.enabled && !frame.txtTW.enabled);
         frame.txtLW.text = "7";
         frame.txtRW.text = "";
@@ -68,59 +34,51 @@ TEST(ExportFrame, WidthOptionsComputeOnEveryClick) {
         EXPECT_EQ(frame.txtTW.text, "7");
         EXPECT_TRUE(!frame.txtLW.enabled && !frame.txtRW.enabled && frame.txtTW.enabled);
     }
-    ExportFrame again;
-    again.optWTot_Click(); // nothing stands in the side boxes yet
-    EXPECT_EQ(again.txtTW.text, "0");
-}
-
-TEST(ExportFrame, GutterModeDecidesWhichBoxesAreLive) {
-    ExportFrame frame;
-    frame.optGut_Click(1);
-    EXPECT_TRUE(frame.txtTopW.enabled && !frame.cboGIS.enabled && !frame.cboGOS.enabled);
-    frame.optGut_Click(0);
-    EXPECT_TRUE(!frame.txtTopW.enabled && frame.cboGIS.enabled && frame.cboGOS.enabled);
 }
 
 TEST(ExportFrame, GutterIsWorkedOutInBothModes) {
-    struct Case {
+    const char* const noTop = "Gutter Top Width is invalid or Zero";
+    const char* const narrow = "Top width of gutter is Less than Bottom width, Please check it";
+    const char* const noDepth = "Division by zero";
+    const char* const noInner = "Gutter Inner side is invalid or Zero";
+    const char* const noOuter = "Gutter Outer side is invalid or Zero";
+    const struct {
         int mode;
         const char *inner, *outer, *top, *bottom, *depth;
-        const char *innerAfter, *outerAfter, *topAfter, *message;
+        const char* after; // inner and outer slope, top width
+        const char* message = "";
     } cases[] = {
-        {1, "x", "y", "1.5", "0.5", "1", "0.50", "0.50", "1.5", ""},
-        {1, "x", "y", "1.5", "1.5", "1", "0.00", "0.00", "1.5", ""},
-        {1, "x", "y", "2", "0.5", "0.45", "1.67", "1.67", "2", ""},
-        {1, "x", "y", "0", "0.5", "1", "x", "y", "0", "Gutter Top Width is invalid or Zero"},
-        {1, "x", "y", "-1", "0.5", "1", "x", "y", "-1", "Gutter Top Width is invalid or Zero"},
-        {1, "x", "y", "wide", "0.5", "1", "x", "y", "wide", "Gutter Top Width is invalid or Zero"},
-        {1, "x", "y", "0.4", "0.5", "1", "x", "y", "0.4",
-         "Top width of gutter is Less than Bottom width, Please check it"},
-        {1, "x", "y", "1.5", "0.5", "", "x", "y", "1.5", "Division by zero"},
-        {1, "x", "y", "0.5", "0.5", "0", "x", "y", "0.5", "Division by zero"},
-        {0, "0.5", "0.5", "?", "0.5", "1", "0.5", "0.5", "1.50", ""},
-        {0, "0", "0", "?", "0.5", "1", "0", "0", "0.50", ""},
-        {0, "0.25", "0.5", "?", "0.45", "0.35", "0.25", "0.5", "0.713", ""},
-        {0, "0.5", "0.5", "?", "0.5", "", "0.5", "0.5", "0.50", ""},
-        {0, "-0.1", "-1", "?", "0.5", "1", "-0.1", "-1", "?", "Gutter Inner side is invalid or Zero"},
-        {0, "0.5", "-1", "?", "0.5", "1", "0.5", "-1", "?", "Gutter Outer side is invalid or Zero"},
+        {1, "x", "y", "1.5", "0.5", "1", "0.50 0.50 1.5"},
+        {1, "x", "y", "1.5", "1.5", "1", "0.00 0.00 1.5"},
+        {1, "x", "y", "2", "0.5", "0.45", "1.67 1.67 2"},
+        {1, "x", "y", "0", "0.5", "1", "x y 0", noTop},
+        {1, "x", "y", "-1", "0.5", "1", "x y -1", noTop},
+        {1, "x", "y", "wide", "0.5", "1", "x y wide", noTop},
+        {1, "x", "y", "0.4", "0.5", "1", "x y 0.4", narrow},
+        {1, "x", "y", "1.5", "0.5", "", "x y 1.5", noDepth},
+        {1, "x", "y", "0.5", "0.5", "0", "x y 0.5", noDepth},
+        {0, "0.5", "0.5", "?", "0.5", "1", "0.5 0.5 1.50"},
+        {0, "0", "0", "?", "0.5", "1", "0 0 0.50"},
+        {0, "0.25", "0.5", "?", "0.45", "0.35", "0.25 0.5 0.713"},
+        {0, "0.5", "0.5", "?", "0.5", "", "0.5 0.5 0.50"},
+        {0, "-0.1", "-1", "?", "0.5", "1", "-0.1 -1 ?", noInner},
+        {0, "0.5", "-1", "?", "0.5", "1", "0.5 -1 ?", noOuter},
     };
-    int number = 0;
-    for (const Case& c : cases) {
+    for (const auto& each : cases) {
         ExportFrame frame;
         ScriptedDesktop desktop;
-        frame.optGut_Click(c.mode);
-        frame.cboGIS.text = c.inner;
-        frame.cboGOS.text = c.outer;
-        frame.txtTopW.text = c.top;
-        frame.txtWDrn.text = c.bottom;
-        frame.txtDDrn.text = c.depth;
+        frame.optGut_Click(each.mode);
+        EXPECT_EQ(frame.txtTopW.enabled, each.mode == 1);
+        EXPECT_EQ(frame.cboGIS.enabled && frame.cboGOS.enabled, each.mode == 0);
+        frame.cboGIS.text = each.inner;
+        frame.cboGOS.text = each.outer;
+        frame.txtTopW.text = each.top;
+        frame.txtWDrn.text = each.bottom;
+        frame.txtDDrn.text = each.depth;
         frame.Cal(desktop);
-        EXPECT_EQ(frame.cboGIS.text, c.innerAfter) << "case " << number;
-        EXPECT_EQ(frame.cboGOS.text, c.outerAfter) << "case " << number;
-        EXPECT_EQ(frame.txtTopW.text, c.topAfter) << "case " << number;
-        EXPECT_EQ(desktop.boxes.empty() ? "" : desktop.boxes.front().text, c.message) << "case " << number;
+        EXPECT_EQ(frame.cboGIS.text + " " + frame.cboGOS.text + " " + frame.txtTopW.text, each.after);
+        EXPECT_EQ(desktop.boxes.empty() ? "" : desktop.boxes.front().text, each.message) << each.after;
         EXPECT_LE(desktop.boxes.size(), 1U);
-        ++number;
     }
 }
 

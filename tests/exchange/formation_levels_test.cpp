@@ -1,10 +1,9 @@
 #include "exchange/formation_levels.h"
-#include "exchange/transfer.h"
 
 #include "held_database.h"
 #include "road_fixture.h"
 
-using testing::ElementsAre;
+using exchange::TransferEnd;
 using testing::HasSubstr;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
@@ -15,94 +14,84 @@ namespace {
 class FormationTest : public RoadTest {
   protected:
     void SetUp() override {
-        keyed({"00-000,3.15,,,,,,,11.366,", "00-000,,0,,,,,,11.350,"});
-        ASSERT_EQ(exchange::transfer(book, desktop, frame), exchange::TransferEnd::Done);
-        road = roads + "/Site1/Road.mdb";
+        ASSERT_EQ(transfer("00-000,3.15,,,,,,,11.366|00-000,,0,,,,,,11.350"), TransferEnd::Done);
         frame.lblProj = road;
         desktop.boxes.clear();
-        desktop.statuses.clear();
         frame.Dsb();
+        frame.chkFRL = true;
     }
+    void TearDown() override { EXPECT_THAT(desktop.boxes, SizeIs(0)); }
 
+    bool update(std::string_view rows) {
+        EXPECT_THAT(desktop.boxes, SizeIs(0));
+        keyRows(book.MSFG, splitAt(rows, '|'));
+        return exchange::updateFormationLevels(book.MSFG, desktop, frame);
+    }
     std::vector<std::string> longSection() const { return records(road, "LSect", {"Chn", "Grl", "Frl"}); }
     std::vector<std::string> points() const {
         return records(road, "CSect", {"Chn", "Side", "Oft", "Grl", "Frl", "Rmk", "calc"});
     }
-
-    std::string road;
 };
 
 TEST_F(FormationTest, SendingAddsWhatIsMissingAndMarksWhatWasThere) {
-    frame.chkFRL = true;
-    keyed({
-        "00-000,3.15,,,,,,,12.100,",   // chainage and point there
-        "00-000,,,3.15,,,,,12.200,",   // chainage there, point missing
-        "CP,1,,,,,,,99,",              // never reaches the road
-        "cp,1,,,,,,,99,",              //
-        ",1,,,,,,,99,",                //
-        "CH 00-010,,0.0,,,,,,12.300,", // both missing, with letters before the chainage
-        "00-010,2,,,,,,,,",            // no level to send
-    });
-    EXPECT_EQ(exchange::transfer(book, desktop, frame), exchange::TransferEnd::Sent);
-    EXPECT_THAT(longSection(), UnorderedElementsAre("00-000,11.35,12.2", "00-010,12.3,12.3"));
+    EXPECT_EQ(transfer("00-000,3.15,,,,,,,12.100|"   // chainage and point there
+                       "00-000,,,3.15,,,,,12.200|"   // chainage there, point missing
+                       "CP,1,,,,,,,99|"              // never reaches the road
+                       "cp,1,,,,,,,99|"              //
+                       ",1,,,,,,,99|"                //
+                       "CH 00-010,,0.0,,,,,,12.300|" // both missing, with letters before the chainage
+                       "00-010,2|"                   // no level to send
+                       "00-020,1,2,3,,,,,12|"        // the centre goes before the left point,
+                       "00-020,1,,3,,,,,13"          // and that before the right one
+                       ),
+              TransferEnd::Sent);
+    const auto longRecords = UnorderedElementsAre("00-000,11.35,12.2", "00-010,12.3,12.3", "00-020,12,13");
+    EXPECT_THAT(longSection(), longRecords);
     EXPECT_THAT(points(),
                 UnorderedElementsAre("00-000,L,3.15,11.366,12.1,GF,False", "00-000,C,0,11.35,11.35,GG,False",
-                                     "00-000,R,3.15,-,12.2,FF,False", "00-010,C,0,-,12.3,FF,False"));
+                                     "00-000,R,3.15,-,12.2,FF,False", "00-010,C,0,-,12.3,FF,False",
+                                     "00-020,C,2,-,12,FF,False", "00-020,L,1,-,13,FF,False"));
+    EXPECT_EQ(desktop.statuses.back(), "5 formation levels sent to " + road + ".");
     EXPECT_THAT(desktop.boxes, SizeIs(0));
-    EXPECT_EQ(desktop.statuses.back(), "3 formation levels sent to " + road + ".");
     expectCleanDesk();
 
-    EXPECT_EQ(exchange::transfer(book, desktop, frame), exchange::TransferEnd::Sent); // once more
+    EXPECT_EQ(transfer(), TransferEnd::Sent); // once more
     EXPECT_THAT(points(),
                 UnorderedElementsAre("00-000,L,3.15,11.366,12.1,GF,False", "00-000,C,0,11.35,11.35,GG,False",
-                                     "00-000,R,3.15,-,12.2,GF,False", "00-010,C,0,-,12.3,GF,False"));
-    EXPECT_THAT(longSection(), SizeIs(2));
-}
-
-TEST_F(FormationTest, CentreGoesBeforeLeftAndLeftBeforeRight) {
-    keyed({"00-000,1,2,3,,,,,12,", "00-000,1,,3,,,,,13,"});
-    EXPECT_TRUE(exchange::CFrl(book.MSFG, desktop, frame));
-    EXPECT_THAT(points(), testing::IsSupersetOf({"00-000,C,2,-,12,FF,False", "00-000,L,1,-,13,FF,False"}));
-}
-
-TEST_F(FormationTest, SendingStopsAtAnErrorAndKeepsWhatWasSaved) {
-    frame.chkFRL = true;
-    keyed({"00-010,1,,,,,,,12,", "00-020,,,,,,,,13,", "00-030,1,,,,,,,14,"});
-    EXPECT_EQ(exchange::transfer(book, desktop, frame), exchange::TransferEnd::Failed);
-    EXPECT_THAT(points(), testing::AllOf(testing::Contains("00-010,L,1,-,12,FF,False"), SizeIs(3)));
-    EXPECT_THAT(longSection(), UnorderedElementsAre("00-000,11.35,11.35", "00-010,12,12", "00-020,13,13"));
-    EXPECT_THAT(desktop.boxes, SizeIs(0));
-    EXPECT_THAT(desktop.statuses.back(), HasSubstr("1 formation level sent to " + road + ", then: "));
-    expectCleanDesk();
+                                     "00-000,R,3.15,-,12.2,GF,False", "00-010,C,0,-,12.3,GF,False",
+                                     "00-020,C,2,-,12,GF,False", "00-020,L,1,-,13,GF,False"));
+    EXPECT_THAT(longSection(), longRecords);
 }
 
 TEST_F(FormationTest, UpdatingTouchesOnlyTheRoadThatIsThere) {
-    keyed({
-        "00-000,,0,,,,,,12.000,",     // centre there
-        "00-000,3.15,,,,,,,12.100,",  // left there
-        "00-000,,,3.15,,,,,12.200,",  // right missing: added
-        "00-010,,0,,,,,,12.300,",     // chainage missing: left alone
-        "00-010,2, 0 ,2,,,,,12.400,", // a left point beside the centre is added, the right one is not
-        "00-000,,0.0,,,,,,99,",       // no centre for this path
-        "00-000,4,,,,,,,,",           // no level
-        " CP ,5,,,,,,,99,",
-    });
-    EXPECT_TRUE(exchange::updateFormationLevels(book.MSFG, desktop, frame));
-    EXPECT_THAT(longSection(), ElementsAre("00-000,11.35,12"));
     const std::vector<std::string> expected{"00-000,L,3.15,11.366,12.1,GG,False",
                                             "00-000,C,0,11.35,12,GG,False", "00-000,R,3.15,-,12.2,-,False",
                                             "00-010,L,2,-,12.4,-,False"};
-    EXPECT_THAT(points(), testing::UnorderedElementsAreArray(expected));
-    EXPECT_TRUE(frame.visible) << "this path leaves the frame open";
-
-    EXPECT_TRUE(exchange::updateFormationLevels(book.MSFG, desktop, frame)); // once more
-    EXPECT_THAT(points(), testing::UnorderedElementsAreArray(expected));
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_TRUE(update(
+            "00-000,,0,,,,,,12.000|"     // centre there
+            "00-000,3.15,,,,,,,12.100|"  // left there
+            "00-000,,,3.15,,,,,12.200|"  // right missing: added
+            "00-010,,0,,,,,,12.300|"     // chainage missing: left alone
+            "00-010,2, 0 ,2,,,,,12.400|" // a left point beside the centre is added, the right one is not
+            "00-000,,0.0,,,,,,99|"       // no centre for this path
+            "00-000,4|"                  // no level
+            " CP ,5,,,,,,,99"));
+        EXPECT_THAT(longSection(), testing::ElementsAre("00-000,11.35,12"));
+        EXPECT_THAT(points(), testing::UnorderedElementsAreArray(expected));
+        EXPECT_TRUE(frame.visible) << "this path leaves the frame open";
+    }
 }
 
-TEST_F(FormationTest, UpdatingStopsAtALevelThatIsNoNumber) {
-    keyed({"00-000,1,,,,,,,12,", "00-000,2,,,,,,,high,", "00-000,3,,,,,,,14,"});
-    EXPECT_FALSE(exchange::updateFormationLevels(book.MSFG, desktop, frame));
-    EXPECT_THAT(points(), testing::AllOf(SizeIs(3), testing::Contains("00-000,L,1,-,12,-,False")));
+TEST_F(FormationTest, AnErrorStopsAndKeepsWhatWasSaved) {
+    EXPECT_EQ(transfer("00-010,1,,,,,,,12|00-020,,,,,,,,13|00-030,1,,,,,,,14"), TransferEnd::Failed);
+    EXPECT_THAT(points(), testing::AllOf(testing::Contains("00-010,L,1,-,12,FF,False"), SizeIs(3)));
+    EXPECT_THAT(longSection(), UnorderedElementsAre("00-000,11.35,11.35", "00-010,12,12", "00-020,13,13"));
+    EXPECT_THAT(desktop.statuses.back(), HasSubstr("1 formation level sent to " + road + ", then: "));
+    expectCleanDesk();
+
+    EXPECT_FALSE(update("00-000,1,,,,,,,12|00-000,2,,,,,,,high|00-000,3,,,,,,,14"));
+    EXPECT_THAT(points(), testing::AllOf(SizeIs(4), testing::Contains("00-000,L,1,-,12,-,False")));
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("Data type conversion error."));
 }
 
@@ -110,10 +99,7 @@ TEST_F(FormationTest, ARoadThatCannotBeOpenedIsSaid) {
     std::filesystem::copy_file(home / "Site1.grl", home / "foreign.mdb");
     home.write("text.mdb", "no database");
     const HeldDatabase held(road, exchange::roadConnect);
-    struct Case {
-        std::string path;
-        const char* words;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"", "No formation levels sent: "},
         {home / "missing.mdb", "Could not find file"},
         {home / "no/folder/Road.mdb", "isn't a valid path"},
@@ -121,17 +107,14 @@ TEST_F(FormationTest, ARoadThatCannotBeOpenedIsSaid) {
         {home / "text.mdb", "Unrecognized database format"},
         {road, "file already in use"},
     };
-    keyed({"00-000,1,,,,,,,12,"});
-    for (const Case& c : cases) {
-        frame.lblProj = c.path;
-        frame.chkFRL = true;
-        EXPECT_EQ(exchange::transfer(book, desktop, frame), exchange::TransferEnd::Failed) << c.path;
-        EXPECT_THAT(desktop.statuses.back(), HasSubstr(c.words));
+    for (const auto& [path, words] : cases) {
+        frame.lblProj = path;
+        EXPECT_EQ(transfer("00-000,1,,,,,,,12"), TransferEnd::Failed) << path;
+        EXPECT_THAT(desktop.statuses.back(), HasSubstr(words));
         expectCleanDesk();
-        EXPECT_FALSE(exchange::updateFormationLevels(book.MSFG, desktop, frame));
-        EXPECT_THAT(desktop.statuses.back(), HasSubstr(c.words));
+        EXPECT_FALSE(update("00-000,1,,,,,,,12"));
+        EXPECT_THAT(desktop.statuses.back(), HasSubstr(words));
     }
-    EXPECT_THAT(desktop.boxes, SizeIs(0));
 }
 
 } // namespace

@@ -1,22 +1,19 @@
 #pragma once
 
-#include "basic/numbers.h"
 #include "dao/dao.h"
-#include "exchange/export_frame.h"
 #include "exchange/road_schema.h"
+#include "exchange/transfer.h"
 #include "sheet/book.h"
 #include "tools/road_tables.h"
 
+#include "field_book.h"
 #include "scripted_desktop.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <initializer_list>
 #include <stdlib.h>
-#include <string>
-#include <vector>
 
 /// A surveyor's desk: a home, a program folder with the templates, the folder of roads, and a book with a
 /// file.
@@ -26,7 +23,6 @@ class RoadTest : public testing::Test {
         namespace fs = std::filesystem;
         setenv("HOME", home.path().c_str(), 1);
         desktop.folder = home / "app";
-        roads = home / "roads";
         fs::create_directory(desktop.folder);
         fs::create_directory(roads);
         for (const char* name : {"grl.mdb", "Rod.mdb", "Rod.dwg", "Rod1.dwg"})
@@ -35,22 +31,17 @@ class RoadTest : public testing::Test {
         book.setProjectPath(home / "Site1.grl");
         book.DefaultFolder = roads;
         mdlTools::InitLSectFieldTable();
-        frame.Dsb();
+        frame.Dsb(); // as the Export button leaves it
     }
 
-    /// The rows of the book from row 1 on, the cells of each divided by commas.
-    void keyed(const std::vector<std::string>& rows) {
-        sheet::Grid& grid = book.MSFG;
-        grid.setRows(static_cast<int>(rows.size()) + 1);
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            const std::string line = rows[i] + ",,,,,,,,,";
-            std::size_t start = 0;
-            for (int col = 0; col < grid.Cols(); ++col) {
-                const std::size_t end = line.find(',', start);
-                grid.setText(static_cast<int>(i) + 1, col, line.substr(start, end - start));
-                start = end + 1;
-            }
-        }
+    /// A transfer of a book of these rows, divided by "|", or once more of the rows that are there.
+    exchange::TransferEnd transfer(std::string_view rows) {
+        keyRows(book.MSFG, splitAt(rows, '|'));
+        return transfer();
+    }
+    exchange::TransferEnd transfer() {
+        desktop.boxes.clear();
+        return exchange::transfer(book, desktop, frame);
     }
 
     /// The records of a table of a road database in their order: the named fields of each, divided by commas.
@@ -58,22 +49,26 @@ class RoadTest : public testing::Test {
                                             std::initializer_list<const char*> fields) {
         dao::Database database = dao::OpenDatabase(path, exchange::roadConnect);
         std::vector<std::string> result;
-        {
-            dao::Recordset rows = database.OpenRecordset(table);
-            for (; !rows.EOF_(); rows.MoveNext()) {
-                std::string line;
-                for (const char* field : fields) {
-                    const dao::Value value = rows.Fields(field).value();
-                    line += (line.empty() ? "" : ",") + (dao::isNull(value) ? "-" : dao::toText(value));
-                }
-                result.push_back(line);
+        for (dao::Recordset rows = database.OpenRecordset(table); !rows.EOF_(); rows.MoveNext()) {
+            std::string line;
+            for (const char* field : fields) {
+                const dao::Value value = rows.Fields(field).value();
+                line += (line.empty() ? "" : ",") + (dao::isNull(value) ? "-" : dao::toText(value));
             }
+            result.push_back(line);
         }
         return result;
     }
 
     static std::vector<std::string> cross(const std::string& path) {
         return records(path, "CSect", {"Chn", "Side", "Oft", "Grl", "Frl", "Rmk"});
+    }
+
+    static std::string joined(const std::vector<std::string>& parts) {
+        std::string all;
+        for (const std::string& part : parts)
+            all += (all.empty() ? "" : "|") + part;
+        return all;
     }
 
     /// The files below `folder`, sorted, paths from there.
@@ -114,7 +109,8 @@ class RoadTest : public testing::Test {
     }
 
     TempFolder home;
-    std::string roads;
+    std::string roads = home / "roads";
+    std::string road = roads + "/Site1/Road.mdb";
     ScriptedDesktop desktop;
     sheet::Book book;
     exchange::ExportFrame frame;
