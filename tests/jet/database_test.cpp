@@ -1,3 +1,4 @@
+#include "check.h"
 #include "engine_fixture.h"
 
 #include "catalog.h"
@@ -305,6 +306,9 @@ TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
     std::vector<ColumnDesign> many(256, {.name = "", .type = Long});
     for (std::size_t i = 0; i < many.size(); ++i)
         many[i].name = "C" + std::to_string(i);
+    std::vector<ColumnDesign> guids(many.begin(), many.begin() + 255);
+    for (ColumnDesign& column : guids)
+        column.type = ColumnType::Guid;
     struct Case {
         const char* what;
         TableDesign design;
@@ -314,6 +318,7 @@ TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
         {"a table twice", {.name = "t", .columns = {{.name = "A"}}}, ErrorKind::AlreadyExists},
         {"no columns", {.name = "U"}, ErrorKind::InvalidDesign},
         {"too many columns", {.name = "U", .columns = many}, ErrorKind::InvalidDesign},
+        {"columns too long together", {.name = "U", .columns = guids}, ErrorKind::InvalidDesign},
         {"a column twice",
          {.name = "U", .columns = {{.name = "A"}, {.name = "a"}}},
          ErrorKind::InvalidDesign},
@@ -333,26 +338,33 @@ TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
         EXPECT_EQ(errorOf([&] { db.createTable(c.design); }), c.kind) << c.what;
     EXPECT_EQ(db.pager().pageCount(), pages);
     EXPECT_EQ(errorOf([&] { (void)db.table("U"); }), ErrorKind::NotFound);
-    Table wide = db.createTable({.name = "Wide",
-                                 .columns = {{.name = "A"},
-                                             {.name = "B"},
-                                             {.name = "C"},
-                                             {.name = "D"},
-                                             {.name = "E"},
-                                             {.name = "F"},
-                                             {.name = "G"},
-                                             {.name = "H"},
-                                             {.name = "I"}}});
-    EXPECT_EQ(errorOf([&] { wide.insert(Row(9, std::string(255, 'Z'))); }), std::nullopt);
-    Row wideRow;
-    for (int i = 0; i < 9; ++i) {
-        std::string text;
-        for (int k = 0; k < 255; ++k)
-            text += "Ж";
-        wideRow.emplace_back(text);
+    std::string wideText;
+    for (int i = 0; i < 255; ++i)
+        wideText += "Ж";
+    TableDesign wideDesign{.name = "Wide", .indexes = {{.name = "I"}}};
+    for (const char* name : {"A", "B", "C", "D", "E", "F", "G", "H", "I"}) {
+        wideDesign.columns.push_back({.name = name});
+        if (*name < 'F') wideDesign.indexes[0].columns.push_back({name});
     }
-    EXPECT_EQ(errorOf([&] { wide.insert(wideRow); }), ErrorKind::RowTooLong);
-    EXPECT_EQ(wide.rowCount(), 1U);
+    Table wide = db.createTable(wideDesign);
+    EXPECT_EQ(errorOf([&] { wide.insert(Row(9, std::string(200, 'Z'))); }), std::nullopt);
+    Row row(9);
+    std::fill(row.begin() + 5, row.end(), wideText);
+    EXPECT_EQ(errorOf([&] { wide.insert(row); }), std::nullopt);
+    EXPECT_EQ(errorOf([&] { wide.insert(Row(9, wideText)); }), ErrorKind::RowTooLong);
+    EXPECT_EQ(errorOf([&] { wide.insert(Row(9, std::string(255, 'Z'))); }), ErrorKind::RowTooLong) << "key";
+    EXPECT_EQ(wide.rowCount(), 2U);
+    // Columns of fixed length go on until an empty record would have no room, and no further.
+    guids.resize(220);
+    Table fixed = db.createTable({.name = "Fixed", .columns = guids});
+    fixed.insert(Row(guids.size()));
+    int added = 0;
+    while (!errorOf([&] { db.addColumn("Fixed", {.name = "D" + std::to_string(added), .type = Double}); }))
+        ++added;
+    EXPECT_GT(added, 30);
+    EXPECT_EQ(errorOf([&] { fixed.insert(Row(fixed.columns().size())); }), std::nullopt);
+    EXPECT_EQ(errorOf([&] { db.commit(); }), std::nullopt) << "what was refused left nothing behind";
+    EXPECT_EQ(check(db), std::vector<std::string>{});
 }
 
 TEST(DatabaseTest, LongDefinitionsTakeSeveralPages) {

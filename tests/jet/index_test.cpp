@@ -109,6 +109,34 @@ TEST_P(IndexTest, KeepsARandomSetThroughGrowthAndDecay) {
     }
 }
 
+// Keys up to the longest, many with a long beginning in common: pages lose and regain most of their room when
+// a key with another beginning comes or goes.
+TEST_P(IndexTest, KeepsLongKeysThatShareTheirBeginning) {
+    const std::size_t longest = Index::longestKey(m_pager.layout());
+    const auto longKey = [longest](std::uint32_t number) {
+        Bytes bytes(longest - number * 37 % (number % 5 == 0 ? longest - 8 : 9), 'k');
+        bytes[number % 3 == 0 ? 0 : (number * 7919) % (bytes.size() - 5)] = static_cast<std::uint8_t>(number);
+        for (std::size_t i = 0; i < 4; ++i)
+            bytes[bytes.size() - 4 + i] = static_cast<std::uint8_t>(number >> (24 - 8 * i));
+        return bytes;
+    };
+    std::set<std::uint32_t> model;
+    Random random(4);
+    for (int i = 0; i < 8000; ++i) {
+        const std::uint32_t number = random() % 2000;
+        if (model.erase(number) != 0)
+            m_index->remove(longKey(number), row(number));
+        else if (model.insert(number).second)
+            m_index->insert(longKey(number), row(number));
+        if (i % 500 == 0) {
+            ASSERT_EQ(walk().entries, model.size());
+        }
+    }
+    for (std::uint32_t number : model)
+        m_index->remove(longKey(number), row(number));
+    EXPECT_EQ(walk().pages, 1U);
+}
+
 TEST_P(IndexTest, EmptiesFromEitherEnd) {
     for (bool fromTheEnd : {false, true}) {
         for (std::uint32_t i = 0; i < 3000; ++i)

@@ -146,7 +146,7 @@ void Database::addColumn(std::string_view tableName, const ColumnDesign& column)
         throw Error(ErrorKind::InvalidDesign, "Too many fields defined.");
     m_state->pager.requireWritable();
     ColumnDef def = columnDefOf(column, format());
-    if (def.fixed() && def.type != ColumnType::Boolean) def.fixedOffset = store->nextFixedOffset();
+    store->findPlace(def);
     ChangeGuard guard(m_state->pager);
     if (def.isLongValue()) {
         std::uint32_t mapPage = store->def().ownedPages.page;

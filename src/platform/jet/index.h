@@ -19,6 +19,11 @@ class Index {
   public:
     Index(Pager& pager, std::uint32_t owner, IndexData& data);
 
+    /// Bytes of the longest key that can be entered: three entries fit on any page, so that trees stay low.
+    [[nodiscard]] static std::size_t longestKey(const Layout& layout) {
+        return layout.entryRoom() / 3 - entryRowBytes;
+    }
+
     /// Some entry has exactly this key.
     [[nodiscard]] bool contains(ByteView key) const;
     /// Calls `take` for the rows whose keys start with `key`, in order, until it returns false.
@@ -43,7 +48,7 @@ class Index {
         bool edge;   ///< nothing lies to the right of the page
     };
     struct Path {
-        static constexpr std::size_t most = 16;
+        static constexpr std::size_t most = 24;
         std::array<Step, most> steps;
         std::size_t size = 0;
         Step& back() { return steps[size - 1]; }

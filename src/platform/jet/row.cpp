@@ -60,6 +60,15 @@ View StoredRow::field(const ColumnDef& column) const {
     return m_row.part(start, end - start);
 }
 
+std::size_t shortestRow(const Layout& layout, std::size_t columns, std::size_t fixedBytes,
+                        std::size_t variableColumns) {
+    const std::size_t mask = (columns + 7) / 8;
+    const std::size_t offsets = variableColumns == 0 ? 0 : variableColumns + 1;
+    if (layout.jet4()) return 2 + fixedBytes + 2 * offsets + (offsets == 0 ? 0 : 2) + mask;
+    const std::size_t plain = 1 + fixedBytes + offsets + (offsets == 0 ? 0 : 1) + mask;
+    return offsets == 0 ? plain : plain + plain / 255; // the table of jumps counts itself
+}
+
 RowBuilder::RowBuilder(const Layout& layout, const TableDef& def)
     : m_layout(layout),
       m_columns(def.maxColumns),

@@ -32,6 +32,10 @@ class StoredRow {
     std::size_t m_jumps = 0;
 };
 
+/// Bytes of a row whose variable columns are all Null: no row of such a table is shorter.
+[[nodiscard]] std::size_t shortestRow(const Layout& layout, std::size_t columns, std::size_t fixedBytes,
+                                      std::size_t variableColumns);
+
 /// Builds rows of one table.
 class RowBuilder {
   public:

@@ -1,5 +1,6 @@
 #include "data_page.h"
 #include "pager.h"
+#include "table_maker.h"
 #include "table_store.h"
 
 #include <algorithm>
@@ -46,8 +47,16 @@ LongValues* TableStore::longValues(std::uint16_t column) {
     throw Error::corrupt(m_def.page, 0, "a long value column has no pages");
 }
 
+/// The stored reference to a long value that an update leaves as it is; nothing for any other.
+std::optional<View> TableStore::keptReference(std::size_t column, const Row& row, const Row* old,
+                                              const StoredRow* stored) const {
+    const ColumnDef& def = m_def.columns[column];
+    if (stored == nullptr || !stored->isSet(def) || row[column] != (*old)[column]) return std::nullopt;
+    return stored->field(def);
+}
+
 /// Checks the values and the length of the row before anything is touched.
-void TableStore::buildProbe(const Row& row) {
+void TableStore::buildProbe(const Row& row, const Row* old, const StoredRow* stored) {
     if (row.size() != m_def.columns.size())
         throw Error(ErrorKind::TypeMismatch,
                     "The row has another number of values than the table has fields.");
@@ -57,7 +66,10 @@ void TableStore::buildProbe(const Row& row) {
         requireValue(column, row[i], m_pager.format());
         if (!column.isLongValue() || isNull(row[i])) continue;
         (void)longValues(column.number);
-        references[i] = placeholderReference(longValueBytes(column, row[i], m_pager.format()).size());
+        if (const auto kept = keptReference(i, row, old, stored))
+            references[i].assign(kept->bytes().begin(), kept->bytes().end());
+        else
+            references[i] = placeholderReference(longValueBytes(column, row[i], m_pager.format()).size());
     }
     m_builder->build(row, references, m_row);
     for (const IndexData& data : m_def.indexData) {
@@ -77,14 +89,12 @@ std::vector<Bytes> TableStore::storeLongValues(const Row& row, const Row* old, c
     for (std::size_t i = 0; i < row.size(); ++i) {
         const ColumnDef& column = m_def.columns[i];
         if (!column.isLongValue()) continue;
-        if (stored != nullptr && stored->isSet(column)) {
-            const View field = stored->field(column);
-            if (row[i] == (*old)[i]) {
-                references[i].assign(field.bytes().begin(), field.bytes().end());
-                continue;
-            }
-            longValues(column.number)->release(field);
+        if (const auto kept = keptReference(i, row, old, stored)) {
+            references[i].assign(kept->bytes().begin(), kept->bytes().end());
+            continue;
         }
+        if (stored != nullptr && stored->isSet(column))
+            longValues(column.number)->release(stored->field(column));
         if (!isNull(row[i]))
             references[i] =
                 longValues(column.number)->store(longValueBytes(column, row[i], m_pager.format()));
@@ -178,16 +188,14 @@ void TableStore::update(RowId id, const Row& row) {
     const Body body = locate(id);
     Row old;
     read(id, old);
-    buildProbe(row);
+    const StoredRow stored(bodyView(body), m_pager.layout(), m_def);
+    buildProbe(row, &old, &stored);
     const Keys oldKeys = keysOf(old);
     const Keys keys = keysOf(row);
     requireFreeKeys(keys, oldKeys);
     ChangeGuard guard(m_pager);
-    if (!m_longValues.empty()) {
-        // The stored row is kept aside: storing long values does not move it, but what follows may.
-        const StoredRow stored(bodyView(body), m_pager.layout(), m_def);
-        m_builder->build(row, storeLongValues(row, &old, &stored), m_row);
-    }
+    // Storing long values does not move the stored row; what follows may.
+    if (!m_longValues.empty()) m_builder->build(row, storeLongValues(row, &old, &stored), m_row);
     replaceBody(id, body, m_row);
     changeKeys(oldKeys, keys, {id.page, id.slot});
     noteAutonumber(row);
@@ -261,21 +269,28 @@ void TableStore::clear() {
     guard.done();
 }
 
-std::uint16_t TableStore::nextFixedOffset() {
+void TableStore::findPlace(ColumnDef& column) {
+    const Layout& layout = m_pager.layout();
     std::size_t end = 0;
-    for (const ColumnDef& column : m_def.columns)
-        if (column.fixed() && column.type != ColumnType::Boolean)
-            end = std::max<std::size_t>(end, column.fixedOffset + column.length);
+    for (const ColumnDef& other : m_def.columns)
+        if (other.fixed() && other.type != ColumnType::Boolean)
+            end = std::max<std::size_t>(end, other.fixedOffset + other.length);
     // Bytes of deleted columns may lie behind those of the others.
     const bool deleted = m_def.maxColumns > m_def.columns.size();
-    const std::size_t head = m_pager.layout().jet4() ? 2 : 1;
+    const std::size_t head = layout.jet4() ? 2 : 1;
     for (Cursor cursor(*this); deleted && cursor.next();) {
-        const StoredRow stored(rowView(cursor.id()), m_pager.layout(), m_def);
+        const StoredRow stored(rowView(cursor.id()), layout, m_def);
         if (stored.columnCount() == m_def.maxColumns) end = std::max(end, stored.fixedEnd() - head);
     }
-    if (end > m_pager.layout().longestRow)
-        throw Error(ErrorKind::InvalidDesign, "The fields of the table are too long for a record.");
-    return static_cast<std::uint16_t>(end);
+    std::size_t variableColumns = m_def.variableSlots;
+    if (!column.fixed()) {
+        column.variableSlot = m_def.variableSlots;
+        ++variableColumns;
+    } else if (column.type != ColumnType::Boolean) {
+        column.fixedOffset = static_cast<std::uint16_t>(std::min<std::size_t>(end, layout.longestRow));
+        end += column.length;
+    }
+    requireShortRecord(layout, m_def.maxColumns + std::size_t{1}, end, variableColumns);
 }
 
 void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
@@ -285,7 +300,6 @@ void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
     if (m_def.variableSlots == 0 && !column.fixed())
         for (Cursor cursor(*this); cursor.next();)
             rows.emplace_back(cursor.id(), cursor.row());
-    column.variableSlot = m_def.variableSlots;
     m_def.addColumn(m_pager, std::move(column), maps);
     describe();
     for (auto& [id, row] : rows) {

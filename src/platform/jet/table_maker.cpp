@@ -4,6 +4,7 @@
 #include "field.h"
 #include "index_page.h"
 #include "pager.h"
+#include "row.h"
 #include "text.h"
 #include "usage_map.h"
 
@@ -78,12 +79,26 @@ void requireColumnDesign(const ColumnDesign& design, Format format) {
         refuse("The field '" + design.name + "' cannot be numbered automatically.");
 }
 
+void requireShortRecord(const Layout& layout, std::size_t columns, std::size_t fixedBytes,
+                        std::size_t variableColumns) {
+    if (shortestRow(layout, columns, fixedBytes, variableColumns) > layout.longestRow)
+        refuse("The fields of the table are too long for a record.");
+}
+
 void requireDesign(const TableDesign& design, Format format) {
     requireName(design.name);
     if (design.columns.empty() || design.columns.size() > mostColumns)
         refuse("The table '" + design.name + "' has no fields, or too many.");
-    for (const ColumnDesign& column : design.columns)
+    std::size_t fixedBytes = 0;
+    std::size_t variableColumns = 0;
+    for (const ColumnDesign& column : design.columns) {
         requireColumnDesign(column, format);
+        if (variable(column.type))
+            ++variableColumns;
+        else if (column.type != ColumnType::Boolean)
+            fixedBytes += lengthOf(column, format);
+    }
+    requireShortRecord(layoutOf(format), design.columns.size(), fixedBytes, variableColumns);
     requireDifferent(design.columns);
     requireDifferent(design.indexes);
     if (std::ranges::count_if(design.columns, &ColumnDesign::autonumber) > 1)
@@ -179,8 +194,6 @@ void makeTable(Pager& pager, TableDef& def, std::uint32_t& mapPage) {
             def.longValues.push_back({column.number, pages, newUsageMap(pager, mapPage)});
         }
     }
-    if (fixedOffset > layout.longestRow - layout.longestRow / 10)
-        refuse("The fields of the table are too long for a record.");
     for (IndexData& data : def.indexData) {
         data.map = newUsageMap(pager, mapPage);
         data.root = pager.allocate();

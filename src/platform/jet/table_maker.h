@@ -11,6 +11,10 @@ class Pager;
 void requireDesign(const TableDesign& design, Format format);
 void requireColumnDesign(const ColumnDesign& design, Format format);
 
+/// An empty record of such a table has room on a page.
+void requireShortRecord(const Layout& layout, std::size_t columns, std::size_t fixedBytes,
+                        std::size_t variableColumns);
+
 /// The column block of a new column; number, place and offset are still open.
 [[nodiscard]] ColumnDef columnDefOf(const ColumnDesign& design, Format format);
 

@@ -157,6 +157,9 @@ TableStore::Keys TableStore::keysOf(const Row& row) {
 void TableStore::requireFreeKeys(const Keys& keys, const Keys& old) {
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (!keys[i] || (i < old.size() && old[i] == keys[i])) continue;
+        if (keys[i]->size() > Index::longestKey(m_pager.layout()))
+            throw Error(ErrorKind::RowTooLong,
+                        "The values are too long for an index of the table '" + m_name + "'.");
         if ((m_def.indexData[i].flags & indexUnique) == 0) continue;
         // Keys that are Null throughout, a single flag byte a column, may repeat.
         const bool allNull = keys[i]->size() == m_def.indexData[i].columns.size();

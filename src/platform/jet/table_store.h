@@ -34,7 +34,8 @@ class TableStore {
     void seek(int index, std::span<const Value> key, const std::function<bool(RowId)>& take);
 
     /// Where a further column of fixed length belongs. InvalidDesign when there is no room.
-    [[nodiscard]] std::uint16_t nextFixedOffset();
+    /// Gives a new column its place in a row. InvalidDesign when a row would have no room for it.
+    void findPlace(ColumnDef& column);
     /// Appends a column; existing rows are written anew where the format needs it.
     void addColumn(ColumnDef column, const LongValueMaps* maps);
     /// Brings counters and separators that are kept aside into the pages.
@@ -58,7 +59,9 @@ class TableStore {
     void addKey(std::size_t tree, ByteView key, RowPointer row);
     void removeKey(std::size_t tree, ByteView key, RowPointer row);
     LongValues* longValues(std::uint16_t column);
-    void buildProbe(const Row& row);
+    [[nodiscard]] std::optional<View> keptReference(std::size_t column, const Row& row, const Row* old,
+                                                    const StoredRow* stored) const;
+    void buildProbe(const Row& row, const Row* old = nullptr, const StoredRow* stored = nullptr);
     std::vector<Bytes> storeLongValues(const Row& row, const Row* old, const StoredRow* stored);
     void releaseLongValues(const StoredRow& stored);
     [[nodiscard]] std::uint32_t pageFor(std::size_t length);
