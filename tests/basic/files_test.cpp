@@ -1,8 +1,8 @@
 #include "basic/files.h"
 #include "basic/runtime_error.h"
 
+#include "child_process.h"
 #include "error_number.h"
-#include "other_user.h"
 #include "temp_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "exchange/csv_export.h"
 
+#include "child_process.h"
 #include "field_book.h"
-#include "other_user.h"
 #include "scripted_desktop.h"
 #include "sheet/change_points.h"
 #include "temp_folder.h"

@@ -1,5 +1,5 @@
+#include "child_process.h"
 #include "held_database.h"
-#include "other_user.h"
 #include "road_fixture.h"
 
 #include <functional>

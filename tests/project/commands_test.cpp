@@ -1,13 +1,8 @@
 #include "project_fixture.h"
 
-#include "project/recovery.h"
-
-#include <functional>
-
 using desktop::Answer;
 using desktop::Buttons;
 using sheet::Remark;
-using sheet::RLevel;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -15,25 +10,20 @@ using testing::SizeIs;
 
 namespace {
 
-constexpr const char* saveChanges = "Do you want to Save the changes you made to this file";
-
 class CommandsTest : public ProjectTest {
   protected:
-    std::string existing(const std::string& name) {
-        return projectFile(name, {row({{Remark, "the old book"}})});
-    }
+    std::string existing(const std::string& name) { return projectFile(name, remark("the old book")); }
     [[nodiscard]] std::string recentList() const { return folder.read("app/GRL.LVX"); }
-    /// Offers the copies that were set aside and drops them.
-    std::size_t unsavedCopies() {
-        ScriptedDesktop next;
-        next.folder = desktop.folder;
-        sheet::Book fresh;
-        project::Recovery(fresh, next).offer();
-        return next.boxes.size();
-    }
     [[nodiscard]] std::string at(const std::string& name) const { return folder / name; }
-    static void expectBox(const ScriptedDesktop::Box& box, const char* text, Buttons buttons,
-                          const char* title = "") {
+    /// A book that has a file, with a change.
+    void edit(const std::string& path) {
+        open(path);
+        book.MSFG.setText(1, Remark, "edited");
+        book.BookChanged = true;
+        desktop.boxes.clear();
+    }
+    void expectBox(std::size_t index, const char* text, Buttons buttons, const char* title = "") const {
+        const ScriptedDesktop::Box& box = desktop.boxes.at(index);
         EXPECT_EQ(box.text, text);
         EXPECT_EQ(box.buttons, buttons);
         EXPECT_EQ(box.title, title);
@@ -41,16 +31,15 @@ class CommandsTest : public ProjectTest {
 };
 
 TEST_F(CommandsTest, NewBindsAnEmptyBookToACopyOfTheTemplate) {
-    setRows({row({{RLevel, "100"}, {Remark, "x"}}), row({{Remark, "y"}})});
+    setRows({",,,,,,,,100,x", ",,,,,,,,,y"});
     book.MSFG.setVisible(false); // hidden: no question even with changes
     book.BookChanged = true;
     desktop.files = {at("road.grl")};
     project::newProject(book, desktop);
     EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_THAT(rows(), ElementsAre(row({})));
+    EXPECT_THAT(rows(), ElementsAre(""));
     EXPECT_TRUE(book.MSFG.Visible());
-    EXPECT_EQ(book.MSFG.Row(), 1);
-    EXPECT_EQ(book.MSFG.Col(), RLevel);
+    EXPECT_EQ(book.MSFG.Col(), sheet::RLevel);
     EXPECT_FALSE(book.BookChanged);
     EXPECT_EQ(book.Caption, "ZavroGrl-" + at("road.grl"));
     EXPECT_EQ(book.CurrentFile, at("road.grl"));
@@ -61,21 +50,20 @@ TEST_F(CommandsTest, NewBindsAnEmptyBookToACopyOfTheTemplate) {
 
 TEST_F(CommandsTest, NewAsksAboutChangesAndAboutAFileThatExists) {
     const std::string old = existing("road.grl");
-    setRows({row({{Remark, "x"}})});
+    setRows(remark("x"));
     book.BookChanged = true;
     desktop.answers = {Answer::No};
     project::newProject(book, desktop);
     EXPECT_THAT(desktop.fileDialogs, IsEmpty());
-    expectBox(desktop.boxes.at(0), "Check current file is saved or not..To Create another Press Yes",
-              Buttons::YesNo);
+    expectBox(0, "Check current file is saved or not..To Create another Press Yes", Buttons::YesNo);
 
     desktop.answers = {Answer::Yes, Answer::No, Answer::Cancel};
     desktop.files = {old, old};
     project::newProject(book, desktop);
     ASSERT_THAT(desktop.boxes, SizeIs(4));
-    expectBox(desktop.boxes[2], "Given Filename is allready exists Do you want to EMPTY the given file...",
+    expectBox(2, "Given Filename is allready exists Do you want to EMPTY the given file...",
               Buttons::YesNoCancel, "Check it");
-    EXPECT_EQ(rows(), Rows{row({{Remark, "x"}})});
+    EXPECT_EQ(rows(), remark("x"));
     EXPECT_THAT(records(old), SizeIs(1));
 
     desktop.hasTrash = true;
@@ -87,9 +75,8 @@ TEST_F(CommandsTest, NewAsksAboutChangesAndAboutAFileThatExists) {
 }
 
 TEST_F(CommandsTest, CancelledDialogsKeepTheBookAndTheDialogsName) {
-    setRows({row({{Remark, "x"}})});
+    setRows(remark("x"));
     book.FileName = "/books/before.grl";
-    const std::string caption = book.Caption;
     for (const std::optional<std::string>& nothing :
          std::vector<std::optional<std::string>>{std::nullopt, "", "*.grl"}) {
         for (const auto& command : {project::newProject, project::openProject, project::saveProject}) {
@@ -98,39 +85,34 @@ TEST_F(CommandsTest, CancelledDialogsKeepTheBookAndTheDialogsName) {
             EXPECT_EQ(book.FileName, "/books/before.grl");
         }
     }
-    desktop.files = {std::nullopt};
     project::saveProjectAs(book, desktop);
     EXPECT_EQ(book.FileName, "/books/before.grl");
-    EXPECT_EQ(book.Caption, caption);
-    EXPECT_EQ(rows(), Rows{row({{Remark, "x"}})});
-    EXPECT_THAT(messages(), testing::Each("1st Give new name")) << "which Save alone says";
-    EXPECT_THAT(desktop.boxes, SizeIs(3));
+    EXPECT_EQ(book.Caption, sheet::Book::untitledCaption);
+    EXPECT_EQ(rows(), remark("x"));
+    EXPECT_EQ(messages(), std::vector<std::string>(3, "1st Give new name")) << "which Save alone says";
     EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(CommandsTest, ExtensionIsFixed) {
-    struct Case {
-        const char* chosen;
-        const char* fixed;
-    };
-    for (const Case& c : {Case{"road", "roadgrl"}, Case{"road.txt", "road.grl"}, Case{"ROAD.GRL", "ROAD.GRL"},
-                          Case{"a.b", "a.bgrl"}, Case{"x", "xgrl"}, Case{"road.jpeg", "road.jpeggrl"},
-                          Case{".txt", ".grl"}, Case{"b.\xC3\xA9\xC3\xA9\xC3\xA9", "b.grl"}}) {
+    for (const auto& [chosen, fixed] : {std::pair("road", "roadgrl"),
+                                        {"road.txt", "road.grl"},
+                                        {"ROAD.GRL", "ROAD.GRL"},
+                                        {"x", "xgrl"},
+                                        {"road.jpeg", "road.jpeggrl"},
+                                        {".txt", ".grl"},
+                                        {"b.\xC3\xA9\xC3\xA9\xC3\xA9", "b.grl"}}) {
         for (const auto& command : {project::newProject, project::saveProject, project::saveProjectAs}) {
             sheet::Book fresh;
-            desktop.files = {at(c.chosen)};
+            desktop.files = {at(chosen)};
             command(fresh, desktop);
-            EXPECT_EQ(fresh.FileName, at(c.fixed));
-            EXPECT_EQ(fresh.Caption, "ZavroGrl-" + at(c.fixed));
-            EXPECT_TRUE(std::filesystem::remove(at(c.fixed))) << c.chosen;
-            desktop.boxes.clear();
+            EXPECT_EQ(fresh.Caption, "ZavroGrl-" + at(fixed));
+            EXPECT_TRUE(std::filesystem::remove(at(fixed))) << chosen;
         }
     }
 }
 
 TEST_F(CommandsTest, FirstSaveAsksForANameAndListsTheProject) {
-    const Rows content{row({{RLevel, "100"}}), row({})};
-    setRows(content);
+    setRows({",,,,,,,,100", ""});
     book.MSFG.moveTo(2, 4);
     book.BookChanged = true;
     desktop.files = {at("road.grl")};
@@ -143,99 +125,80 @@ TEST_F(CommandsTest, FirstSaveAsksForANameAndListsTheProject) {
     EXPECT_EQ(recentList(), at("road.grl") + "\r\n\r\n\r\n\r\n");
     EXPECT_EQ(book.mnuX[0], at("road.grl"));
     EXPECT_TRUE(book.BookChanged) << "Save does not clear it";
-    EXPECT_EQ(book.MSFG.Row(), 2);
-    EXPECT_EQ(book.MSFG.Col(), 4);
+    EXPECT_EQ(std::pair(book.MSFG.Row(), book.MSFG.Col()), std::pair(2, 4));
     EXPECT_TRUE(book.MSFG.Visible());
     EXPECT_FALSE(desktop.progressShown);
 }
 
-TEST_F(CommandsTest, FirstSaveOnAnExistingName) {
-    struct Case {
-        std::deque<Answer> answers;
-        std::size_t dialogs;
-        std::size_t records;
-    };
-    for (const Case& c : {Case{{Answer::No}, 1, 2}, Case{{Answer::Cancel}, 1, 2},
-                          Case{{Answer::Yes, Answer::Yes, Answer::No}, 3, 2}}) {
+TEST_F(CommandsTest, FirstSaveOnAnExistingNameAsksForAnother) {
+    desktop.hasTrash = true;
+    for (const auto& answers :
+         {std::deque{Answer::No}, {Answer::Cancel}, {Answer::Yes, Answer::Yes, Answer::No}}) {
         const std::string old = existing("old.grl");
         sheet::Book fresh;
         std::swap(book, fresh);
-        setRows({row({{Remark, "new"}}), row({})});
+        setRows({"", ""});
         desktop.boxes.clear();
-        desktop.fileDialogs.clear();
-        desktop.answers = c.answers;
+        desktop.answers = answers;
         desktop.files = {old, old, old};
-        desktop.hasTrash = true;
         project::saveProject(book, desktop);
-        EXPECT_THAT(desktop.fileDialogs, SizeIs(c.dialogs));
-        ASSERT_THAT(desktop.boxes, SizeIs(c.dialogs));
-        expectBox(desktop.boxes[0], "This File is allready exists please give another Name",
-                  Buttons::YesNoCancel);
-        EXPECT_THAT(records(old), SizeIs(c.records));
+        ASSERT_THAT(desktop.boxes, SizeIs(answers.size()));
+        expectBox(0, "This File is allready exists please give another Name", Buttons::YesNoCancel);
+        EXPECT_THAT(records(old), SizeIs(2));
         EXPECT_EQ(desktop.trashed.back(), old);
-        std::filesystem::remove(old);
     }
-}
-
-TEST_F(CommandsTest, SaveKeepsTheVersionBefore) {
-    const std::string path = existing("road.grl");
-    open(path);
-    const std::string before = folder.read("road.grl");
-    folder.write("road.grl.bak", "an older backup");
-    setRows({row({{Remark, "one"}}), row({{Remark, "two"}})});
-    project::saveProject(book, desktop);
-    EXPECT_EQ(folder.read("road.grl.bak"), before);
-    EXPECT_THAT(records(path), SizeIs(2));
-    EXPECT_THAT(files(), ElementsAre("road.grl", "road.grl.bak"));
-    EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".");
 }
 
 TEST_F(CommandsTest, SaveTakesTheNameFromTheCaptionAndListsTheDialogsName) {
     const std::string own = existing("own.grl");
     const std::string other = existing("other.grl");
-    open(own);
+    edit(own);
     book.CurrentFile = "/somewhere/else.grl"; // not what Save goes by
     book.FileName = other;                    // as an Append leaves it
-    book.MSFG.setText(1, Remark, "changed");
     project::saveProject(book, desktop);
-    EXPECT_EQ(records(own)[0][7], "changed");
-    EXPECT_EQ(records(other)[0][7], "the old book");
+    EXPECT_EQ(remarkIn(own), "edited");
+    EXPECT_EQ(remarkIn(other), "the old book");
     EXPECT_EQ(recentList().substr(0, other.size()), other);
 }
 
-TEST_F(CommandsTest, ABookChangedByAnotherProgramIsKeptAsBackup) {
+TEST_F(CommandsTest, SaveKeepsTheVersionBefore) {
+    const auto overwrite = std::filesystem::copy_options::overwrite_existing;
     const std::string path = existing("road.grl");
-    open(path);
-    std::filesystem::copy_file(projectFile("theirs.grl", {row({{Remark, "theirs"}})}), path,
-                               std::filesystem::copy_options::overwrite_existing);
-    book.MSFG.setText(1, Remark, "ours");
+    const std::string theirs = projectFile("theirs.grl", remark("theirs"));
+    folder.write("road.grl.bak", "an older backup");
+    edit(path);
     project::saveProject(book, desktop);
-    EXPECT_EQ(records(path)[0][7], "ours");
-    EXPECT_EQ(records(path + ".bak")[0][7], "theirs");
+    EXPECT_EQ(remarkIn(path), "edited");
+    EXPECT_EQ(remarkIn(path + ".bak"), "the old book");
+    EXPECT_THAT(files(), ElementsAre("road.grl", "road.grl.bak", "theirs.grl"));
+    EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".");
+
+    std::filesystem::copy_file(theirs, path, overwrite);
+    project::saveProject(book, desktop);
+    EXPECT_EQ(remarkIn(path), "edited");
+    EXPECT_EQ(remarkIn(path + ".bak"), "theirs");
     EXPECT_THAT(desktop.statuses.back(),
                 HasSubstr("Another program changed the file; its version is kept as " + path + ".bak."));
     project::saveProject(book, desktop);
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".") << "our own change is none of another program";
 
-    std::filesystem::copy_file(at("theirs.grl"), path, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::copy_file(theirs, path, overwrite);
     std::filesystem::remove(path + ".bak");
     std::filesystem::create_directory(path + ".bak");
     project::saveProject(book, desktop);
-    EXPECT_EQ(records(path)[0][7], "theirs") << "not overwritten when it cannot be kept";
+    EXPECT_EQ(remarkIn(path), "theirs") << "not overwritten when it cannot be kept";
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("so the book was not saved over it."));
 }
 
 TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {
-    const std::string old = existing("old.grl");
+    const std::string old = projectFile("old.grl", remark("another"));
     const std::string path = existing("road.grl");
-    open(path);
-    book.MSFG.setText(1, Remark, "changed");
-    book.BookChanged = true;
+    edit(path);
     desktop.files = {old};
     project::saveProjectAs(book, desktop);
     EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(records(old)[0][7], "changed");
-    EXPECT_EQ(records(path)[0][7], "the old book");
+    EXPECT_EQ(remarkIn(old), "edited");
+    EXPECT_EQ(remarkIn(path), "the old book");
     EXPECT_EQ(book.Caption, "ZavroGrl-" + old);
     EXPECT_EQ(book.CurrentFile, path);
     EXPECT_TRUE(book.BookChanged);
@@ -243,116 +206,82 @@ TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {
     EXPECT_THAT(files(), ElementsAre("old.grl", "road.grl"));
 }
 
-TEST_F(CommandsTest, OpenAsksAboutChanges) {
-    const std::string mine = existing("mine.grl");
-    const std::string other = projectFile("other.grl", {row({{Remark, "other"}})});
+TEST_F(CommandsTest, OpenAndExitAskAboutChanges) {
+    EXPECT_TRUE(project::exitProgram(book, desktop));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
     struct Case {
         Answer answer;
+        bool goesOn;
         const char* saved;
-        const char* shown;
-        bool changed;
     };
-    for (const Case& c :
-         {Case{Answer::Cancel, "the old book", "edited", true},
-          Case{Answer::No, "the old book", "other", false}, Case{Answer::Yes, "edited", "other", false}}) {
-        open(mine);
-        desktop.boxes.clear();
-        book.MSFG.setText(1, Remark, "edited");
-        book.BookChanged = true;
-        desktop.answers = {c.answer};
-        desktop.files = {other};
-        project::openProject(book, desktop);
-        ASSERT_THAT(desktop.boxes, SizeIs(1));
-        expectBox(desktop.boxes[0], saveChanges, Buttons::YesNoCancel);
-        EXPECT_EQ(records(mine)[0][7], c.saved);
-        EXPECT_EQ(book.MSFG.Text(1, Remark), c.shown);
-        EXPECT_EQ(book.BookChanged, c.changed);
-        EXPECT_EQ(book.FileName, c.answer == Answer::Cancel ? mine : other);
-        book.BookChanged = false;
-        desktop.files.clear();
+    const Case cases[] = {{Answer::Cancel, false, "the old book"},
+                          {Answer::No, true, "the old book"},
+                          {Answer::Yes, true, "edited"}};
+    const std::string other = projectFile("other.grl", remark("other"));
+    for (const bool exits : {false, true}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(testing::Message() << (exits ? "Exit " : "Open ") << c.saved << ' ' << c.goesOn);
+            const std::string mine = existing("mine.grl");
+            book.BookChanged = false;
+            edit(mine);
+            desktop.answers = {c.answer};
+            desktop.files = {other};
+            if (exits) {
+                EXPECT_EQ(project::exitProgram(book, desktop), c.goesOn);
+            } else {
+                project::openProject(book, desktop);
+                EXPECT_EQ(book.MSFG.Text(1, Remark), c.goesOn ? "other" : "edited");
+                EXPECT_EQ(book.FileName, c.goesOn ? other : mine);
+                EXPECT_EQ(book.BookChanged, !c.goesOn);
+            }
+            ASSERT_THAT(desktop.boxes, SizeIs(1));
+            expectBox(0, "Do you want to Save the changes you made to this file", Buttons::YesNoCancel);
+            EXPECT_EQ(remarkIn(mine), c.saved);
+        }
     }
-}
-
-TEST_F(CommandsTest, OpenOfAHiddenGridShowsItAndAsksNothing) {
-    setRows({row({{Remark, "x"}})});
-    book.BookChanged = true;
-    book.MSFG.setVisible(false);
-    project::openProject(book, desktop);
-    EXPECT_TRUE(book.MSFG.Visible());
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_TRUE(book.BookChanged);
-
-    book.MSFG.setVisible(false);
-    open(existing("road.grl"));
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(unsavedCopies(), 1) << "nobody was asked about the grid that went";
 }
 
 TEST_F(CommandsTest, OpenKeepsWhatTheUserDidNotGiveUp) {
     struct Case {
         const char* name;
+        bool changed, visible;
         Answer answer;
         bool readable; ///< the file that is opened
-        std::size_t copies;
+        bool kept;
     };
     const std::string path = existing("road.grl");
-    for (const Case& c :
-         {Case{"given up", Answer::No, true, 0}, Case{"given up for nothing", Answer::No, false, 1},
-          Case{"a save that failed", Answer::Yes, true, 1}}) {
+    for (const Case& c : {Case{"given up", true, true, Answer::No, true, false},
+                          Case{"given up for nothing", true, true, Answer::No, false, true},
+                          Case{"a save that failed", true, true, Answer::Yes, true, true},
+                          Case{"nobody was asked", true, false, Answer::No, true, true},
+                          Case{"changed by no key", false, true, Answer::No, false, true}}) {
+        SCOPED_TRACE(c.name);
         book.setProjectPath(at("gone.grl"));
-        setRows({row({{Remark, c.name}})});
-        book.BookChanged = true;
-        book.MSFG.setVisible(true);
+        setRows(remark(c.name));
+        book.BookChanged = c.changed;
+        book.MSFG.setVisible(c.visible);
+        desktop.boxes.clear();
         desktop.answers = {c.answer};
         open(c.readable ? path : folder.write("text.grl", "none"));
-        EXPECT_EQ(unsavedCopies(), c.copies) << c.name;
+        EXPECT_EQ(desktop.boxes.size(), (c.changed && c.visible) + !c.readable);
+        EXPECT_EQ(recovered(), c.kept ? remark(c.name) : Rows());
     }
 }
 
 TEST_F(CommandsTest, RecentEntryLoadsWithoutAQuestionAndSetsTheUnsavedGridAside) {
-    const std::string path = existing("road.grl");
-    setRows({row({{Remark, "unsaved"}})});
+    setRows(remark("unsaved"));
     book.BookChanged = true;
     book.CurrentFile = "/books/own.grl";
-    book.mnuX[2] = path;
+    book.mnuX[2] = existing("road.grl");
     project::openRecent(book, desktop, 1); // not shown
-    EXPECT_EQ(book.MSFG.Text(1, Remark), "unsaved");
+    EXPECT_EQ(rows(), remark("unsaved"));
     project::openRecent(book, desktop, 3);
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(book.MSFG.Text(1, Remark), "the old book");
-    EXPECT_EQ(book.FileName, path);
+    EXPECT_EQ(book.FileName, at("road.grl"));
     EXPECT_EQ(book.CurrentFile, "/books/own.grl");
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("unsaved book is kept"));
-
-    desktop.answers = {Answer::Yes};
-    sheet::Book next;
-    project::Recovery(next, desktop).offer();
-    EXPECT_EQ(next.MSFG.Text(1, Remark), "unsaved");
-}
-
-TEST_F(CommandsTest, ExitAsksEvenAfterASave) {
-    EXPECT_TRUE(project::exitProgram(book, desktop));
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-
-    const std::string path = existing("road.grl");
-    struct Case {
-        Answer answer;
-        bool ends;
-        const char* saved;
-    };
-    for (const Case& c : {Case{Answer::Cancel, false, "the old book"}, Case{Answer::No, true, "the old book"},
-                          Case{Answer::Yes, true, "edited"}, Case{Answer::No, true, "edited"}}) {
-        open(path);
-        book.MSFG.setText(1, Remark, "edited");
-        book.BookChanged = true;
-        desktop.boxes.clear();
-        desktop.answers = {c.answer};
-        EXPECT_EQ(project::exitProgram(book, desktop), c.ends);
-        ASSERT_THAT(desktop.boxes, SizeIs(1));
-        expectBox(desktop.boxes[0], saveChanges, Buttons::YesNoCancel);
-        EXPECT_EQ(records(path)[0][7], c.saved);
-        book.BookChanged = false;
-    }
+    EXPECT_EQ(recovered(), remark("unsaved"));
 }
 
 } // namespace

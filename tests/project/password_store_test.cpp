@@ -1,7 +1,9 @@
+#include "project/password_store.h"
+
 #include "dao/dao.h"
+#include "error_number.h"
 #include "held_database.h"
 #include "jet/database.h"
-#include "project/password_store.h"
 #include "scripted_desktop.h"
 #include "temp_folder.h"
 
@@ -15,29 +17,22 @@ class DatabaseStore : public testing::Test {
   protected:
     TempFolder folder;
     ScriptedDesktop desktop;
+    const std::string store = folder / "Suprt.DLL"; // found whatever its case
 
     DatabaseStore() { desktop.folder = folder.path(); }
 
-    /// "Suprt.DLL" with these records in Pwd; the name is found whatever its case.
     void make(const std::vector<std::string>& passwords, const std::string& password = "pelqor",
               bool withGen = true) {
-        {
-            jet::Database database = jet::Database::create(folder / "Suprt.DLL", {.password = password});
+        jet::Database database = jet::Database::create(store, {.password = password});
+        jet::Table table =
             database.createTable({"Pwd", {{.name = "pwd", .size = 50, .allowZeroLength = true}}, {}});
-            if (withGen) database.createTable({"Gen", {{.name = "Gen", .size = 50}}, {}});
-            database.commit();
-        }
-        dao::Database open = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=" + password);
-        dao::Recordset records = open.OpenRecordset("Pwd");
-        for (const std::string& each : passwords) {
-            records.AddNew();
-            records.Fields("pwd").setValue(each);
-            records.Update();
-        }
-        open.Close();
+        for (const std::string& each : passwords)
+            table.insert({each});
+        if (withGen) database.createTable({"Gen", {{.name = "Gen", .size = 50}}, {}});
+        database.commit();
     }
     std::vector<std::string> records() const {
-        dao::Database open = dao::OpenDatabase(folder / "Suprt.DLL", ";pwd=pelqor");
+        dao::Database open = dao::OpenDatabase(store, ";pwd=pelqor");
         dao::Recordset found = open.OpenRecordset("Pwd");
         std::vector<std::string> texts;
         for (; !found.EOF_(); found.MoveNext())
@@ -45,11 +40,7 @@ class DatabaseStore : public testing::Test {
         return texts;
     }
     int errorOfReading() {
-        try {
-            return static_cast<void>(project::passwordForLogin(desktop)), 0;
-        } catch (const basic::RuntimeError& error) {
-            return error.number();
-        }
+        return errorOf([this] { (void)project::passwordForLogin(desktop); });
     }
 };
 
@@ -62,7 +53,7 @@ TEST_F(DatabaseStore, TheFirstRecordIsThePassword) {
     EXPECT_EQ(project::storedPassword(desktop), "new");
     EXPECT_EQ(folder.read("lgn.lgn"), "not this one\r\n");
     struct stat found {};
-    ASSERT_EQ(stat((folder / "Suprt.DLL").c_str(), &found), 0);
+    ASSERT_EQ(stat(store.c_str(), &found), 0);
     EXPECT_EQ(found.st_mode & 0777, 0600U);
 }
 
@@ -74,19 +65,17 @@ TEST_F(DatabaseStore, AnEmptyTableIsAnEmptyPasswordAndGetsItsFirstRecord) {
     EXPECT_THAT(records(), testing::ElementsAre("first"));
 }
 
-TEST_F(DatabaseStore, AStoreThatIsOpenElsewhereIsInUse) {
-    make({"x"});
-    const HeldDatabase other(folder / "Suprt.DLL", ";pwd=pelqor");
-    EXPECT_EQ(errorOfReading(), 3045);
-    EXPECT_THROW(project::storePassword(desktop, "y"), basic::RuntimeError);
-}
-
-TEST_F(DatabaseStore, DamagedStoresRaiseTheEnginesErrors) {
+TEST_F(DatabaseStore, OnesThatCannotBeReadRaiseTheEnginesErrorsAndStay) {
     make({"x"}, "other");
     EXPECT_EQ(errorOfReading(), 3031);
-    std::filesystem::remove(folder / "Suprt.DLL");
+    std::filesystem::remove(store);
     make({"x"}, "pelqor", false);
     EXPECT_EQ(errorOfReading(), 3078); // Gen is missing
+    {
+        const HeldDatabase other(store, ";pwd=pelqor");
+        EXPECT_EQ(errorOfReading(), 3045);
+        EXPECT_THROW(project::storePassword(desktop, "y"), basic::RuntimeError);
+    }
     const std::string whole = folder.read("Suprt.DLL");
     for (const std::size_t size : {std::size_t{0}, std::size_t{100}, std::size_t{4096}, whole.size() / 2}) {
         folder.write("Suprt.DLL", whole.substr(0, size));

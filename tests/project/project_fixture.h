@@ -1,35 +1,37 @@
 #pragma once
 
 #include "dao/dao.h"
+#include "field_book.h"
 #include "jet/database.h"
 #include "project/project_commands.h"
 #include "project/project_file.h"
+#include "project/recovery.h"
 #include "scripted_desktop.h"
-#include "sheet/book.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <initializer_list>
-#include <optional>
-#include <string>
-#include <vector>
 
-using Row = std::vector<std::string>;
-using Rows = std::vector<Row>;
+/// Rows of the grid, each as its texts from column 0 on with commas between them.
+using Rows = std::vector<std::string>;
+
+/// A book that is known by the remark of its one row.
+inline Rows remark(const std::string& text) {
+    return {",,,,,,,,," + text};
+}
 
 /// A design of Grl whose fields B to rl are of `reading`.
 inline jet::TableDesign grlDesign(jet::ColumnType reading = jet::ColumnType::Text) {
-    const int size = reading == jet::ColumnType::Text ? 20 : 0;
-    jet::TableDesign design{"Grl", {}, {}};
-    design.columns.push_back(
-        {.name = "Chn", .type = jet::ColumnType::Text, .size = 25, .allowZeroLength = true});
-    design.columns.push_back({.name = "Oft", .type = jet::ColumnType::Double});
+    using jet::ColumnType;
+    jet::TableDesign design{"Grl",
+                            {{.name = "Chn", .type = ColumnType::Text, .size = 25, .allowZeroLength = true},
+                             {.name = "Oft", .type = ColumnType::Double}},
+                            {}};
     for (const char* name : {"B", "i", "F", "HI", "rl"})
-        design.columns.push_back({.name = name, .type = reading, .size = size});
-    design.columns.push_back({.name = "Rem", .type = jet::ColumnType::Text, .size = 255});
+        design.columns.push_back(
+            {.name = name, .type = reading, .size = reading == ColumnType::Text ? 20 : 0});
+    design.columns.push_back({.name = "Rem", .type = ColumnType::Text, .size = 255});
     return design;
 }
 
@@ -49,66 +51,56 @@ class ProjectTest : public testing::Test {
         std::filesystem::copy_file(ZAVRO_TEMPLATES "/grl.mdb", desktop.folder + "/grl.mdb");
     }
 
-    /// The cells of one row, given by column.
-    struct Cell {
-        int col;
-        const char* text;
-    };
-    static Row row(std::initializer_list<Cell> cells) {
-        Row texts(sheet::columnCount);
-        for (const Cell& cell : cells)
-            texts[static_cast<std::size_t>(cell.col)] = cell.text;
-        return texts;
-    }
-
-    void setRows(const Rows& rows) {
-        book.MSFG.setRows(static_cast<int>(rows.size()) + 1);
-        for (std::size_t r = 0; r < rows.size(); ++r)
-            for (int col = 0; col < sheet::columnCount; ++col)
-                book.MSFG.setText(static_cast<int>(r) + 1, col, rows[r][static_cast<std::size_t>(col)]);
-    }
-    static Rows rowsOf(const sheet::Grid& grid) {
-        Rows rows;
-        for (int r = 1; r < grid.Rows(); ++r) {
-            rows.emplace_back();
-            for (int col = 0; col < grid.Cols(); ++col)
-                rows.back().push_back(grid.Text(r, col));
-        }
-        return rows;
-    }
+    void setRows(const Rows& rows) { keyRows(book.MSFG, rows); }
+    static Rows rowsOf(const sheet::Grid& grid) { return splitAt(shownRows(grid), '|'); }
     [[nodiscard]] Rows rows() const { return rowsOf(book.MSFG); }
 
-    /// The records of a project file in their order, field by field; "Null" for Null.
+    /// The records of a project file in their order, each as its fields Chn, Oft, B, i, F, HI, rl, Rem with
+    /// commas between them: nothing for Null, '' for an empty text, and no comma behind the last one.
     static Rows records(const std::string& path) {
         dao::Database database = dao::OpenDatabase(path, project::connect);
         dao::Recordset grl = database.OpenRecordset("Grl");
         Rows all;
         for (; !grl.EOF_(); grl.MoveNext()) {
-            all.emplace_back();
+            std::string& record = all.emplace_back();
+            std::string commas;
             for (const char* name : {"Chn", "Oft", "B", "i", "F", "HI", "rl", "Rem"}) {
                 const dao::Value value = grl.Fields(name).value();
-                all.back().push_back(dao::isNull(value) ? "Null" : dao::toText(value));
+                const std::string text = dao::toText(value);
+                if (!dao::isNull(value)) record += std::exchange(commas, {}) + (text.empty() ? "''" : text);
+                commas += ',';
             }
         }
         return all;
     }
+    /// The remark in the first record.
+    static std::string remarkIn(const std::string& path) { return splitAt(records(path).at(0), ',').at(7); }
 
     /// Makes a project file with these rows.
     std::string projectFile(const std::string& name, const Rows& content) {
-        std::string path = folder / name;
-        std::filesystem::copy_file(desktop.folder + "/grl.mdb", path);
-        sheet::Book other;
-        std::swap(other, book);
-        setRows(content);
-        project::writeRows(book, desktop, path);
-        std::swap(other, book);
-        return path;
+        std::filesystem::copy_file(desktop.folder + "/grl.mdb", folder / name,
+                                   std::filesystem::copy_options::overwrite_existing);
+        sheet::Book made;
+        keyRows(made.MSFG, content);
+        project::writeRows(made, desktop, folder / name);
+        return folder / name;
     }
 
     /// Opens a file through the command.
     void open(const std::string& path) {
-        desktop.files.emplace_back(path);
+        desktop.files = {path};
         project::openProject(book, desktop);
+    }
+    /// The book that the next start of the program offers, and offers no more after this; none: no rows.
+    Rows recovered() const {
+        ScriptedDesktop next;
+        next.folder = desktop.folder;
+        next.answers = {desktop::Answer::Yes};
+        sheet::Book found;
+        project::Recovery recovery(found, next);
+        recovery.offer();
+        recovery.discard();
+        return next.boxes.empty() ? Rows() : rowsOf(found.MSFG);
     }
 
     [[nodiscard]] std::vector<std::string> messages() const {

@@ -1,12 +1,7 @@
 #include "project_fixture.h"
 
-#include "project/recovery.h"
-
-#include <sys/wait.h>
-#include <unistd.h>
-
 using namespace std::chrono_literals;
-using testing::ElementsAre;
+using desktop::Answer;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -14,39 +9,35 @@ namespace {
 
 class RecoveryTest : public ProjectTest {
   protected:
-    /// Names of the copies in the program folder.
+    /// Paths of the copies in the program folder.
     [[nodiscard]] std::vector<std::string> copies() const {
-        std::vector<std::string> names;
+        std::vector<std::string> paths;
         for (const auto& entry : std::filesystem::directory_iterator(desktop.folder))
             if (entry.path().filename().string().starts_with(project::copyPrefix))
-                names.push_back(entry.path().string());
-        return names;
+                paths.push_back(entry.path().string());
+        return paths;
     }
+    void offer() { project::Recovery(book, desktop).offer(); }
 
     /// What a run that ended without a normal Exit leaves: its copy.
-    void crashedRun(const Rows& content, const std::string& path = {}) {
+    void crashedRun(const Rows& content) {
         sheet::Book crashed;
-        std::swap(crashed, book);
-        setRows(content);
-        if (!path.empty()) book.setProjectPath(path);
-        book.CurrentSide = 'R';
-        book.CurrentHI = 101.525F;
-        project::Recovery(book, desktop).keep();
-        std::swap(crashed, book);
+        keyRows(crashed.MSFG, content);
+        crashed.setProjectPath("/books/road.grl");
+        crashed.CurrentSide = 'R';
+        crashed.CurrentHI = 101.525F;
+        project::Recovery(crashed, desktop).keep();
     }
 
-    const Rows someRows{row({{8, "100"}, {4, "1.5"}}), row({{0, "00-000"}, {9, "a\tb\nc\\d \xC3\xA9"}}),
-                        row({})};
+    const Rows someRows{",,,,1.5,,,,100", "00-000,,,,,,,,,a\tb\nc\\d \xC3\xA9", ""};
 };
 
 TEST_F(RecoveryTest, AnUnsavedBookIsOfferedAfterACrash) {
-    crashedRun(someRows, "/books/road.grl");
-    ASSERT_THAT(copies(), SizeIs(1));
-
-    desktop.answers = {desktop::Answer::Yes};
+    crashedRun(someRows);
+    desktop.answers = {Answer::Yes};
     project::Recovery recovery(book, desktop);
     recovery.offer();
-    std::time_t seconds = std::chrono::system_clock::to_time_t(desktop.time);
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(desktop.time);
     char time[6];
     std::strftime(time, sizeof time, "%H:%M", std::localtime(&seconds));
     ASSERT_THAT(desktop.boxes, SizeIs(1));
@@ -60,49 +51,33 @@ TEST_F(RecoveryTest, AnUnsavedBookIsOfferedAfterACrash) {
     EXPECT_TRUE(book.BookChanged);
     EXPECT_TRUE(project::isUnsaved(book));
     EXPECT_THAT(copies(), SizeIs(1)) << "the restored book has a copy of its own";
-
     recovery.discard();
     EXPECT_THAT(copies(), IsEmpty());
 }
 
 TEST_F(RecoveryTest, NoDropsTheCopyAndTheNextOlderOneIsOffered) {
-    crashedRun({row({{9, "older"}})});
+    crashedRun(remark("older"));
     desktop.time += 1h;
-    crashedRun({row({{9, "newer"}})});
-    desktop.answers = {desktop::Answer::No, desktop::Answer::Yes};
-    project::Recovery recovery(book, desktop);
-    recovery.offer();
+    crashedRun(remark("newer"));
+    desktop.answers = {Answer::No, Answer::Yes};
+    offer();
     EXPECT_THAT(desktop.boxes, SizeIs(2));
-    EXPECT_EQ(rows(), Rows{row({{9, "older"}})});
-    recovery.discard();
-    EXPECT_THAT(copies(), IsEmpty());
+    EXPECT_EQ(rows(), remark("older"));
+    EXPECT_THAT(copies(), SizeIs(1));
 }
 
-TEST_F(RecoveryTest, TheCopyOfARunningProcessIsNotOffered) {
-    int ready[2];
-    int end[2];
-    ASSERT_EQ(pipe(ready), 0);
-    ASSERT_EQ(pipe(end), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        setRows(someRows);
-        project::Recovery recovery(book, desktop);
-        recovery.keep();
-        char byte = '.';
-        (void)!write(ready[1], &byte, 1);
-        (void)!read(end[0], &byte, 1);
-        _exit(0);
+TEST_F(RecoveryTest, TheCopyOfARunningInstanceIsNotOffered) {
+    {
+        sheet::Book other;
+        keyRows(other.MSFG, someRows);
+        project::Recovery running(other, desktop);
+        running.keep();
+        offer();
+        EXPECT_THAT(desktop.boxes, IsEmpty());
+        EXPECT_THAT(copies(), SizeIs(1));
     }
-    char byte = 0;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
-    project::Recovery(book, desktop).offer();
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_THAT(copies(), SizeIs(1));
-
-    ASSERT_EQ(write(end[1], &byte, 1), 1);
-    waitpid(child, nullptr, 0);
-    desktop.answers = {desktop::Answer::Yes};
-    project::Recovery(book, desktop).offer();
+    desktop.answers = {Answer::Yes};
+    offer();
     EXPECT_EQ(rows(), someRows);
 }
 
@@ -115,21 +90,20 @@ TEST_F(RecoveryTest, ACopyIsWrittenEveryTenSecondsAtMostAndOnlyWhenNeeded) {
     EXPECT_EQ(recovery.keep(), 0ms);
     const std::vector<std::string> first = copies();
     ASSERT_THAT(first, SizeIs(1));
-    const auto content = folder.read("app/" + std::filesystem::path(first[0]).filename().string());
+    const std::string content = TempFolder::readFile(first[0]);
 
     desktop.time += 3s;
     EXPECT_EQ(recovery.keep(), 0ms) << "nothing changed";
     book.MSFG.setText(3, 9, "more");
     EXPECT_EQ(recovery.keep(), 7s);
-    EXPECT_EQ(folder.read("app/" + std::filesystem::path(first[0]).filename().string()), content);
+    EXPECT_EQ(TempFolder::readFile(first[0]), content);
     desktop.time += 7s;
     EXPECT_EQ(recovery.keep(), 0ms);
     EXPECT_EQ(copies(), first);
-    EXPECT_NE(folder.read("app/" + std::filesystem::path(first[0]).filename().string()), content);
+    EXPECT_NE(TempFolder::readFile(first[0]), content);
 
-    book.MSFG.setText(3, 9, "");
     book.SavedMark = 0;
-    setRows({row({})}); // what New leaves
+    setRows({""}); // what New leaves
     EXPECT_EQ(recovery.keep(), 0ms);
     EXPECT_THAT(copies(), IsEmpty());
 }
@@ -138,15 +112,14 @@ TEST_F(RecoveryTest, DamagedAndForeignFilesAreNotOffered) {
     crashedRun(someRows);
     const std::string name = "app/" + std::filesystem::path(copies()[0]).filename().string();
     const std::string whole = folder.read(name);
+    folder.write("app/recovery-notes.txt", "buy pegs\n");
     for (std::size_t length = 0; length < whole.size(); ++length) {
         folder.write(name, whole.substr(0, length));
-        project::Recovery(book, desktop).offer();
+        offer();
     }
-    folder.write("app/recovery-notes.txt", "buy pegs\n");
-    project::Recovery(book, desktop).offer();
     EXPECT_THAT(desktop.boxes, IsEmpty());
     folder.write(name, whole);
-    project::Recovery(book, desktop).offer();
+    offer();
     EXPECT_THAT(desktop.boxes, SizeIs(1));
 }
 
