@@ -386,7 +386,18 @@ TEST(DatabaseTest, LongDefinitionsTakeSeveralPages) {
     EXPECT_EQ(rowsOf(again.table("T")).begin()->second, row);
 }
 
-TEST(DatabaseTest, ATableSortedByUnknownRulesIsReadButNotChanged) {
+/// All texts of a table are sorted as if by another language.
+void sortOtherwise(Bytes& content, const char* table) {
+    Pager pager(std::make_unique<MemoryFile>(content), OpenMode::ReadOnly);
+    const TableDef def = TableDef::load(pager, Catalog(pager).table(table)->page());
+    constexpr std::size_t sortOrderAt = 11; // in the block of a column
+    std::size_t at = def.page * jet4Layout.pageSize + jet4Layout.countersAt +
+                     def.indexData.size() * jet4Layout.counterBytes;
+    for (std::size_t i = 0; i < def.columns.size(); ++i, at += jet4Layout.columnBytes)
+        if (content[at] == static_cast<std::uint8_t>(Text)) content[at + sortOrderAt] = 0x11;
+}
+
+TEST(DatabaseTest, AnIndexSortedByUnknownRulesKeepsItsKeys) {
     const MemoryDisk disk;
     Rows rows;
     {
@@ -399,29 +410,55 @@ TEST(DatabaseTest, ATableSortedByUnknownRulesIsReadButNotChanged) {
         db.commit();
     }
     Bytes content = disk.content();
-    {
-        Pager pager(std::make_unique<MemoryFile>(content), OpenMode::ReadOnly);
-        const std::uint32_t page = Catalog(pager).table("T")->page();
-        constexpr std::size_t sortOrderAt = 11; // in the block of a column
-        const std::size_t second =
-            jet4Layout.countersAt + 2 * jet4Layout.counterBytes + jet4Layout.columnBytes;
-        content[page * jet4Layout.pageSize + second + sortOrderAt] = 0x11;
-    }
+    sortOtherwise(content, "T");
     const MemoryDisk foreign(content);
-    Database db = foreign.open();
-    Table table = db.table("T");
-    EXPECT_EQ(rowsOf(table), rows);
-    EXPECT_TRUE(table.indexes()[0].seekable);
-    EXPECT_FALSE(table.indexes()[1].seekable);
-    const std::vector<Value> id{std::int32_t{7}};
-    const std::vector<Value> name{std::string("n7")};
-    EXPECT_TRUE(table.seek(0, id).has_value());
-    EXPECT_EQ(errorOf([&] { (void)table.seek(1, name); }), ErrorKind::UnsupportedSort);
-    EXPECT_EQ(errorOf([&] { table.insert(keyedRow(99, "n")); }), ErrorKind::UnsupportedSort);
-    EXPECT_EQ(errorOf([&] { table.clear(); }), ErrorKind::UnsupportedSort);
-    db.createTable({.name = "U", .columns = {{.name = "A"}}}).insert({"other tables can be changed"});
-    db.commit();
+    {
+        Database db = foreign.open();
+        Table table = db.table("T");
+        EXPECT_EQ(rowsOf(table), rows);
+        EXPECT_TRUE(table.indexes()[0].seekable);
+        EXPECT_FALSE(table.indexes()[1].seekable);
+        const std::vector<Value> id{std::int32_t{7}};
+        const std::vector<Value> name{std::string("n7")};
+        const RowId seventh = *table.seek(0, id);
+        EXPECT_EQ(errorOf([&] { (void)table.seek(1, name); }), ErrorKind::UnsupportedSort);
+        EXPECT_EQ(errorOf([&] { table.insert(keyedRow(99, "n")); }), ErrorKind::UnsupportedSort);
+        EXPECT_EQ(errorOf([&] { table.erase(seventh); }), ErrorKind::UnsupportedSort);
+        EXPECT_EQ(errorOf([&] { table.clear(); }), ErrorKind::UnsupportedSort);
+        EXPECT_EQ(errorOf([&] { table.update(seventh, keyedRow(7, "N8")); }), ErrorKind::UnsupportedSort);
+        rows[seventh] = keyedRow(77, "n7", 1.5);
+        table.update(seventh, rows[seventh]);
+        db.createTable({.name = "U", .columns = {{.name = "A"}}}).insert({"other tables can be changed"});
+        db.commit();
+    }
     EXPECT_EQ(rowsOf(foreign.open().table("T")), rows);
+    content = foreign.content();
+    sortOtherwise(content, "MSysObjects");
+    Database db = MemoryDisk(content).open();
+    EXPECT_EQ(errorOf([&] { db.createTable({.name = "V", .columns = {{.name = "A"}}}); }),
+              ErrorKind::UnsupportedSort);
+    EXPECT_EQ(errorOf([&] { db.addColumn("T", {.name = "Later"}); }), std::nullopt);
+    EXPECT_EQ(errorOf([&] { db.commit(); }), std::nullopt);
+    expectIndexesMatch(db.table("T"));
+}
+
+TEST(DatabaseTest, ANameThatTheCatalogHasIsRefused) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    db.createTable({.name = "Érosion", .columns = {{.name = "A"}}});
+    Table catalog = db.table("MSysObjects");
+    Row query = rowsOf(catalog).rbegin()->second;
+    query[static_cast<std::size_t>(*catalog.column("Id"))] = std::int32_t{-7};
+    query[static_cast<std::size_t>(*catalog.column("Name"))] = "Levels";
+    query[static_cast<std::size_t>(*catalog.column("Type"))] = std::int16_t{5};
+    catalog.insert(query);
+    db.commit();
+    Database again = disk.open();
+    for (const char* name : {"éROSION", "LEVELS"})
+        EXPECT_EQ(errorOf([&] { again.createTable({.name = name, .columns = {{.name = "A"}}}); }),
+                  ErrorKind::AlreadyExists)
+            << name;
+    EXPECT_FALSE(again.changed());
 }
 
 TEST(DatabaseTest, PasswordsOpenAndRefuse) {

@@ -1,8 +1,10 @@
 #include "catalog.h"
 
 #include "pager.h"
+#include "sort_key.h"
 #include "text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace jet {
@@ -57,6 +59,7 @@ void Catalog::read() {
     const std::size_t name = column("Name");
     const std::size_t type = column("Type");
     const std::size_t flags = column("Flags");
+    const std::size_t parent = column("ParentId");
     const Layout& layout = m_store->pager().layout();
     m_objects.clear();
     for (Cursor cursor(*m_store); cursor.next();) {
@@ -71,6 +74,7 @@ void Catalog::read() {
         object.name = valueOr<std::string>(value(name), {});
         object.type = valueOr<std::int16_t>(value(type), 0);
         object.flags = static_cast<std::uint32_t>(valueOr<std::int32_t>(value(flags), 0));
+        object.parent = valueOr<std::int32_t>(value(parent), 0);
         object.row = cursor.id();
         m_objects.push_back(std::move(object));
     }
@@ -80,6 +84,18 @@ const Catalog::Object* Catalog::table(std::string_view name) const {
     for (const Object& object : m_objects)
         if (object.isTable() && sameName(object.name, name)) return &object;
     return nullptr;
+}
+
+bool Catalog::isTaken(const std::string& name) const {
+    const auto keyOf = [this](const std::string& text) {
+        Bytes key;
+        appendKey(key, {ColumnType::Text, true}, text, m_store->pager().format());
+        return key;
+    };
+    const Bytes wanted = keyOf(name);
+    return std::ranges::any_of(m_objects, [&](const Object& object) {
+        return (object.isTable() || object.parent == tablesContainer) && keyOf(object.name) == wanted;
+    });
 }
 
 Bytes Catalog::properties(const Object& object) {
@@ -117,7 +133,7 @@ void Catalog::add(const std::string& name, std::uint32_t page, const Bytes& prop
         permission.set("ObjectId", id).set("SID", account).set("ACM", everything).set("FInheritable", false);
         permissions.insert(permission.row());
     }
-    m_objects.push_back({id, name, tableObject, 0, at});
+    m_objects.push_back({id, name, tableObject, 0, tablesContainer, at});
 }
 
 void Catalog::touch(const Object& object, DateTime now) {

@@ -26,6 +26,7 @@ class Catalog {
         std::string name;
         std::int16_t type = 0;
         std::uint32_t flags = 0;
+        std::int32_t parent = 0;
         RowId row;
 
         [[nodiscard]] bool isTable() const { return type == tableObject; }
@@ -40,6 +41,9 @@ class Catalog {
 
     [[nodiscard]] const std::vector<Object>& objects() const { return m_objects; }
     [[nodiscard]] const Object* table(std::string_view name) const; ///< any letter case; null = none
+    /// A new table of that name would meet another table, or a query, with the same key in the catalog's
+    /// index.
+    [[nodiscard]] bool isTaken(const std::string& name) const;
     [[nodiscard]] const std::shared_ptr<TableStore>& store() const { return m_store; }
 
     /// The stored properties of an object; empty when it has none.

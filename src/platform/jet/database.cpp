@@ -122,9 +122,13 @@ Table Database::table(std::string_view name) const {
 Table Database::createTable(const TableDesign& design) {
     m_state->pager.requireWritable();
     requireDesign(design, format());
-    if (hasTable(design.name))
-        throw Error(ErrorKind::AlreadyExists, "Table '" + design.name + "' already exists.");
+    if (m_state->catalog->isTaken(design.name))
+        throw Error(ErrorKind::AlreadyExists, "Table or query '" + design.name + "' already exists.");
     TableStore& permissions = *m_state->store(m_state->object("MSysACEs"));
+    for (const TableStore* store : {&permissions, m_state->catalog->store().get()}) {
+        store->requireWritable();
+        store->requireKnownOrder();
+    }
     ChangeGuard guard(m_state->pager);
     TableDef def = tableDefOf(design, format());
     std::uint32_t mapPage = 0;
@@ -144,7 +148,8 @@ void Database::addColumn(std::string_view tableName, const ColumnDesign& column)
                     "Field '" + column.name + "' already exists in table '" + object.name + "'.");
     if (store->def().maxColumns >= mostColumns)
         throw Error(ErrorKind::InvalidDesign, "Too many fields defined.");
-    m_state->pager.requireWritable();
+    store->requireWritable();
+    m_state->catalog->store()->requireWritable();
     ColumnDef def = columnDefOf(column, format());
     store->findPlace(def);
     ChangeGuard guard(m_state->pager);

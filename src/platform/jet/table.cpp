@@ -73,7 +73,7 @@ std::uint32_t Table::rowCount() const {
     return m_store->def().rowCount;
 }
 std::int32_t Table::nextAutonumber() const {
-    return m_store->def().autonumber + 1;
+    return m_store->nextAutonumber();
 }
 Cursor Table::scan() const {
     return Cursor(*m_store);

@@ -159,6 +159,7 @@ void TableStore::noteAutonumber(const Row& row) {
 
 RowId TableStore::insert(const Row& given) {
     requireWritable();
+    requireKnownOrder();
     const auto numbered = std::ranges::find_if(m_columns, &Column::autonumber);
     Row filled;
     const Row* row = &given;
@@ -166,7 +167,7 @@ RowId TableStore::insert(const Row& given) {
         const auto position = static_cast<std::size_t>(numbered - m_columns.begin());
         if (isNull(given[position])) {
             filled = given;
-            filled[position] = m_def.autonumber + 1;
+            filled[position] = nextAutonumber();
             row = &filled;
         }
     }
@@ -183,6 +184,16 @@ RowId TableStore::insert(const Row& given) {
     return {at.page, at.row};
 }
 
+/// An index whose order is not known keeps its keys: the columns in it must not change.
+void TableStore::requireKeptKeys(const Row& row, const Row& old) const {
+    for (const IndexData& data : m_def.indexData)
+        for (const IndexData::Part& part : data.columns) {
+            const auto position =
+                static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
+            if (row[position] != old[position] && !known(data)) requireKnownOrder();
+        }
+}
+
 void TableStore::update(RowId id, const Row& row) {
     requireWritable();
     const Body body = locate(id);
@@ -190,6 +201,7 @@ void TableStore::update(RowId id, const Row& row) {
     read(id, old);
     const StoredRow stored(bodyView(body), m_pager.layout(), m_def);
     buildProbe(row, &old, &stored);
+    requireKeptKeys(row, old);
     const Keys oldKeys = keysOf(old);
     const Keys keys = keysOf(row);
     requireFreeKeys(keys, oldKeys);
@@ -239,6 +251,7 @@ void TableStore::dropSlot(RowPointer at) {
 
 void TableStore::erase(RowId id) {
     requireWritable();
+    requireKnownOrder();
     const Body body = locate(id);
     Row row;
     read(id, row);
@@ -254,6 +267,7 @@ void TableStore::erase(RowId id) {
 
 void TableStore::clear() {
     requireWritable();
+    requireKnownOrder();
     ChangeGuard guard(m_pager);
     for (std::uint32_t page : m_ownedPages.pages()) {
         requireDataPage(m_pager.view(page), m_def.page);

@@ -23,7 +23,8 @@ constexpr std::size_t mostIndexes = 32;
 }
 
 void requireName(const std::string& name) {
-    const bool odd = name.empty() || name.front() == ' ' || storedLength(name, Format::Jet4) > longestName ||
+    const bool odd = name.empty() || name.front() == ' ' || name.back() == ' ' ||
+                     storedLength(name, Format::Jet4) > longestName ||
                      name.find_first_of(".!`[]") != std::string::npos ||
                      std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) < 0x20; });
     if (odd) refuse("'" + name + "' is not a valid name.");

@@ -79,6 +79,9 @@ bool TableStore::known(const IndexData& data) const {
 void TableStore::requireWritable() const {
     m_pager.requireWritable();
     if (!m_builder->placesDiffer()) throw Error::corrupt(m_def.page, 0, "columns lie over each other");
+}
+
+void TableStore::requireKnownOrder() const {
     for (const IndexData& data : m_def.indexData)
         if (!known(data))
             throw Error(ErrorKind::UnsupportedSort,
@@ -138,6 +141,7 @@ TableStore::Keys TableStore::keysOf(const Row& row) {
     Keys keys(m_def.indexData.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const IndexData& data = m_def.indexData[i];
+        if (!known(data)) continue; // its keys are left as they are
         Bytes key;
         key.reserve(usualKey);
         std::size_t nulls = 0;

@@ -27,13 +27,18 @@ class TableStore {
     [[nodiscard]] View rowView(RowId id) { return bodyView(locate(id)); } ///< the stored bytes
     /// Bytes of the long values of a row.
     [[nodiscard]] std::size_t longValueSize(const Row& row) const;
+    void requireWritable() const;   ///< ReadOnly, EncodedWrite; Corrupt when columns lie over each other
+    void requireKnownOrder() const; ///< UnsupportedSort when an index cannot take or lose a key
+    /// The number behind the highest one; counting goes on at the lowest behind the last.
+    [[nodiscard]] std::int32_t nextAutonumber() const {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(m_def.autonumber) + 1);
+    }
     RowId insert(const Row& row);
     void update(RowId id, const Row& row);
     void erase(RowId id);
     void clear();
     void seek(int index, std::span<const Value> key, const std::function<bool(RowId)>& take);
 
-    /// Where a further column of fixed length belongs. InvalidDesign when there is no room.
     /// Gives a new column its place in a row. InvalidDesign when a row would have no room for it.
     void findPlace(ColumnDef& column);
     /// Appends a column; existing rows are written anew where the format needs it.
@@ -49,12 +54,12 @@ class TableStore {
     using Keys = std::vector<std::optional<Bytes>>; ///< one a tree; none = the row is not in it
 
     void describe();
-    void requireWritable() const;
     [[nodiscard]] bool known(const IndexData& data) const;
     [[nodiscard]] Body locate(RowId id);
     [[nodiscard]] View bodyView(const Body& body);
     Keys keysOf(const Row& row);
     void requireFreeKeys(const Keys& keys, const Keys& old);
+    void requireKeptKeys(const Row& row, const Row& old) const;
     void changeKeys(const Keys& old, const Keys& fresh, RowPointer row);
     void addKey(std::size_t tree, ByteView key, RowPointer row);
     void removeKey(std::size_t tree, ByteView key, RowPointer row);
@@ -70,7 +75,6 @@ class TableStore {
     void dropSlot(RowPointer at);
     void noteSpace(std::uint32_t page);
     void noteAutonumber(const Row& row);
-    void rewriteAll();
 
     Pager& m_pager;
     std::string m_name;
