@@ -71,7 +71,7 @@ TEST_F(Entry, LeavingACell) {
         {Left, ".5", "0.5"},
         {Remark, ".x", "0.x"},
         {InterSight, "1.25", "1.25"},
-        {InterSight, "9.99?", "9.99"}, // a mark goes with the reading that had it
+        {InterSight, "9.99?", "9.99"},
         {InterSight, "10?", "10?"},
         {InterSight, "?", ""},
         {BackSight, "1?", "1?"},

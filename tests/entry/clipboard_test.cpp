@@ -62,14 +62,4 @@ TEST_F(Clipboard, WholeBookTravelsThere) {
     EXPECT_EQ(rows(), whole + "|"); // the carriage return behind the last row opens one more
 }
 
-TEST_F(Clipboard, FiftyThousandLines) {
-    std::string text;
-    for (int line = 0; line < 50000; ++line)
-        text += "00-000\t2.5\t\t\t\t" + std::to_string(line) + "\r";
-    paste(text);
-    ASSERT_EQ(grid.Rows(), 50002);
-    EXPECT_EQ(grid.Text(50000, InterSight), "49999");
-    EXPECT_EQ(state(), "50001,0 C changed");
-}
-
 } // namespace

@@ -81,14 +81,3 @@ TEST(ExportFrame, GutterIsWorkedOutInBothModes) {
         EXPECT_LE(desktop.boxes.size(), 1U);
     }
 }
-
-TEST(ExportFrame, SelectKeepsTheChosenRoadWhenCancelled) {
-    ExportFrame frame;
-    ScriptedDesktop desktop;
-    desktop.files = {"/roads/Site1/Road.mdb", std::nullopt};
-    frame.cmdSel_Click(desktop);
-    EXPECT_EQ(frame.lblProj, "/roads/Site1/Road.mdb");
-    frame.cmdSel_Click(desktop);
-    EXPECT_EQ(frame.lblProj, "/roads/Site1/Road.mdb");
-    EXPECT_EQ(desktop.fileDialogs, (std::vector{desktop::FileDialog::Open, desktop::FileDialog::Open}));
-}

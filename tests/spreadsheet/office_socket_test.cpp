@@ -112,19 +112,14 @@ TEST(OfficeSocket, IsRefusedWhereNobodyListens) {
 }
 
 TEST(OfficeSocket, GivesUpOnAListenerThatDoesNotPlayItsPart) {
-    struct Part {
-        Listener::Part part;
-        Failure failure;
-    };
-    for (const Part& part : {Part{Listener::Part::SaysNothing, Failure::NotAnswering},
-                             Part{Listener::Part::HangsUp, Failure::NotAnswering},
-                             Part{Listener::Part::TalksNonsense, Failure::NotAnswering}}) {
+    using Part = Listener::Part;
+    for (const Part part : {Part::SaysNothing, Part::HangsUp, Part::TalksNonsense}) {
         Office office;
         office.reader("exit 0");
-        const Listener listener(office.socket, part.part);
-        EXPECT_EQ(office.failure(), part.failure);
+        const Listener listener(office.socket, part);
+        EXPECT_EQ(office.failure(), Failure::NotAnswering);
         EXPECT_EQ(office.failure([](std::size_t) { return false; }), Failure::Cancelled);
-        if (part.part == Listener::Part::HangsUp) {
+        if (part == Part::HangsUp) {
             EXPECT_GT(listener.connections, 2) << "one that starts is tried again";
         }
     }
@@ -132,13 +127,9 @@ TEST(OfficeSocket, GivesUpOnAListenerThatDoesNotPlayItsPart) {
 
 TEST(OfficeSocket, AsksForAPipeAndReadsThroughIt) {
     Office office;
-    office.reader(R"(printf '%s\0' "$1" "$2" "${LD_LIBRARY_PATH%%:*}" d e f g h i 'one)"
-                  "\n"
-                  R"(two'
-sleep 0.05
-printf 'A\0\0\0\0\0\0\0\0\0'
-sleep 0.05
-printf 'J\0')");
+    office.reader(R"sh(
+        printf '%s\0' "$1" "$2" "${LD_LIBRARY_PATH%%:*}" d e f g h i "$(printf 'one\ntwo')"
+        sleep 0.05; printf 'A\0\0\0\0\0\0\0\0\0'; sleep 0.05; printf 'J\0')sh");
     std::size_t most = 0;
     std::string asked;
     std::vector<Row> rows;
@@ -161,32 +152,26 @@ printf 'J\0')");
 }
 
 TEST(OfficeSocket, TellsHowTheReaderFailed) {
-    struct Ending {
-        const char* script;
-        Failure failure;
-    };
-    for (const Ending& ending :
-         {Ending{"exit 4", Failure::NotRunning}, Ending{"exit 6", Failure::Lost},
-          Ending{"exit 7", Failure::Lost}, Ending{"exit 2", Failure::Lost},
-          Ending{"exit 127", Failure::NoReader}, Ending{"kill -SEGV $$", Failure::Lost},
-          Ending{"printf 'a\\0b\\0'", Failure::Lost}, Ending{"printf 'abc'", Failure::Lost},
-          Ending{"exec sleep 60", Failure::NotAnswering},
-          Ending{"exec >&-; exec sleep 60", Failure::NotAnswering}}) {
-        Office office;
-        office.reader(ending.script);
-        const Listener listener(office.socket, Listener::Part::Accepts);
-        EXPECT_EQ(office.failure(), ending.failure) << ending.script;
-    }
+    const std::pair<const char*, Failure> cases[] = {{"exit 4", Failure::NotRunning},
+                                                     {"exit 6", Failure::Lost},
+                                                     {"exit 7", Failure::Lost},
+                                                     {"exit 2", Failure::Lost},
+                                                     {"exit 127", Failure::NoReader},
+                                                     {"kill -SEGV $$", Failure::Lost},
+                                                     {"printf 'a\\0b\\0'", Failure::Lost},
+                                                     {"printf 'abc'", Failure::Lost},
+                                                     {"exec sleep 60", Failure::NotAnswering},
+                                                     {"exec >&-; exec sleep 60", Failure::NotAnswering}};
     Office office;
     const Listener listener(office.socket, Listener::Part::Accepts);
     EXPECT_EQ(office.failure(), Failure::NoReader) << "no such program";
     office.folder.write("reader", "#!/bin/sh\n");
     EXPECT_EQ(office.failure(), Failure::NoReader) << "not executable";
-}
-
-TEST(OfficeSocket, KeepsWaitingForAReaderThatMakesProgress) {
-    Office office;
+    for (const auto& [script, failure] : cases) {
+        office.reader(script);
+        EXPECT_EQ(office.failure(), failure) << script;
+    }
+    // One that makes progress is waited for.
     office.reader("for i in 1 2 3 4; do printf 'A\\0\\0\\0\\0\\0\\0\\0\\0\\0\\0'; sleep 0.2; done");
-    const Listener listener(office.socket, Listener::Part::Accepts);
     EXPECT_EQ(office.read().size(), 4U);
 }
