@@ -116,11 +116,10 @@ void characterKey(Book& book, desktop::Desktop& desktop, char32_t character) {
     if (letter == U'c' || letter == U'*') return chainageKey(book, desktop);
 
     const std::string& text = grid.Text();
-    if (isDigit(character))
-        appendToCell(grid, character);
-    else if (character == U'.' && text.find('.') == std::string::npos)
-        appendToCell(grid, character);
-    else if (character == U'-' && grid.Col() == Chainage && text.find('-') == std::string::npos)
+    const bool firstPoint = character == U'.' && text.find('.') == std::string::npos;
+    const bool firstHyphen =
+        character == U'-' && grid.Col() == Chainage && text.find('-') == std::string::npos;
+    if (isDigit(character) || firstPoint || firstHyphen)
         appendToCell(grid, character);
     else if (character == U'-' && grid.Col() == InterSight) {
         const double value = basic::val(text);

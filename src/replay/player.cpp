@@ -31,7 +31,7 @@ constexpr const char* bookPath = "work/book.grl";
 
 QStringList texts(const QJsonArray& values) {
     QStringList result;
-    for (const QJsonValue& value : values) {
+    for (const QJsonValue value : values) {
         if (value.isBool())
             result += value.toBool() ? "True" : "False"; // as a spreadsheet gives it
         else
@@ -195,7 +195,7 @@ void Player::click(const QJsonArray& cells) {
 
 void Player::preset(const QJsonArray& rows) {
     QStringList lines;
-    for (const QJsonValue& row : rows) {
+    for (const QJsonValue row : rows) {
         QStringList cells = texts(row.toArray());
         cells.resize(sheet::columnCount);
         lines += cells.join(u'\t');
@@ -378,7 +378,7 @@ void Player::step(const QJsonObject& step) {
 QJsonObject Player::outcome() {
     QJsonObject outcome = stateOf(*m_window, m_world);
     QJsonArray dialogs;
-    for (const QJsonValue& each : m_watcher.dialogs()) {
+    for (const QJsonValue each : m_watcher.dialogs()) {
         QJsonObject dialog = each.toObject();
         for (QJsonValueRef member : dialog)
             member = m_world.shortened(member.toString());

@@ -75,7 +75,7 @@ Watcher::Watcher(std::function<QString(const QString&)> path) : m_path(std::move
 
 void Watcher::expect(const QJsonArray& answers) {
     m_answers.clear();
-    for (const QJsonValue& answer : answers)
+    for (const QJsonValue answer : answers)
         m_answers.push_back(answer.toObject());
 }
 

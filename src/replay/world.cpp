@@ -43,7 +43,7 @@ dao::Value valueOf(const QJsonValue& value) {
 void fillTable(dao::Database& database, const QString& name, const QJsonArray& records) {
     database.Execute("Delete * From " + name.toStdString());
     dao::Recordset table = database.OpenRecordset(name.toStdString());
-    for (const QJsonValue& each : records) {
+    for (const QJsonValue each : records) {
         const QJsonObject record = each.toObject();
         table.AddNew();
         for (auto field = record.begin(); field != record.end(); ++field) {

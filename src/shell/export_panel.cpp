@@ -97,6 +97,8 @@ void ExportPanel::showFrame() {
     setVisible(m_frame.visible);
     if (opening) {
         raise();
+        // The style marks an option with the focus only once Tab has been pressed in the window.
+        window()->setAttribute(Qt::WA_KeyboardFocusChange);
         m_tabOrder.front()->setFocus();
     }
     if (m_frame.focus.empty()) return;

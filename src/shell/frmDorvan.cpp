@@ -77,6 +77,12 @@ void frmDorvan::buildControls() {
     QObject::connect(m_Drive1, &QComboBox::currentTextChanged, this, [this] { Drive1_Change(); });
     QObject::connect(m_Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this,
                      [this](const QModelIndex& now) { Dir1_Change(m_folders->filePath(now)); });
+    // The folders are read and sorted later, and push the chosen one out of sight until the user moves.
+    QObject::connect(m_folders, &QFileSystemModel::layoutChanged, this, [this] {
+        if (m_arriving) m_Dir1->scrollTo(m_Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
+    });
+    QObject::connect(m_Dir1, &QTreeView::expanded, this, [this] { m_arriving = false; });
+    QObject::connect(m_Dir1, &QTreeView::collapsed, this, [this] { m_arriving = false; });
     QObject::connect(m_txtPath, &QLineEdit::textEdited, this,
                      [this](const QString& path) { txtPath_Change(path); });
     QObject::connect(buttons, &QDialogButtonBox::accepted, this, [this] { cmdOK_Click(); });
@@ -108,6 +114,7 @@ void frmDorvan::goTo(const QString& folder) {
     m_Dir1->expand(place);
     m_Dir1->scrollTo(place, QAbstractItemView::PositionAtCenter);
     m_Dir1->viewport()->update();
+    m_arriving = true;
 }
 
 void frmDorvan::Drive1_Change() {
@@ -116,6 +123,7 @@ void frmDorvan::Drive1_Change() {
 }
 
 void frmDorvan::Dir1_Change(const QString& folder) {
+    m_arriving = false;
     m_choice = toUtf8(folder);
     m_txtPath->setText(folder);
     m_cmdOK->setEnabled(true);

@@ -39,8 +39,9 @@ class frmDorvan final : public QDialog {
     QLineEdit* m_txtPath;
     QLabel* m_lblDD;
     QPushButton* m_cmdOK;
-    std::string m_folder; ///< what lblDD shows
-    std::string m_choice; ///< empty while the user has chosen nothing
+    std::string m_folder;    ///< what lblDD shows
+    std::string m_choice;    ///< empty while the user has chosen nothing
+    bool m_arriving = false; ///< the tree still settles at the folder that it was sent to
 };
 
 } // namespace shell

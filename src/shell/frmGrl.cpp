@@ -176,7 +176,9 @@ void frmGrl::showBook() {
     setWindowTitle(fromUtf8(m_book.Caption).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     for (std::size_t k = 0; k < m_mnuX.size(); ++k) {
         if (m_book.mnuX[k].empty()) continue;
-        m_mnuX[k]->setText(fromUtf8(m_book.mnuX[k]).replace(u'&', QStringLiteral("&&")));
+        QString shown = fontMetrics().elidedText(fromUtf8(m_book.mnuX[k]), Qt::ElideMiddle,
+                                                 screen()->availableSize().width() * 3 / 4);
+        m_mnuX[k]->setText(shown.replace(u'&', QStringLiteral("&&")));
         m_mnuX[k]->setVisible(true);
     }
     m_grid->flush();

@@ -161,21 +161,25 @@ void frmGrl::buildMenus() {
     std::size_t recent = 0;
     for (const MenuRow& row : menuTable) {
         const QString name = QLatin1String(row.name);
-        if (std::strcmp(row.caption, "-") == 0) {
-            menu->addSeparator()->setObjectName(name);
-        } else if (row.click == nullptr) {
+        const bool isSeparator = std::strcmp(row.caption, "-") == 0;
+        if (row.click == nullptr && !isSeparator) {
             menu = menuBar()->addMenu(text(row.caption));
             menu->setObjectName(name);
             menu->setToolTipsVisible(false);
-        } else {
-            QAction* item = menu->addAction(text(row.caption));
-            item->setObjectName(name);
-            item->setMenuRole(QAction::NoRole);
-            QObject::connect(item, &QAction::triggered, this, [this, &row] { run(row.click, row.walks); });
-            if (!name.startsWith(QLatin1String("mnuX")) || recent == m_mnuX.size()) continue;
-            item->setVisible(false);
-            m_mnuX[recent++] = item;
+            continue;
         }
+        Q_ASSUME(menu != nullptr); // the table begins with a menu of the bar
+        if (isSeparator) {
+            menu->addSeparator()->setObjectName(name);
+            continue;
+        }
+        QAction* item = menu->addAction(text(row.caption));
+        item->setObjectName(name);
+        item->setMenuRole(QAction::NoRole);
+        QObject::connect(item, &QAction::triggered, this, [this, &row] { run(row.click, row.walks); });
+        if (!name.startsWith(QLatin1String("mnuX")) || recent == m_mnuX.size()) continue;
+        item->setVisible(false);
+        m_mnuX[recent++] = item;
     }
 }
 

@@ -57,7 +57,7 @@ int Descriptor::close() {
     return ::close(descriptor);
 }
 
-Replacement::Replacement(std::string path, FileAction action)
+Replacement::Replacement(const std::string& path, FileAction action)
     : m_action(action),
       m_path(behindLinks(path)),
       m_sibling(wantsSibling(m_path) ? siblingOf(m_path) : std::string()),

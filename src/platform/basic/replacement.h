@@ -29,7 +29,7 @@ class Descriptor {
 /// device) is written directly.
 class Replacement {
   public:
-    Replacement(std::string path, FileAction action);
+    Replacement(const std::string& path, FileAction action);
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
     ~Replacement();

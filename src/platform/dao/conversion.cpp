@@ -263,7 +263,7 @@ jet::Value toColumn(const Value& value, const jet::Column& column, LengthCheck c
         return guidOf(value);
     case jet::ColumnType::Binary:
     case jet::ColumnType::FixedBinary: {
-        const jet::Value bytes = bytesOf(value);
+        jet::Value bytes = bytesOf(value);
         fitting(static_cast<int>(std::get<jet::Bytes>(bytes).size()));
         return bytes;
     }

@@ -110,7 +110,7 @@ Bytes Catalog::adminAccount() {
     for (const Object& object : m_objects) {
         if (object.id != databaseObject) continue;
         m_store->read(object.row, row);
-        const Bytes owner = valueOr<Bytes>(row[column("Owner")], {});
+        Bytes owner = valueOr<Bytes>(row[column("Owner")], {});
         if (!owner.empty()) return owner;
     }
     return {0x03, 0x01};

@@ -51,8 +51,9 @@ void TableCheck::run(const std::function<void(const Row&)>& see) {
             continue;
         }
         found->second = true;
-        m_faults.guarded(part("data"),
-                         [&] { checkRow(home, rowAt(m_pager.view(body.page), m_pager.layout(), body.row)); });
+        m_faults.guarded(part("data"), [&, from = home, at = body] {
+            checkRow(from, rowAt(m_pager.view(at.page), m_pager.layout(), at.row));
+        });
     }
     checkLeftOvers();
     for (std::size_t i = 0; i < m_def.indexData.size(); ++i) {

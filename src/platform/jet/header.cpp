@@ -98,7 +98,7 @@ void writeHeader(Edit page, const std::string& password) {
     page.set32(freePagesAt, RowPointer{freePagesPage, 0}.pack());
     page.set32(secondMapAt, RowPointer{freePagesPage, 1}.pack());
     for (std::uint32_t i = 0; i < 4; ++i)
-        page.set32(systemTablesAt + 4 * i, catalogPage + i);
+        page.set32(systemTablesAt + std::size_t{4} * i, catalogPage + i);
     page.set16(codePageAt, 1252);
     page.set32(buildAt, 9756);
     page.set32(sortOrderAt, 0x409);

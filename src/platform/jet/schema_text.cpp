@@ -68,7 +68,7 @@ class Line {
         std::size_t length = std::min(m_rest.find_first_of(" \t\r("), m_rest.size());
         if (length < m_rest.size() && m_rest[length] == '(')
             length = std::min(m_rest.find(')', length), m_rest.size() - 1) + 1;
-        const std::string words(m_rest.substr(0, length));
+        std::string words(m_rest.substr(0, length));
         m_rest.remove_prefix(length);
         return words;
     }

@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kWestern = 1252;
 
-const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // what iconv_open answers when it cannot
+// What iconv_open answers when it cannot. NOLINTNEXTLINE(performance-no-int-to-ptr): POSIX will have it so.
+const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
 
 std::string nameOf(int page) {
     switch (page) {

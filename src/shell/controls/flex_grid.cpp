@@ -24,6 +24,11 @@ namespace {
 // A digit of the font for which the column widths were laid down, in pixels at 8.25 points.
 constexpr double standardDigit = 6.0;
 
+/// Widths follow the digits of the font.
+int columnPixels(int twips, const QFont& face) {
+    return qRound(pixels(twips) * QFontMetricsF(face).horizontalAdvance(u'0') / standardDigit);
+}
+
 std::optional<entry::EditKey> editKey(int key) {
     switch (key) {
     case Qt::Key_Delete:
@@ -73,9 +78,8 @@ FlexGrid::~FlexGrid() {
 
 int FlexGrid::fullWidth() const {
     int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
-    const double scale = QFontMetricsF(font()).horizontalAdvance(u'0') / standardDigit;
     for (int col = 0; col < m_grid.Cols(); ++col)
-        width += int(pixels(m_grid.ColWidth(col)) * scale + 0.5);
+        width += columnPixels(m_grid.ColWidth(col), font());
     return width;
 }
 
@@ -112,23 +116,23 @@ void FlexGrid::applyFont() {
 
 void FlexGrid::applyWidths() {
     std::vector<int> widths;
+    widths.reserve(std::size_t(m_grid.Cols()));
     for (int col = 0; col < m_grid.Cols(); ++col)
         widths.push_back(m_grid.ColWidth(col));
     if (widths == m_widths) return;
     m_widths = std::move(widths);
 
-    // Widths follow the digits of the font; Remark takes what is left.
-    const double scale = QFontMetricsF(font()).horizontalAdvance(u'0') / standardDigit;
+    // Remark takes what the others leave.
     int left = viewport()->width();
     for (int col = 0; col < m_grid.Cols(); ++col) {
-        const int width = int(pixels(m_widths[std::size_t(col)]) * scale + 0.5);
+        const int width = columnPixels(m_widths[std::size_t(col)], font());
         setColumnHidden(col, width == 0);
         if (col == sheet::Remark) continue;
         setColumnWidth(col, width);
         left -= width;
     }
     if (m_grid.Cols() <= sheet::Remark) return;
-    setColumnWidth(sheet::Remark, std::max(left, int(pixels(m_widths[sheet::Remark]) * scale + 0.5)));
+    setColumnWidth(sheet::Remark, std::max(left, columnPixels(m_widths[sheet::Remark], font())));
 }
 
 void FlexGrid::showCursor() {

@@ -72,6 +72,7 @@ std::optional<std::vector<Row>> CellTexts::nextBlock() {
             const auto c = static_cast<std::size_t>(column);
             rtl::OUString string;
             double number = 0;
+            // NOLINTBEGIN(bugprone-assignment-in-if-condition): >>= takes a value out and tells whether it could
             if (value >>= string)
                 rows[r][c] = utf8(string);
             else if (value >>= number) {
@@ -79,6 +80,7 @@ std::optional<std::vector<Row>> CellTexts::nextBlock() {
                 isNumber[c][r] = true;
             } else
                 rows[r][c] = shown(column, m_row + static_cast<int>(r)); // an error
+            // NOLINTEND(bugprone-assignment-in-if-condition)
         }
         if (!isEmpty(rows[r])) continue;
         rows.resize(r);
