@@ -72,7 +72,8 @@ std::optional<std::vector<Row>> CellTexts::nextBlock() {
             const auto c = static_cast<std::size_t>(column);
             rtl::OUString string;
             double number = 0;
-            // NOLINTBEGIN(bugprone-assignment-in-if-condition): >>= takes a value out and tells whether it could
+            // What >>= answers is whether it could take a value out.
+            // NOLINTBEGIN(bugprone-assignment-in-if-condition)
             if (value >>= string)
                 rows[r][c] = utf8(string);
             else if (value >>= number) {
