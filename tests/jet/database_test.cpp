@@ -158,6 +158,34 @@ TEST(DatabaseTest, SavingTheSameBookAgainDoesNotGrowTheFile) {
     }
 }
 
+TEST(DatabaseTest, AThousandSavesOfAnySizeLeaveASoundFile) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        TableDesign design = keyed({{.name = "Id", .columns = {{"Id"}}, .kind = IndexKind::PrimaryKey},
+                                    {.name = "Name", .columns = {{"Name"}}}});
+        design.columns.push_back({.name = "Rem", .type = Memo});
+        db.createTable(design);
+        db.commit();
+    }
+    Random random(1000);
+    std::size_t largest = 0;
+    for (int save = 0; save < 1000; ++save) {
+        Database db = disk.open();
+        Table table = db.table("T");
+        table.clear();
+        const auto rows = static_cast<std::int32_t>(random() % 8 == 0 ? random() % 900 : random() % 60);
+        for (std::int32_t i = 0; i < rows; ++i)
+            table.insert({i, "01-" + std::to_string(random() % 500), i * 0.5,
+                          std::string(random() % 30 == 0 ? random() % 9000 : random() % 80, 'r')});
+        db.commit();
+        ASSERT_EQ(check(db), std::vector<std::string>{}) << "save " << save;
+        ASSERT_EQ(disk.open({}, OpenMode::ReadOnly).table("T").rowCount(), static_cast<std::uint32_t>(rows));
+        if (save == 500) largest = disk.content().size();
+    }
+    EXPECT_LE(disk.content().size(), largest + largest / 8) << "pages are not given back";
+}
+
 TEST(DatabaseTest, IndexRulesHoldBeforeAnythingIsTouched) {
     const MemoryDisk disk;
     Database db = disk.create();
