@@ -36,10 +36,6 @@ struct Point {
     Value offset;
 };
 
-double offsetOf(const std::string& text) {
-    return basic::val(text) + 0.0;
-} // no minus zero in a key
-
 /// Centre before left before right; Nulls when none is filled, which the engine refuses as a key.
 Point pointOf(const Grid& grid, int row) {
     struct Choice {
@@ -48,7 +44,7 @@ Point pointOf(const Grid& grid, int row) {
     };
     for (auto [col, side] : {Choice{sheet::Center, "C"}, Choice{sheet::Left, "L"}, Choice{sheet::Right, "R"}})
         if (const std::string& text = grid.Text(row, col); !text.empty())
-            return {std::string(side), offsetOf(text)};
+            return {std::string(side), basic::val(text)};
     return {};
 }
 
@@ -103,7 +99,7 @@ void updateCentre(const Grid& grid, int row, RoadFile& road, const Value& chaina
 }
 
 void updateSide(const Grid& grid, int row, RoadFile& road, const Value& chainage, int col, const char* side) {
-    const double offset = offsetOf(grid.Text(row, col));
+    const double offset = basic::val(grid.Text(row, col));
     road.cSect.Seek("=", {chainage, std::string(side), offset});
     if (road.cSect.NoMatch()) {
         road.cSect.AddNew();

@@ -16,11 +16,6 @@ namespace {
 
 constexpr sheet::Colour white = sheet::rgb(255, 255, 255);
 
-// Adding 0 makes plain zero of a keyed "-0", which the index would keep apart.
-double offsetOf(const std::string& text) {
-    return basic::val(text) + 0.0;
-}
-
 } // namespace
 
 ReadingWalk::ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect,
@@ -83,7 +78,7 @@ void ReadingWalk::takeSideAndOffset() {
     for (auto [col, side] : {std::pair{sheet::Left, "L"}, {sheet::Center, "C"}, {sheet::Right, "R"}}) {
         if (text(col).empty()) continue;
         m_side = side;
-        m_offset = offsetOf(text(col));
+        m_offset = basic::val(text(col));
     }
 }
 
@@ -100,7 +95,7 @@ void ReadingWalk::addCrossRecord(const std::string& chainage) {
     m_cSect.Fields("Grl").setValue(cellValue(m_grid, m_row, sheet::RLevel));
     if (!text(sheet::Left).empty()) {
         m_cSect.Fields("Side").setValue("L");
-        m_cSect.Fields("Oft").setValue(offsetOf(text(sheet::Left)));
+        m_cSect.Fields("Oft").setValue(basic::val(text(sheet::Left)));
     }
     if (!text(sheet::Center).empty()) {
         m_cSect.Fields("Side").setValue("C");
@@ -110,7 +105,7 @@ void ReadingWalk::addCrossRecord(const std::string& chainage) {
     }
     if (!text(sheet::Right).empty()) {
         m_cSect.Fields("Side").setValue("R");
-        m_cSect.Fields("Oft").setValue(offsetOf(text(sheet::Right)));
+        m_cSect.Fields("Oft").setValue(basic::val(text(sheet::Right)));
     }
     m_cSect.Fields("Rmk").setValue("GG");
     m_cSect.Update();
