@@ -20,19 +20,17 @@ std::size_t entries(const TempFolder& folder) {
 
 TEST(Files, SystemErrorsBecomeNumbers) {
     using basic::FileAction;
-    const struct {
-        FileAction action;
-        int code;
-        int number;
-    } cases[] = {{FileAction::Copy, EACCES, 70},          {FileAction::Copy, EROFS, 70},
-                 {FileAction::Copy, ENOENT, 53},          {FileAction::Copy, ENOTDIR, 76},
-                 {FileAction::Copy, ENOSPC, 61},          {FileAction::OpenForOutput, EACCES, 75},
-                 {FileAction::OpenForOutput, ENOENT, 76}, {FileAction::OpenForInput, ENOENT, 53},
-                 {FileAction::MakeFolder, EEXIST, 75},    {FileAction::MakeFolder, EACCES, 75},
-                 {FileAction::MakeFolder, ENOENT, 76},    {FileAction::Remove, ENOENT, 53},
-                 {FileAction::OpenForOutput, EDQUOT, 61}, {FileAction::Copy, EIO, 57}};
-    for (const auto& each : cases)
-        EXPECT_EQ(errorOf([&] { basic::raiseFileError(each.action, each.code); }), each.number) << each.code;
+    const std::tuple<FileAction, int, int> cases[] = {
+        {FileAction::Copy, EACCES, 70},          {FileAction::Copy, EROFS, 70},
+        {FileAction::Copy, ENOENT, 53},          {FileAction::Copy, ENOTDIR, 76},
+        {FileAction::Copy, ENOSPC, 61},          {FileAction::OpenForOutput, EACCES, 75},
+        {FileAction::OpenForOutput, ENOENT, 76}, {FileAction::OpenForInput, ENOENT, 53},
+        {FileAction::MakeFolder, EEXIST, 75},    {FileAction::MakeFolder, EACCES, 75},
+        {FileAction::MakeFolder, ENOENT, 76},    {FileAction::Remove, ENOENT, 53},
+        {FileAction::OpenForOutput, EDQUOT, 61}, {FileAction::Copy, EIO, 57}};
+    for (const auto& [action, code, number] : cases)
+        EXPECT_EQ(errorOf([action = action, code = code] { basic::raiseFileError(action, code); }), number)
+            << code;
 }
 
 TEST(Files, CopyIsWholeOrNothing) {

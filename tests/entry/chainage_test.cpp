@@ -3,6 +3,9 @@
 #include "entry_fixture.h"
 #include "error_number.h"
 
+#include <array>
+#include <tuple>
+
 namespace {
 
 using namespace sheet;
@@ -17,77 +20,61 @@ TEST(Chainage, KilometresToText) {
 }
 
 TEST(Chainage, TextToMetres) {
-    const struct {
-        std::string text;
-        int metres;
-        const char* left;
-    } cases[] = {{"01-250", 1250, "01-250"}, {"  01-250xyz", 1250, "01-250"},
-                 {"1-2507", 3507, "1-2507"}, {"100-250", 100025, "100-25"},
-                 {"250", 250000, "250"},     {"", 0, ""},
-                 {"1-2.5", 1025, "1-2.5"},   {"a-5", 5, "a-5"},
-                 {"0.5-1", 501, "0.5-1"}};
-    for (const auto& each : cases) {
-        std::string text = each.text;
-        EXPECT_EQ(entry::StoF(text), each.metres) << each.text;
-        EXPECT_EQ(text, each.left);
+    const std::tuple<std::string, int, const char*> cases[] = {
+        {"01-250", 1250, "01-250"}, {"  01-250xyz", 1250, "01-250"},
+        {"1-2507", 3507, "1-2507"}, {"100-250", 100025, "100-25"},
+        {"250", 250000, "250"},     {"", 0, ""},
+        {"1-2.5", 1025, "1-2.5"},   {"a-5", 5, "a-5"},
+        {"0.5-1", 501, "0.5-1"}};
+    for (auto [text, metres, left] : cases) {
+        EXPECT_EQ(entry::StoF(text), metres) << left;
+        EXPECT_EQ(text, left);
     }
 }
 
 TEST(Chainage, OneIncrementFurther) {
-    const struct {
-        const char* chainage;
-        const char* increment;
-        const char* next;
-    } cases[] = {
+    const std::array<const char*, 3> cases[] = {
         {"01-990", "20", "02-010"},    {"01-250", "20", "01-270"}, {"01-250", "12.5", "01-262.5"},
         {"01-250", "-300", "00-950"},  {"00-000", "0", "00-000"},  {"01-995.5", "10", "02-006"},
         {"00-000", "2500", "01-1500"}, {"0", "10", "00-010"},      {"01-100.25", "-100.5", "00-999.75"},
         {"00-100", "-200", "-01-900"}, {"TBM", "10", "00-010"},    {"9-999", "1", "10-000"},
         {"01-250", "20 m", "01-270"},  {"01-250", "", "01-250"},   {"01-999.9", "0.05", "01-999.95"},
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(entry::StrToFig(each.chainage, each.increment), each.next)
-            << each.chainage << " + " << each.increment;
+    for (const auto& [chainage, increment, next] : cases)
+        EXPECT_EQ(entry::StrToFig(chainage, increment), next) << chainage << " + " << increment;
     EXPECT_EQ(errorOf([] { (void)entry::StrToFig("TBM-5", "-10"); }), basic::TypeMismatch);
 }
 
 TEST_F(Entry, LeavingACell) {
-    const struct {
-        int col;
-        const char* keyed;
-        const char* left;
-        const char* asked = ""; // the chainage of the message, if one is shown
-    } cases[] = {
-        {Chainage, "0.120", "0-120", "0-120"},
-        {Chainage, ".5", "0-5", "0-5"},
-        {Chainage, "1250", "1250", "1250"},
-        {Chainage, "TBM", "TBM", "TBM"},
-        {Chainage, "1.2.3", "1-2-3", "1-2-3"},
+    const std::pair<const char*, const char*> asked[] = {
+        {"0.120", "0-120"}, {".5", "0-5"}, {"1250", "1250"}, {"TBM", "TBM"}, {"1.2.3", "1-2-3"}};
+    for (const auto& [keyed, chainage] : asked) {
+        start(keyed, 1, Chainage);
+        entry::leaveCell(book, desktop);
+        EXPECT_EQ(rows(), chainage);
+        EXPECT_EQ(desktop.boxes.at(0).text, "Chainage must be " + std::string(chainage) +
+                                                " format i.e. '-' is used between Km and Meter");
+        EXPECT_EQ(state(), "1,0 C, 1 box");
+    }
+    const std::tuple<int, const char*, const char*> silent[] = {
         {Chainage, "1.250-5", "1.250-5"},
         {Chainage, "01-250.5", "01-250.5"},
         {Chainage, "CP", "CP"},
         {Chainage, "cp", "cp"},
         {Chainage, "", ""},
-        {Left, ".5", "0.5"},
-        {Remark, ".x", "0.x"},
-        {InterSight, "1.25", "1.25"},
-        {InterSight, "9.99?", "9.99"},
-        {InterSight, "10?", "10?"},
-        {InterSight, "?", ""},
-        {BackSight, "1?", "1?"},
+        {Left, ",.5", ",0.5"},
+        {Remark, ",,,,,,,,,.x", ",,,,,,,,,0.x"},
+        {InterSight, ",,,,,1.25", ",,,,,1.25"},
+        {InterSight, ",,,,,9.99?", ",,,,,9.99"},
+        {InterSight, ",,,,,10?", ",,,,,10?"},
+        {InterSight, ",,,,,?", ""},
+        {BackSight, ",,,,1?", ",,,,1?"},
     };
-    const auto at = [](int col, std::string text) {
-        return text.empty() ? text : std::string(static_cast<std::size_t>(col), ',') + text;
-    };
-    for (const auto& each : cases) {
-        start(at(each.col, each.keyed), 1, each.col);
+    for (const auto& [col, keyed, left] : silent) {
+        start(keyed, 1, col);
         entry::leaveCell(book, desktop);
-        EXPECT_EQ(rows(), at(each.col, each.left));
-        const std::string box = desktop.boxes.empty() ? "" : desktop.boxes.at(0).text;
-        EXPECT_EQ(box, *each.asked == 0 ? ""
-                                        : "Chainage must be " + std::string(each.asked) +
-                                              " format i.e. '-' is used between Km and Meter");
-        EXPECT_FALSE(book.BookChanged);
+        EXPECT_EQ(rows(), left);
+        EXPECT_EQ(state(), "1," + std::to_string(col) + " C") << keyed;
     }
     start(",,,,,1e999?", 1, InterSight);
     entry::leaveCell(book, desktop);

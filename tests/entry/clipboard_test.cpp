@@ -1,5 +1,7 @@
 #include "entry_fixture.h"
 
+#include <tuple>
+
 namespace {
 
 using namespace sheet;
@@ -25,13 +27,7 @@ TEST_F(Clipboard, CopiesTheRangeFromItsSmallerCorner) {
 }
 
 TEST_F(Clipboard, PastesCellByCell) {
-    const struct {
-        const char* what;
-        int col;
-        const char* text;
-        const char* rows;
-        const char* end;
-    } cases[] = {
+    const std::tuple<const char*, int, const char*, const char*, const char*> cases[] = {
         {"the first cell is added to, the others are cleared first", 1, "5\tx", "k,old5,x,old", "1,2"},
         {"rows are added as needed", 1, "1\t2\r3\t4\r", "k,old1,2,old|,3,4|", "3,1"},
         {"the line feed of a pair stays", 1, "1\r\n2", "k,old1,,old|,\n2", "2,1"},
@@ -40,12 +36,12 @@ TEST_F(Clipboard, PastesCellByCell) {
         {"no other control character arrives", 1, "1\x01\x7f\x1b\x02", "k,old1,,old", "1,1"},
         {"characters of several bytes", 9, "m\u00fc", "k,old,,old,,,,,,m\u00fc", "1,9"},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.what);
-        start("k,old,,old", 1, each.col);
-        paste(each.text);
-        EXPECT_EQ(rows(), each.rows);
-        EXPECT_EQ(state(), std::string(each.end) + " C changed");
+    for (const auto& [what, col, text, after, end] : cases) {
+        SCOPED_TRACE(what);
+        start("k,old,,old", 1, col);
+        paste(text);
+        EXPECT_EQ(rows(), after);
+        EXPECT_EQ(state(), std::string(end) + " C changed");
     }
     desktop.clipboard.reset();
     play({"without text nothing is pasted", "k", 1, 0, {&ctrlV, 1}, "k", "1,0 C changed"});

@@ -1,5 +1,7 @@
 #include "entry_fixture.h"
 
+#include <tuple>
+
 namespace {
 
 using namespace sheet;
@@ -22,47 +24,37 @@ TEST_F(Entry, ReadingsAreReducedAsTheyAreKeyed) {
 }
 
 TEST_F(Entry, EnterByColumn) {
-    const struct {
-        int col;
-        char side;
-        const char* startingSide;
-        const char* end;
-    } cases[] = {
+    const std::tuple<int, char, const char*, const char*> cases[] = {
         {Chainage, 'L', "Left", "1,1 L"},  {Chainage, 'R', "Left", "1,3 R"}, {Chainage, 'C', "Left", "1,1 L"},
         {Chainage, 'C', "Right", "1,3 R"}, {Chainage, 'C', "left", "1,3 R"}, {Chainage, 'C', "", "1,3 R"},
         {Left, 'L', "Left", "1,5 L"},      {Center, 'C', "Left", "1,2 C"},   {Right, 'R', "Left", "1,5 R"},
         {ForeSight, 'L', "Left", "1,4 L"}, {HgtInst, 'L', "Left", "1,7 L"},  {RLevel, 'L', "Left", "1,4 L"},
         {Remark, 'L', "Left", "1,9 L"},
     };
-    for (const auto& each : cases) {
-        start("", 1, each.col);
-        book.CurrentSide = each.side;
-        book.settings.cboSide = each.startingSide;
+    for (const auto& [col, side, startingSide, end] : cases) {
+        start("", 1, col);
+        book.CurrentSide = side;
+        book.settings.cboSide = startingSide;
         type(U"\n");
-        EXPECT_EQ(state(), each.end) << each.col << each.side << each.startingSide;
+        EXPECT_EQ(state(), end) << col << side << startingSide;
     }
 }
 
 TEST_F(Entry, SuspiciousReadingsAreMarked) {
-    const struct {
-        const char* reading;
-        int col;
-        bool dumpy;
-        bool marked;
-    } cases[] = {{"1.237", InterSight, true, true},     {"1.235", InterSight, true, false},
-                 {"1.230", InterSight, true, false},    {"1.237", InterSight, false, false},
-                 {"1.2", ForeSight, true, false},       {"1.204", ForeSight, true, true},
-                 {"1.001", BackSight, true, true},      {"9", InterSight, false, false},
-                 {"9.001", InterSight, false, true},    {"12", BackSight, false, true},
-                 {"12", ForeSight, false, false},       {"1.237", RLevel, true, false},
-                 {"1.2350001", InterSight, true, false}};
-    for (const auto& each : cases) {
-        start("|", 2, each.col);
-        book.settings.chk005 = each.dumpy;
-        grid.setText(each.reading);
+    const std::tuple<const char*, int, bool, bool> cases[] = {
+        {"1.237", InterSight, true, true},     {"1.235", InterSight, true, false},
+        {"1.230", InterSight, true, false},    {"1.237", InterSight, false, false},
+        {"1.2", ForeSight, true, false},       {"1.204", ForeSight, true, true},
+        {"1.001", BackSight, true, true},      {"9", InterSight, false, false},
+        {"9.001", InterSight, false, true},    {"12", BackSight, false, true},
+        {"12", ForeSight, false, false},       {"1.237", RLevel, true, false},
+        {"1.2350001", InterSight, true, false}};
+    for (const auto& [reading, col, dumpy, marked] : cases) {
+        start("|", 2, col);
+        book.settings.chk005 = dumpy;
+        grid.setText(reading);
         type(U"\n");
-        const bool marked = grid.CellBackColor(2, each.col) == suspiciousReading;
-        EXPECT_EQ(marked, each.marked) << each.reading << " col " << each.col;
+        EXPECT_EQ(grid.CellBackColor(2, col) == suspiciousReading, marked) << reading << " col " << col;
     }
 }
 

@@ -94,13 +94,7 @@ TEST_F(EntrySettings, FileHoldsWhatWasSet) {
 }
 
 TEST_F(EntrySettings, FileIsReadUpToWhatDoesNotFit) {
-    const struct {
-        const char* file;
-        const char* incr;
-        int side;
-        std::size_t offsets;
-        bool stopped;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int, std::size_t, bool> cases[] = {
         {"0125\r\n61R05.00\r\n", "25", 0, 1, false},
         {"0125\n99x\nL02.00\nR02.00\n\n61L01.00\n61x\n61", "25", 0, 3, false},
         {"01\n021\n", "", 1, 0, false},
@@ -109,19 +103,20 @@ TEST_F(EntrySettings, FileIsReadUpToWhatDoesNotFit) {
         {"0125\n03x\n61L02.00\n", "25", 0, 0, true},
         {"0125\n06\n61L02.00\n", "25", 0, 0, true},
         {"0125\n0499999\n61L02.00\n", "25", 0, 0, true},
-        {"042\n61L02.00\n", "10", 0, 1, false}, // greyed counts as not ticked
+        {"042\n61L02.00\n", "10", 0, 1, false},
         {" 125\n", "25", 0, 0, false},
         {"\x80\xff\xfe\n61L\x80\n", "10", 0, 1, false},
     };
-    for (const auto& each : cases) {
-        folder.write("ZavroGRL.LVX", each.file);
+    for (const auto& [file, increment, side, offsets, stopped] : cases) {
+        SCOPED_TRACE(file);
+        folder.write("ZavroGRL.LVX", file);
         desktop.statuses.clear();
         sheet::Settings read;
         entry::readSettings(read, desktop);
-        EXPECT_EQ(read.cboIncr, each.incr) << each.file;
-        EXPECT_EQ(read.cboSideIndex, each.side) << each.file;
-        EXPECT_EQ(read.lstOft.size(), each.offsets) << each.file;
-        EXPECT_EQ(desktop.statuses.size(), each.stopped ? 1U : 0U) << each.file;
+        EXPECT_EQ(read.cboIncr, increment);
+        EXPECT_EQ(read.cboSideIndex, side);
+        EXPECT_EQ(read.lstOft.size(), offsets);
+        EXPECT_EQ(desktop.statuses.size(), stopped ? 1U : 0U);
         EXPECT_FALSE(read.chkFinal);
     }
     EXPECT_TRUE(desktop.boxes.empty());

@@ -80,22 +80,19 @@ TEST_F(CsvExport, WritesTextsAsTheyStand) {
 
 TEST_F(CsvExport, NamesTheFileAfterTheProject) {
     fs::create_directory(folder / "Road");
-    const struct {
-        std::string project;
-        const char* csv;
-        const char* list;
-    } cases[] = {{folder / "Site1.grl", "Site1.csv", "Site1cp.csv"},
-                 {folder / "a.b.GRL", "a.b.csv", "a.bcp.csv"},
-                 {folder / "roadgrl", "roadcsv", "roacp.csv"},
-                 {folder / "Straße é.grl", "Straße é.csv", "Straße écp.csv"},
-                 {folder / "xéßü", "xcsv", "cp.csv"},
-                 {"D:\\Road\\Site1.grl", "Road/Site1.csv", "Road/Site1cp.csv"}};
-    for (const auto& each : cases) {
-        book.setProjectPath(each.project);
+    const std::tuple<std::string, const char*, const char*> cases[] = {
+        {folder / "Site1.grl", "Site1.csv", "Site1cp.csv"},
+        {folder / "a.b.GRL", "a.b.csv", "a.bcp.csv"},
+        {folder / "roadgrl", "roadcsv", "roacp.csv"},
+        {folder / "Straße é.grl", "Straße é.csv", "Straße écp.csv"},
+        {folder / "xéßü", "xcsv", "cp.csv"},
+        {"D:\\Road\\Site1.grl", "Road/Site1.csv", "Road/Site1cp.csv"}};
+    for (const auto& [project, csv, list] : cases) {
+        book.setProjectPath(project);
         write();
-        expectCreated(folder / each.csv);
+        expectCreated(folder / csv);
         writeList();
-        expectCreated(folder / each.list);
+        expectCreated(folder / list);
     }
     EXPECT_THAT(desktop.statuses, IsEmpty());
     book.Caption = sheet::Book::untitledCaption;

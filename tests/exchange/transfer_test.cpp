@@ -80,28 +80,21 @@ TEST_F(TransferTest, TotalWidthIsHalved) {
 
 TEST_F(TransferTest, TitleLines) {
     const std::string by = " - Shri. Dorvan Kessel";
-    const struct {
-        const char *name, *subDivision, *division, *surveyor;
-        std::vector<std::string> lines;
-    } cases[] = {
-        {"Road to X", "Sub", "Div", "A. Surveyor", {"Road to X", "Sub", "Div", "$A. Surveyor", ""}},
-        {"",
-         " ",
-         "",
-         "A. Surveyor",
-         {"Type here ProjectName" + by, "Type here div." + by, "Type here SubDn" + by, "$Shri. Dorvan Kessel",
-          "-"}},
-        {" padded ", "Sub", "Div", "", {" padded ", "Sub", "Div", "$", ""}},
+    const std::array<std::string, 5> cases[] = {
+        {"Road to X", "Sub", "Div", "A. Surveyor", "Road to X|Sub|Div|$A. Surveyor|"},
+        {"", " ", "", "A. Surveyor",
+         "Type here ProjectName" + by + "|Type here div." + by + "|Type here SubDn" + by +
+             "|$Shri. Dorvan Kessel|-"},
+        {" padded ", "Sub", "Div", "", " padded |Sub|Div|$|"},
     };
-    std::string folder = roads + "/Site1";
-    for (const auto& each : cases) {
-        frame.txtName.text = each.name;
-        frame.txtSubDiv.text = each.subDivision;
-        frame.txtDiv.text = each.division;
-        frame.txtSurvey.text = each.surveyor;
+    for (const auto& [name, subDivision, division, surveyor, lines] : cases) {
+        frame.txtName.text = name;
+        frame.txtSubDiv.text = subDivision;
+        frame.txtDiv.text = division;
+        frame.txtSurvey.text = surveyor;
+        std::filesystem::remove_all(roads + "/Site1");
         ASSERT_EQ(transfer(twoSections), TransferEnd::Done);
-        EXPECT_EQ(records(folder + "/Road.mdb", "dddd", {"dddd"}), each.lines);
-        folder += "X";
+        EXPECT_EQ(joined(records(road, "dddd", {"dddd"})), lines);
     }
 }
 
@@ -204,12 +197,7 @@ TEST_F(TransferTest, RefusedRowsAreExplainedUntilTheyAreMended) {
 }
 
 TEST_F(TransferTest, WhatTheEngineRefusesNamesTheChainage) {
-    const struct {
-        const char* what;
-        const char* rows;
-        int row;
-        const char* message;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int, const char*> cases[] = {
         {"two centre readings, keyed with different numbers",
          "00-000,,0,,,,,,9|00-010,,0,,,,,,9|00-010,,2,,,,,,9|00-020,,0", 3,
          "Chainage 00-010 have some data entry Mistake CHECK IT!!!"},
@@ -218,13 +206,13 @@ TEST_F(TransferTest, WhatTheEngineRefusesNamesTheChainage) {
         {"a chainage beyond the notation", "00-000,1,,,,,,,9|33000,1,,,,,,,9", 2, "Overflow"},
         {"a centre level that is no number", "00-000,,0,,,,,,high", 1, "Data type conversion error."},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.what);
+    for (const auto& [what, rows, row, message] : cases) {
+        SCOPED_TRACE(what);
         book.MSFG.setRows(1);
-        EXPECT_EQ(transfer(each.rows), TransferEnd::Failed);
-        EXPECT_THAT(messages(), ElementsAre(each.message));
-        EXPECT_THAT(marked(), ElementsAre(each.row));
-        EXPECT_EQ(book.MSFG.Row(), each.row);
+        EXPECT_EQ(transfer(rows), TransferEnd::Failed);
+        EXPECT_THAT(messages(), ElementsAre(message));
+        EXPECT_THAT(marked(), ElementsAre(row));
+        EXPECT_EQ(book.MSFG.Row(), row);
         EXPECT_EQ(book.MSFG.Col(), 0);
         EXPECT_THAT(filesIn(roads), IsEmpty());
         expectCleanDesk();
