@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 
 namespace {
 
@@ -22,12 +23,39 @@ double luminance(QRgb colour) {
     return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
 }
 
+/// The greatest contrast of any pixel with the commonest colour.
+double contrastIn(const QImage& image) {
+    std::map<QRgb, int> count;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            ++count[image.pixel(x, y)];
+    const auto fewer = [](const auto& a, const auto& b) { return a.second < b.second; };
+    const double paper = luminance(std::max_element(count.begin(), count.end(), fewer)->first) + 0.05;
+    double most = 1;
+    for (const auto& [colour, pixels] : count) {
+        const double ink = luminance(colour) + 0.05;
+        most = std::max(most, std::max(ink, paper) / std::min(ink, paper));
+    }
+    return most;
+}
+
+/// How many dark pixels each column of the picture has.
+std::vector<int> inkOf(const QImage& image) {
+    std::vector<int> dark(std::size_t(image.width()));
+    for (int x = 0; x < image.width(); ++x)
+        for (int y = 0; y < image.height(); ++y)
+            dark[std::size_t(x)] += qGray(image.pixel(x, y)) < 160;
+    return dark;
+}
+
 class CellPainterTest : public testing::Test {
   protected:
     sheet::Book book;
     sheet::Grid& grid = book.MSFG;
     QWidget widget;
     shell::CellPainter cells{grid};
+
+    CellPainterTest() { grid.setRows(6); }
 
     /// What the cell looks like inside its frame and lines.
     QImage painted(int row, int col) {
@@ -43,7 +71,6 @@ class CellPainterTest : public testing::Test {
 };
 
 TEST_F(CellPainterTest, TextIsReadableOnEveryBackgroundInBothPalettes) {
-    grid.setRows(6);
     for (int row = 1; row < 6; ++row)
         grid.setText(row, sheet::InterSight, "88.888");
     grid.setCellBackColor(2, sheet::InterSight, sheet::dataError);
@@ -60,21 +87,7 @@ TEST_F(CellPainterTest, TextIsReadableOnEveryBackgroundInBothPalettes) {
             for (const bool selected : {false, true}) {
                 grid.moveTo(selected ? 1 : row, sheet::InterSight);
                 if (selected) grid.setSelection(5, sheet::RLevel);
-                const QImage image = painted(row, sheet::InterSight);
-                std::map<QRgb, int> count;
-                for (int y = 0; y < image.height(); ++y)
-                    for (int x = 0; x < image.width(); ++x)
-                        ++count[image.pixel(x, y)];
-                const auto paper =
-                    std::max_element(count.begin(), count.end(),
-                                     [](const auto& a, const auto& b) { return a.second < b.second; });
-                double contrast = 1;
-                for (const auto& [colour, pixels] : count) {
-                    const double a = luminance(colour) + 0.05;
-                    const double b = luminance(paper->first) + 0.05;
-                    contrast = std::max(contrast, std::max(a, b) / std::min(a, b));
-                }
-                EXPECT_GT(contrast, 4.5)
+                EXPECT_GT(contrastIn(painted(row, sheet::InterSight)), 4.5)
                     << "row " << row << " base " << base.lightness() << " selected " << selected;
             }
         }
@@ -82,49 +95,31 @@ TEST_F(CellPainterTest, TextIsReadableOnEveryBackgroundInBothPalettes) {
 }
 
 TEST_F(CellPainterTest, FiguresEndBelowEachOtherAndRemarksBeginThere) {
-    grid.setRows(5);
-    const char* texts[] = {"1.235", "101.235", "-0.5", "7"};
-    const auto edge = [&](int col, bool right) {
-        std::vector<int> edges;
-        for (int row = 1; row < 5; ++row) {
-            grid.setText(row, col, texts[row - 1]);
-            grid.moveTo(row == 1 ? 2 : 1, 0);
-            const QImage image = painted(row, col);
-            int found = right ? -1 : 1000;
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    if (qGray(image.pixel(x, y)) > 160) continue;
-                    found = right ? std::max(found, x) : std::min(found, x);
-                }
-            }
-            edges.push_back(found);
-        }
-        const auto [least, most] = std::minmax_element(edges.begin(), edges.end());
-        return std::pair(*least, *most);
-    };
-    const auto [numberLeast, numberMost] = edge(sheet::RLevel, true);
-    EXPECT_LE(numberMost - numberLeast, 2) << "the last digits stand in one column";
-    EXPECT_GT(numberLeast, 70);
-    const auto [remarkLeast, remarkMost] = edge(sheet::Remark, false);
-    EXPECT_LE(remarkMost - remarkLeast, 2);
-    EXPECT_LT(remarkMost, 8);
+    int row = 0;
+    for (const char* text : {"1.235", "101.235", "-0.5", "7"}) {
+        ++row;
+        grid.setText(row, sheet::RLevel, text);
+        grid.setText(row, sheet::Remark, text);
+        const auto isDark = [](int ink) { return ink > 0; };
+        const std::vector<int> level = inkOf(painted(row, sheet::RLevel));
+        const auto after = std::find_if(level.rbegin(), level.rend(), isDark) - level.rbegin();
+        EXPECT_NEAR(int(after), 2, 1) << text;
+        const std::vector<int> remark = inkOf(painted(row, sheet::Remark));
+        const auto before = std::find_if(remark.begin(), remark.end(), isDark) - remark.begin();
+        EXPECT_LE(int(before), 5) << text;
+    }
 }
 
 TEST_F(CellPainterTest, ALongTextShowsItsEndOnlyWhileItIsTyped) {
-    grid.setRows(3);
     grid.setText(2, sheet::Remark, "iiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiMMM");
-    grid.moveTo(1, 0);
-    const QImage resting = painted(2, sheet::Remark);
-    grid.moveTo(2, sheet::Remark);
-    const QImage typed = painted(2, sheet::Remark);
-    const auto ink = [](const QImage& image, int from, int to) {
-        int dark = 0;
-        for (int x = from; x < to; ++x)
-            for (int y = 0; y < image.height(); ++y)
-                dark += qGray(image.pixel(x, y)) < 110;
-        return dark;
+    const auto inkAtTheEnd = [this] {
+        const std::vector<int> ink = inkOf(painted(2, sheet::Remark));
+        return std::accumulate(ink.begin() + 56, ink.end(), 0);
     };
-    EXPECT_GT(ink(typed, 56, 84), ink(resting, 56, 84)) << "the wide letters at the end";
+    grid.moveTo(1, 0);
+    const int resting = inkAtTheEnd();
+    grid.moveTo(2, sheet::Remark);
+    EXPECT_GT(inkAtTheEnd(), resting) << "the wide letters at the end";
 }
 
 } // namespace

@@ -46,31 +46,36 @@ class Keys : public MainWindow {
         open();
         window->grid().setFocus();
     }
+    void clickCell(int row, int col, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mouseClick(window->grid().viewport(), Qt::LeftButton, modifiers, pointIn(row, col));
+    }
+    std::pair<int, int> farEnd() { return {book().RowSel(), book().ColSel()}; }
 };
 
 TEST_F(Keys, NavigationStaysInTheBookAndSelectsWithShift) {
     book().setRows(101);
+    const Qt::KeyboardModifiers none, shift = Qt::ShiftModifier, control = Qt::ControlModifier;
     struct Case {
         Qt::Key key;
         Qt::KeyboardModifiers modifiers;
         int row, col, rowSel, colSel;
     };
     const Case cases[] = {
-        {Qt::Key_Up, Qt::NoModifier, 1, 0, 1, 0},           {Qt::Key_Left, Qt::NoModifier, 1, 0, 1, 0},
-        {Qt::Key_Right, Qt::NoModifier, 1, 1, 1, 1},        {Qt::Key_Down, Qt::NoModifier, 2, 1, 2, 1},
-        {Qt::Key_End, Qt::NoModifier, 2, 9, 2, 9},          {Qt::Key_Right, Qt::NoModifier, 2, 9, 2, 9},
-        {Qt::Key_Home, Qt::NoModifier, 2, 0, 2, 0},         {Qt::Key_Down, Qt::ShiftModifier, 2, 0, 3, 0},
-        {Qt::Key_Right, Qt::ShiftModifier, 2, 0, 3, 1},     {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 2, 1},
-        {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 1, 1},        {Qt::Key_Up, Qt::ShiftModifier, 2, 0, 1, 1},
-        {Qt::Key_End, Qt::ControlModifier, 100, 9, 100, 9}, {Qt::Key_Down, Qt::NoModifier, 100, 9, 100, 9},
-        {Qt::Key_PageDown, Qt::NoModifier, 100, 9, 100, 9}, {Qt::Key_Home, Qt::ControlModifier, 1, 0, 1, 0},
-        {Qt::Key_PageUp, Qt::NoModifier, 1, 0, 1, 0},
+        {Qt::Key_Up, none, 1, 0, 1, 0},           {Qt::Key_Left, none, 1, 0, 1, 0},
+        {Qt::Key_Right, none, 1, 1, 1, 1},        {Qt::Key_Down, none, 2, 1, 2, 1},
+        {Qt::Key_End, none, 2, 9, 2, 9},          {Qt::Key_Right, none, 2, 9, 2, 9},
+        {Qt::Key_Home, none, 2, 0, 2, 0},         {Qt::Key_Down, shift, 2, 0, 3, 0},
+        {Qt::Key_Right, shift, 2, 0, 3, 1},       {Qt::Key_Up, shift, 2, 0, 2, 1},
+        {Qt::Key_Up, shift, 2, 0, 1, 1},          {Qt::Key_Up, shift, 2, 0, 1, 1},
+        {Qt::Key_End, control, 100, 9, 100, 9},   {Qt::Key_Down, none, 100, 9, 100, 9},
+        {Qt::Key_PageDown, none, 100, 9, 100, 9}, {Qt::Key_Home, control, 1, 0, 1, 0},
+        {Qt::Key_PageUp, none, 1, 0, 1, 0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "key " << c.key << " to " << c.row << ',' << c.col);
         press(c.key, c.modifiers);
         EXPECT_EQ(cursor(), std::pair(c.row, c.col));
-        EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(c.rowSel, c.colSel));
+        EXPECT_EQ(farEnd(), std::pair(c.rowSel, c.colSel));
         const QModelIndex current = window->grid().currentIndex();
         EXPECT_EQ(std::pair(current.row() + 1, current.column()), std::pair(c.rowSel, c.colSel))
             << "the view's";
@@ -84,7 +89,7 @@ TEST_F(Keys, TheMouseSetsCursorAndSelection) {
     book().setRows(12);
     window->grid().flush();
     QWidget* cells = window->grid().viewport();
-    QTest::mouseClick(cells, Qt::LeftButton, {}, pointIn(4, 5));
+    clickCell(4, 5);
     EXPECT_EQ(cursor(), std::pair(4, 5));
     QTest::mousePress(cells, Qt::LeftButton, {}, pointIn(7, 6));
     QMouseEvent drag(QEvent::MouseMove, pointIn(3, 4), cells->mapToGlobal(pointIn(3, 4)), Qt::NoButton,
@@ -92,10 +97,10 @@ TEST_F(Keys, TheMouseSetsCursorAndSelection) {
     QApplication::sendEvent(cells, &drag);
     QTest::mouseRelease(cells, Qt::LeftButton, {}, pointIn(3, 4));
     EXPECT_EQ(cursor(), std::pair(7, 6)) << "the anchor stays and is typed into";
-    EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(3, 4));
-    QTest::mouseClick(cells, Qt::LeftButton, Qt::ShiftModifier, pointIn(9, 8));
+    EXPECT_EQ(farEnd(), std::pair(3, 4));
+    clickCell(9, 8, Qt::ShiftModifier);
     EXPECT_EQ(cursor(), std::pair(7, 6));
-    EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(9, 8));
+    EXPECT_EQ(farEnd(), std::pair(9, 8));
     QTest::mouseClick(cells, Qt::LeftButton, {}, QPoint(20, cells->height() - 3));
     EXPECT_EQ(cursor(), std::pair(7, 6)) << "below the last row there is nothing";
 }
@@ -112,17 +117,10 @@ TEST_F(Keys, LeavingACellChecksItOnceAndOnlyWhenTheCursorMoves) {
         {"arrow at the edge", [this] { press(Qt::Key_Left); }, false},
         {"selecting", [this] { press(Qt::Key_Down, Qt::ShiftModifier); }, false},
         {"End", [this] { press(Qt::Key_End); }, true},
-        {"a click elsewhere",
-         [this] { QTest::mouseClick(window->grid().viewport(), Qt::LeftButton, {}, pointIn(3, 7)); }, true},
-        {"a click on the cell itself",
-         [this] { QTest::mouseClick(window->grid().viewport(), Qt::LeftButton, {}, pointIn(2, 0)); }, false},
+        {"a click elsewhere", [&] { clickCell(3, 7); }, true},
+        {"a click on the cell itself", [&] { clickCell(2, 0); }, false},
         {"Cal", [this] { click("cmdCal"); }, true},
-        {"the settings",
-         [this] {
-             click("cmdList");
-             click("cmdOK");
-         },
-         false},
+        {"the settings", [this] { click("cmdList"), click("cmdOK"); }, false},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -144,40 +142,17 @@ TEST_F(Keys, EditingKeysAreNoCharacters) {
     EXPECT_EQ(cell(1, 9), "bridge/2");
     press(Qt::Key_Delete);
     EXPECT_EQ(cell(1, 9), "");
+    const int width = window->grid().columnWidth(sheet::RLevel);
+    const int height = window->grid().rowHeight(0);
     for (const double points : {9.75, 12.0, 8.25}) {
         press(Qt::Key_F12);
-        EXPECT_EQ(book().FontSize(), points);
         EXPECT_EQ(window->grid().font().pointSizeF(), points);
+        EXPECT_EQ(window->grid().columnWidth(sheet::RLevel) > width * 5 / 4, points == 12.0);
+        EXPECT_EQ(window->grid().rowHeight(0) > height, points > 9);
     }
     QTest::keyClick(&window->grid(), Qt::Key_Tab);
     EXPECT_FALSE(window->grid().hasFocus()) << "Tab goes on to the buttons";
     EXPECT_EQ(cursor(), std::pair(1, 9));
-}
-
-TEST_F(Keys, AFontStepWidensTheColumnsAndTheRows) {
-    const int width = window->grid().columnWidth(sheet::RLevel);
-    const int height = window->grid().rowHeight(0);
-    press(Qt::Key_F12);
-    press(Qt::Key_F12);
-    EXPECT_GT(window->grid().columnWidth(sheet::RLevel), width * 5 / 4);
-    EXPECT_GT(window->grid().rowHeight(0), height);
-}
-
-TEST_F(Keys, ASectionIsKeyedByTheKeyboardAlone) {
-    moveTo(1, 8);
-    type("100\r1.525\r1.105\rl2.5\r1.31\rr3\r1.22\r");
-    click("cmdCal");
-    const std::vector<std::vector<std::string>> expected{
-        {"", "", "", "", "1.525", "", "", "101.525", "100", ""},
-        {"00-000", "", "0", "", "", "1.105", "", "", "100.420", ""},
-        {"00-000", "2.5", "", "", "", "1.31", "", "", "100.215", ""},
-        {"00-000", "", "", "3", "", "1.22", "", "", "100.305", ""},
-    };
-    for (std::size_t row = 0; row < expected.size(); ++row) {
-        for (std::size_t col = 0; col < 10; ++col)
-            EXPECT_EQ(cell(int(row) + 1, int(col)), expected[row][col])
-                << "row " << row + 1 << " column " << col;
-    }
 }
 
 // Keys in any order, boxes answered or backed out of: the window keeps what it shows and what the book is in
@@ -224,8 +199,7 @@ TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
         }
         ASSERT_EQ(model.rowCount(), book().Rows() - 1);
         const QModelIndex current = window->grid().currentIndex();
-        ASSERT_EQ(std::pair(current.row() + 1, current.column()),
-                  std::pair(book().RowSel(), book().ColSel()));
+        ASSERT_EQ(std::pair(current.row() + 1, current.column()), farEnd());
         ASSERT_EQ(shell::toUtf8(model.index(book().Row() - 1, book().Col()).data().toString()),
                   book().Text());
     }

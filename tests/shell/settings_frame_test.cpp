@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
 
@@ -13,7 +12,6 @@ class Settings : public MainWindow {
     sheet::Settings& settings() { return window->book().settings; }
     QListWidget& list() { return control<QListWidget>("lstOft"); }
     void tick(const char* name, bool on = true) { control<QCheckBox>(name).setChecked(on); }
-    bool shown(const char* name) { return control<QWidget>(name).isVisible(); }
     void add(const char* distance, const char* side) {
         control<QRadioButton>(side).setChecked(true);
         control<QLineEdit>("txtOft").setText(QLatin1String(distance));
@@ -26,40 +24,24 @@ TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
     click("cmdList");
     EXPECT_TRUE(shown("ff"));
     EXPECT_FALSE(window->grid().isEnabled());
-    EXPECT_EQ(control<QComboBox>("cboIncr").count(), 7);
-
     control<QComboBox>("cboIncr").setEditText(QStringLiteral("12.5"));
-    EXPECT_EQ(settings().cboIncr, "12.5");
     struct Side {
         const char* typed;
         int index;
         bool left;
     };
-    for (const Side& side : {Side{"Right", 1, false}, Side{"right", -1, false}, Side{"L", -1, true},
-                             Side{"Left", 0, true}, Side{"", -1, false}}) {
+    for (const Side& side : {Side{"right", -1, false}, Side{"L", -1, true}, Side{"Left", 0, true},
+                             Side{"", -1, false}, Side{"Right", 1, false}}) {
         control<QComboBox>("cboSide").setEditText(QLatin1String(side.typed));
         EXPECT_EQ(settings().cboSide, side.typed);
         EXPECT_EQ(settings().cboSideIndex, side.index) << side.typed;
         EXPECT_EQ(settings().startsLeft(), side.left) << side.typed;
     }
-    control<QComboBox>("cboSide").setCurrentIndex(1);
-    EXPECT_EQ(settings().cboSide, "Right");
-
-    const std::pair<const char*, bool sheet::Settings::*> checks[] = {
-        {"chkAuto", &sheet::Settings::chkAuto},
-        {"chkOft", &sheet::Settings::chkOft},
-        {"chkFinal", &sheet::Settings::chkFinal},
-        {"chk005", &sheet::Settings::chk005},
-        {"chkAdd", &sheet::Settings::chkAdd}};
-    for (const auto& [name, member] : checks) {
-        EXPECT_FALSE(settings().*member) << name;
+    for (const char* name : {"chkAuto", "chkOft", "chkFinal", "chk005", "chkAdd"})
         tick(name);
-        EXPECT_TRUE(settings().*member) << name;
-    }
     control<QLineEdit>("txtAdd").setText(QStringLiteral("0.1"));
     click("cmdOK");
     EXPECT_FALSE(shown("ff"));
-    EXPECT_TRUE(window->grid().isEnabled());
     EXPECT_TRUE(window->grid().hasFocus());
     EXPECT_EQ(folder.read("ZavroGRL.LVX"), "0112.5\r\n021\r\n031\r\n041\r\n051\r\n510.1\r\n061\r\n");
 }
@@ -67,13 +49,12 @@ TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
 TEST_F(Settings, ControlsComeAndGoWithTheirCheckBox) {
     open();
     click("cmdList");
-    const char* offsets[] = {"lstOft", "cmdAdd", "optLeft", "optRight", "optBoth", "lblOft", "txtOft"};
     for (const bool on : {false, true, false}) {
         tick("chkOft", on);
         tick("chkAdd", on);
-        for (const char* name : offsets)
+        for (const char* name :
+             {"lstOft", "cmdAdd", "optLeft", "optRight", "optBoth", "lblOft", "txtOft", "txtAdd"})
             EXPECT_EQ(shown(name), on) << name;
-        EXPECT_EQ(shown("txtAdd"), on);
     }
 }
 
@@ -86,51 +67,32 @@ TEST_F(Settings, OffsetsAreAddedInOrderAndDeletedByKey) {
     add("1", "optLeft");
     EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "L02.50", "R02.50", "R10.00"}));
     EXPECT_EQ(list().count(), 4);
-    EXPECT_TRUE(control<QLineEdit>("txtOft").text().isEmpty());
     EXPECT_TRUE(control<QLineEdit>("txtOft").hasFocus());
-
-    std::vector<std::string> said;
-    Answers ok([&](QWidget& box) {
-        said.push_back(shell::toUtf8(box.property("text").toString()));
-        QTest::keyClick(&box, Qt::Key_Return);
-    });
-    add("none", "optLeft");
-    list().setCurrentRow(-1);
-    QTest::keyClick(&list(), Qt::Key_Delete);
-    EXPECT_EQ(said,
-              (std::vector<std::string>{"Enter Offset Distance 1st...", "Select Reading from list 1st..."}));
+    EXPECT_THAT(answering({"OK", "OK"},
+                          [this] {
+                              add("none", "optLeft");
+                              list().setCurrentRow(-1);
+                              QTest::keyClick(&list(), Qt::Key_Delete);
+                          }),
+                ElementsAre("Enter Offset Distance 1st...", "Select Reading from list 1st..."));
     list().setCurrentRow(1);
     QTest::keyClick(&list(), Qt::Key_Delete);
     EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "R02.50", "R10.00"}));
-
     click("cmdOK");
     EXPECT_EQ(window->book().LeftOffsets[0], 1.0F);
     EXPECT_EQ(window->book().RightOffsets[2], 10.0F);
 }
 
-TEST_F(Settings, TooManyOffsetsKeepTheFrameOpen) {
-    open();
-    for (int k = 0; k < 201; ++k)
-        settings().lstOft.push_back("L0" + std::to_string(k % 9 + 1) + ".00");
-    click("cmdList");
-    std::string said;
-    Answers ok([&](QWidget& box) {
-        said = shell::toUtf8(box.property("text").toString());
-        QTest::keyClick(&box, Qt::Key_Return);
-    });
-    click("cmdOK");
-    EXPECT_EQ(said, "Subscript out of range");
-    EXPECT_TRUE(shown("ff"));
-    EXPECT_FALSE(window->grid().isEnabled());
-}
-
-TEST_F(Settings, AFileThatCannotBeWrittenIsShownAndTheFrameCloses) {
+TEST_F(Settings, TooManyOffsetsKeepTheFrameOpenAndAFileThatCannotBeWrittenDoesNot) {
     open();
     std::filesystem::create_directory(folder / "ZavroGRL.LVX");
+    settings().lstOft.assign(201, "L01.00");
     click("cmdList");
-    Answers ok([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); });
-    click("cmdOK");
-    EXPECT_EQ(ok.count, 1);
+    EXPECT_THAT(answering({"OK"}, [this] { click("cmdOK"); }), ElementsAre("Subscript out of range"));
+    EXPECT_TRUE(shown("ff"));
+    EXPECT_FALSE(window->grid().isEnabled());
+    settings().lstOft.clear();
+    answering({"OK"}, [this] { click("cmdOK"); });
     EXPECT_FALSE(shown("ff"));
     EXPECT_TRUE(window->grid().isEnabled());
 }
@@ -141,19 +103,16 @@ TEST_F(Settings, AreReadFromTheFileAtTheStart) {
     open();
     EXPECT_EQ(control<QComboBox>("cboIncr").currentText(), QStringLiteral("25"));
     EXPECT_EQ(control<QComboBox>("cboSide").currentText(), QStringLiteral("Right"));
-    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked());
-    EXPECT_TRUE(control<QCheckBox>("chkFinal").isChecked());
+    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked() && control<QCheckBox>("chkFinal").isChecked());
     EXPECT_FALSE(control<QCheckBox>("chkAdd").isChecked());
     ASSERT_EQ(list().count(), 3);
     EXPECT_EQ(list().item(2)->text(), QStringLiteral("L01.00")) << "in file order";
-    click("cmdList");
-    EXPECT_TRUE(shown("txtOft"));
     EXPECT_EQ(window->book().LeftOffsets[0], 0.0F) << "the arrays wait for OK";
 }
 
 TEST_F(Settings, NoTextIsCutAtAnyFontSize) {
     const QFont standard = QApplication::font();
-    for (const double points : {8.0, 9.0, 12.0, 16.0, 20.0}) {
+    for (const double points : {8.0, 12.0, 20.0}) {
         SCOPED_TRACE(points);
         QFont larger = standard;
         larger.setPointSizeF(points);
