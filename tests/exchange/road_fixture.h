@@ -5,6 +5,7 @@
 #include "exchange/transfer.h"
 #include "sheet/book.h"
 #include "tools/road_tables.h"
+#include "tools/start_routine.h"
 
 #include "field_book.h"
 #include "scripted_desktop.h"
@@ -30,7 +31,7 @@ class RoadTest : public testing::Test {
         fs::copy_file(desktop.folder + "/grl.mdb", home / "Site1.grl");
         book.setProjectPath(home / "Site1.grl");
         book.DefaultFolder = roads;
-        mdlTools::InitLSectFieldTable();
+        mdlTools::Main([] { EXPECT_EQ(mdlTools::LSectFieldName(47), "RExCrW"); });
         frame.Dsb(); // as the Export button leaves it
     }
 

@@ -38,16 +38,16 @@ class SchemaTest : public RoadTest {
     }
     /// "Name Text(25)" of each field of LSect.
     static std::vector<std::string> fieldsOf(const std::string& path) {
-        dao::Database database = dao::OpenDatabase(path, exchange::roadConnect);
-        dao::Recordset lSect = database.OpenRecordset("LSect");
-        const std::map<dao::DataType, std::string> types{{dao::DataType::Single, "N"},
-                                                         {dao::DataType::Byte, "B"},
-                                                         {dao::DataType::Text, "T"},
-                                                         {dao::DataType::Boolean, "Y"}};
+        jet::Database database = jet::Database::open(path, "TarnVel");
         std::vector<std::string> fields;
-        for (int i = 0; i < lSect.FieldCount(); ++i) {
-            const dao::Field field = lSect.Fields(i);
-            fields.push_back(field.Name() + " " + types.at(field.Type()) + std::to_string(field.Size()));
+        for (const jet::TableDesign& table : jet::schemaOf(database).tables)
+            if (table.name == "LSect") fields = splitAt(jet::schemaText({{}, {table}}), '\n');
+        std::erase_if(fields, [](const std::string& line) {
+            return !line.starts_with(' ') || line.find("primary key") != std::string::npos;
+        });
+        for (std::string& field : fields) {
+            field.erase(0, 4);
+            field.erase(field.find(' '), field.rfind(' ') - field.find(' '));
         }
         return fields;
     }
@@ -59,11 +59,12 @@ class SchemaTest : public RoadTest {
 };
 
 TEST_F(SchemaTest, TheFieldTableIsThatOfTheShippedTemplate) {
-    const std::map<std::string, std::string> sizes{{"N", "N4"},    {"B", "B1"},   {"T25", "T25"},
-                                                   {"T50", "T50"}, {"T01", "T1"}, {"Y", "Y1"}};
+    const std::map<std::string, std::string> types{{"N", "Single"},     {"B", "Byte"},
+                                                   {"T25", "Text(25)"}, {"T50", "Text(50)"},
+                                                   {"T01", "Text(1)"},  {"Y", "YesNo"}};
     std::vector<std::string> table;
     for (int i = 1; i <= mdlTools::lSectFieldCount; ++i)
-        table.push_back(mdlTools::LSectFieldName(i) + " " + sizes.at(mdlTools::LSectFieldType(i)));
+        table.push_back(mdlTools::LSectFieldName(i) + " " + types.at(mdlTools::LSectFieldType(i)));
     EXPECT_EQ(fieldsOf(blank), table);
     for (const int outside : {-1, 48}) {
         EXPECT_EQ(errorOf([&] { (void)mdlTools::LSectFieldName(outside); }), basic::SubscriptOutOfRange);
@@ -83,15 +84,16 @@ TEST_F(SchemaTest, MissingFieldsAreAddedInTheirOrder) {
     ASSERT_EQ(transfer(section), TransferEnd::Done);
     const std::vector<std::string> fields = fieldsOf(road);
     ASSERT_EQ(fields.size(), 47U);
-    EXPECT_THAT(std::vector<std::string>(fields.end() - 5, fields.end()),
-                ElementsAre("SElev T1", "RFA T50", "Rem1 T25", "LExCrW N4", "RExCrW N4"));
-    EXPECT_THAT(fields, Contains("tkper B1"));
+    EXPECT_THAT(
+        std::vector<std::string>(fields.end() - 5, fields.end()),
+        ElementsAre("SElev Text(1)", "RFA Text(50)", "Rem1 Text(25)", "LExCrW Single", "RExCrW Single"));
+    EXPECT_THAT(fields, Contains("tkper Byte"));
     EXPECT_EQ(joined(cross(road)), sectionRecords);
     EXPECT_THAT(records(road, "LSect", {"Chn", "TKPer", "LExCrW"}), ElementsAre("00-000,1,-"));
     EXPECT_EQ(fieldsOf(blank).size(), 42U) << "the template itself stays as it is";
     makeTemplate({{"    LCOft ", ""}, {"    TKPer ", ""}});
     ASSERT_EQ(transfer(section), TransferEnd::Done);
-    EXPECT_EQ(fieldsOf(roads + "/Site1X/Road.mdb").back(), "TKPer B1");
+    EXPECT_EQ(fieldsOf(roads + "/Site1X/Road.mdb").back(), "TKPer Byte");
 }
 
 TEST_F(SchemaTest, AMissingFlagIsTheEnginesSyntaxError) {

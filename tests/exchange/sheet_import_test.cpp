@@ -46,27 +46,23 @@ TEST_F(SheetImport, StopsAtTheFirstEmptyRow) {
     EXPECT_EQ(shownRows(book.MSFG), "00-010||") << "the empty row that was read, the row added after it";
     import({Row{}, Row { "00-020" }});
     EXPECT_EQ(shownRows(book.MSFG), "|");
+    EXPECT_FALSE(book.BookChanged);
 }
 
 TEST_F(SheetImport, ReplacesTheBookAndLeavesTheLevelsToCal) {
     book.CurrentHI = 101.5F;
+    book.BookChanged = true;
     import({Row{"00-010", "", "0", "", "", "1.5"}, Row { "00-020" }});
     EXPECT_TRUE(book.MSFG.CellBackColor(1, sheet::Chainage).isNone());
     EXPECT_EQ(shownRows(book.MSFG), "00-010,,0,,,1.5|00-020||");
     EXPECT_EQ(book.MSFG.Row(), 3);
     EXPECT_EQ(book.MSFG.Col(), static_cast<int>(sheet::Remark));
     EXPECT_EQ(book.CurrentHI, 101.5F);
-    EXPECT_FALSE(book.BookChanged);
+    EXPECT_FALSE(std::filesystem::is_empty(folder.path())) << "the unsaved book is set aside";
     EXPECT_TRUE(book.MSFG.Visible());
     EXPECT_FALSE(desktop.progressShown);
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(desktop.statuses.back(), "2 rows imported; Cal reduces the levels");
-}
-
-TEST_F(SheetImport, SetsAnUnsavedBookAside) {
-    book.BookChanged = true;
-    import({Row { "00-010" }});
-    EXPECT_FALSE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(SheetImport, KeepsTheBookWhateverGoesWrong) {

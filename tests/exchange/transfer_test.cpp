@@ -112,12 +112,8 @@ TEST_F(TransferTest, EachFurtherTransferTakesAnXMore) {
 }
 
 TEST_F(TransferTest, RowsBecomeRecords) {
-    const struct {
-        const char* what;
-        const char* rows;
-        const char* records;
-        std::vector<int> marked = {}; // the rows for which the book is refused
-    } cases[] = {
+    // What was keyed, the rows, and the records or the rows that are refused.
+    const std::array<std::string, 3> cases[] = {
         {"chainages without a hyphen become kilometres and metres", "120,1,,,,,,,9.5|1250.5,,0,,,,,,8",
          "00-120,L,1,9.5,-,GG|01-250.5,C,0,8,8,GG"},
         {"bench marks, change points and rows without a chainage stay out, also between readings of one "
@@ -126,44 +122,40 @@ TEST_F(TransferTest, RowsBecomeRecords) {
          "00-000,L,1,9.5,-,GG|00-000,C,0,9,9,GG"},
         {"a bench mark in the chainage column reads as the start of the road", "TBM,1,,,,,,,9.5",
          "00-000,L,1,9.5,-,GG"},
-        {"letters before a chainage are dropped for the road",
-         "CH 00-010,1,,,,,,,9.5|00-010,1,,,,,,,9.5",
-         "",
-         {2}},
-        {"the last offset of a row wins for the side", "00-000,1,0,2,,,,,9.5|00-000,,,2,,,,,9.5", "", {2}},
+        {"letters before a chainage are dropped for the road", "CH 00-010,1,,,,,,,9.5|00-010,1,,,,,,,9.5",
+         "refused { 2 }"},
+        {"the last offset of a row wins for the side", "00-000,1,0,2,,,,,9.5|00-000,,,2,,,,,9.5",
+         "refused { 2 }"},
         {"a reading keyed twice, one without a level",
-         "00-000,1,,,,,,,9.5|00-000,1.0,,,,,,,9.6|00-000,2|00-000,3,,,,,,,1",
-         "",
-         {2, 3}},
-        {"a row without an offset stands for the point above",
-         "00-000,1,,,,,,,9.5|00-000,,,,,,,,9.5",
-         "",
-         {2}},
-        {"the spare row at the end counts", "00-000,1,,,,,,,9.5|00-010,,0", "", {2}},
+         "00-000,1,,,,,,,9.5|00-000,1.0,,,,,,,9.6|00-000,2|00-000,3,,,,,,,1", "refused { 2, 3 }"},
+        {"a row without an offset stands for the point above", "00-000,1,,,,,,,9.5|00-000,,,,,,,,9.5",
+         "refused { 2 }"},
+        {"the spare row at the end counts", "00-000,1,,,,,,,9.5|00-010,,0", "refused { 2 }"},
         {"a level that is no number counts as 0 for a side point", "00-000,1,,,,,,,high",
          "00-000,L,1,0,-,GG"},
         {"a keyed minus zero is zero", "00-000,-0,,,,,,,1", "00-000,L,0,1,-,GG"},
-        {"and repeats one", "00-000,0,,,,,,,1|00-000,-0,,,,,,,1", "", {2}},
+        {"and repeats one", "00-000,0,,,,,,,1|00-000,-0,,,,,,,1", "refused { 2 }"},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.what);
+    for (const auto& [what, rows, expected] : cases) {
+        SCOPED_TRACE(what);
         std::filesystem::remove_all(roads + "/Site1");
         frame.Dsb();
-        const TransferEnd end = transfer(each.rows);
-        EXPECT_EQ(marked(), each.marked);
+        const TransferEnd end = transfer(rows);
         expectCleanDesk();
-        if (each.marked.empty()) {
+        const std::string refused = testing::PrintToString(marked());
+        if (!expected.starts_with("refused")) {
             EXPECT_EQ(end, TransferEnd::Done);
-            EXPECT_EQ(joined(cross(road)), each.records);
-        } else {
-            EXPECT_EQ(end, TransferEnd::Refused);
-            EXPECT_THAT(messages(),
-                        ElementsAre("There are " + std::to_string(each.marked.size()) +
-                                    " Errors in your dataentry Please ckeck & then transfer it..."));
-            EXPECT_THAT(filesIn(roads), IsEmpty());
-            EXPECT_EQ(book.MSFG.Row(), each.marked.back());
-            EXPECT_EQ(book.MSFG.Col(), 0);
+            EXPECT_EQ(joined(cross(road)), expected);
+            EXPECT_EQ(refused, "{}");
+            continue;
         }
+        EXPECT_EQ(end, TransferEnd::Refused);
+        EXPECT_EQ("refused " + refused, expected);
+        EXPECT_THAT(messages(), ElementsAre("There are " + std::to_string(marked().size()) +
+                                            " Errors in your dataentry Please ckeck & then transfer it..."));
+        EXPECT_THAT(filesIn(roads), IsEmpty());
+        EXPECT_EQ(book.MSFG.Row(), marked().back());
+        EXPECT_EQ(book.MSFG.Col(), 0);
     }
 }
 

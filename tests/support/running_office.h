@@ -1,13 +1,12 @@
 #pragma once
 
+#include "command_output.h"
+
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
@@ -46,16 +45,20 @@ class RunningOffice {
     /// A copy of a document in another format ("xlsx"); before start().
     std::string convert(const std::string& document, const std::string& format) const {
         // Fields separated by commas, quoted by ", UTF-8; texts that look like dates stay texts.
-        const pid_t process =
-            run({"--infilter=CSV:44,34,76,1", "--convert-to", format, "--outdir", m_folder, document});
         int status = 0;
-        waitpid(process, &status, 0);
-        return std::filesystem::path(path(std::filesystem::path(document).filename()))
-            .replace_extension(format);
+        waitpid(run("--infilter=CSV:44,34,76,1 --convert-to " + format + " --outdir " + m_folder + " " +
+                    document),
+                &status, 0);
+        return std::filesystem::path(document).replace_extension(format);
     }
 
     /// Starts it on `documents`, or without any.
-    void start(const std::vector<std::string>& documents = {}) { m_process = run(documents); }
+    void start(const std::vector<std::string>& documents = {}) {
+        std::string arguments;
+        for (const std::string& document : documents)
+            arguments += " " + document;
+        m_process = run(arguments);
+    }
 
     /// Waits until a document is loaded.
     bool waitFor(const std::string& document) const {
@@ -99,53 +102,27 @@ class RunningOffice {
     }
 
   private:
-    [[nodiscard]] pid_t run(const std::vector<std::string>& arguments) const {
-        std::vector<std::string> words{
-            "/usr/bin/soffice", "-env:UserInstallation=file://" + m_folder + "/profile",
-            "--headless",       "--norestore",
-            "--nologo",         "--nolockcheck"};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<std::string> variables{"HOME=" + m_folder, "PATH=/usr/bin:/bin", "LANG=C.UTF-8"};
-        posix_spawn_file_actions_t files{};
-        posix_spawn_file_actions_init(&files);
-        for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_RDWR, 0);
-        posix_spawnattr_t attributes{};
-        posix_spawnattr_init(&attributes);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-        pid_t process = 0;
-        const int failed = posix_spawn(&process, words[0].c_str(), &files, &attributes,
-                                       pointers(words).data(), pointers(variables).data());
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&files);
-        if (failed != 0) throw std::runtime_error("soffice cannot be started");
+    /// In a process group of its own.
+    [[nodiscard]] pid_t run(const std::string& arguments) const {
+        const std::string command = "exec env -i PATH=/usr/bin:/bin LANG=C.UTF-8 HOME=" + m_folder +
+                                    " soffice -env:UserInstallation=file://" + m_folder +
+                                    "/profile --headless --norestore --nologo --nolockcheck " + arguments +
+                                    " </dev/null >/dev/null 2>&1";
+        const pid_t process = fork();
+        if (process == 0) {
+            setpgid(0, 0);
+            execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+            _exit(127);
+        }
+        setpgid(process, process);
         return process;
-    }
-
-    static std::vector<char*> pointers(std::vector<std::string>& texts) {
-        std::vector<char*> result;
-        result.reserve(texts.size() + 1);
-        for (std::string& text : texts)
-            result.push_back(text.data());
-        result.push_back(nullptr);
-        return result;
-    }
-
-    static std::string outputOf(const std::string& command) {
-        std::string output;
-        FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return output;
-        for (int c = fgetc(pipe); c != EOF; c = fgetc(pipe))
-            output += static_cast<char>(c);
-        pclose(pipe);
-        return output;
     }
 
     /// The socket is named after the MD5 sum of the profile's address in UTF-16, each byte without leading
     /// zero.
     static std::string socketOf(const std::string& profile) {
         const std::string sum =
-            outputOf("printf '" + profile + "' | iconv -t UTF-16LE | md5sum | cut -c1-32");
+            outputOf("printf '" + profile + "' | iconv -t UTF-16LE | md5sum | cut -c1-32").value_or("");
         std::string name;
         for (std::size_t i = 0; i + 1 < sum.size() && i < 32; i += 2)
             name += sum[i] == '0' ? sum.substr(i + 1, 1) : sum.substr(i, 2);
@@ -154,7 +131,7 @@ class RunningOffice {
 
     /// Named after the process of the group that is LibreOffice proper.
     [[nodiscard]] std::string pipe() const {
-        std::string process = outputOf("pgrep -g " + std::to_string(m_process) + " soffice.bin");
+        std::string process = outputOf("pgrep -g " + std::to_string(m_process) + " soffice.bin").value_or("");
         while (!process.empty() && process.back() == '\n')
             process.pop_back();
         return "/tmp/OSL_PIPE_" + std::to_string(geteuid()) + "_zavrogrl_" + process;
