@@ -141,7 +141,8 @@ find_in 'Password...' "password text | Enter New Passward:" "password text | ReE
 shut 'Password...'
 menu alt+h h
 wait_for Help
-find_in Help "push button | OK" | grep -m 1 'Help text'
+find_in Help "push button | OK" >/dev/null
+grep 'Help text' "$world/reading"
 shut Help
 menu alt+h a
 wait_for 'About ZavroGrl'

@@ -53,8 +53,9 @@ open_screen() {
     export HOME=$world XDG_DATA_HOME=$world/data XDG_RUNTIME_DIR=$world/run
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM DBUS_SESSION_BUS_ADDRESS
     mkdir -m 700 "$world/run"
-    # -displayfd finds a free display, so that several tests may run at once.
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$world/display" 2>/dev/null &
+    # -displayfd finds a free display, so that several tests may run at once; -r keeps a key that a busy machine holds
+    # for long from being repeated.
+    Xvfb -r -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$world/display" 2>/dev/null &
     started+=($!)
     until_true "a screen" test -s "$world/display"
     DISPLAY=:$(cat "$world/display")
