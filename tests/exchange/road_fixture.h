@@ -45,31 +45,24 @@ class RoadTest : public testing::Test {
         return exchange::transfer(book, desktop, frame);
     }
 
-    /// The records of a table of a road database in their order: the named fields of each, divided by commas.
-    static std::vector<std::string> records(const std::string& path, std::string_view table,
-                                            std::initializer_list<const char*> fields) {
+    /// The records of a table of a road database in their order, divided by "|", and the named fields of each
+    /// by commas.
+    static std::string records(const std::string& path, std::string_view table,
+                               std::initializer_list<const char*> fields) {
         dao::Database database = dao::OpenDatabase(path, exchange::roadConnect);
-        std::vector<std::string> result;
+        std::string result;
         for (dao::Recordset rows = database.OpenRecordset(table); !rows.EOF_(); rows.MoveNext()) {
-            std::string line;
+            if (!result.empty()) result += '|';
             for (const char* field : fields) {
                 const dao::Value value = rows.Fields(field).value();
-                line += (line.empty() ? "" : ",") + (dao::isNull(value) ? "-" : dao::toText(value));
+                result +=
+                    (field == *fields.begin() ? "" : ",") + (dao::isNull(value) ? "-" : dao::toText(value));
             }
-            result.push_back(line);
         }
         return result;
     }
-
-    static std::vector<std::string> cross(const std::string& path) {
+    static std::string cross(const std::string& path) {
         return records(path, "CSect", {"Chn", "Side", "Oft", "Grl", "Frl", "Rmk"});
-    }
-
-    static std::string joined(const std::vector<std::string>& parts) {
-        std::string all;
-        for (const std::string& part : parts)
-            all += (all.empty() ? "" : "|") + part;
-        return all;
     }
 
     /// The files below `folder`, sorted, paths from there.

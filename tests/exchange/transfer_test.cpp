@@ -21,12 +21,10 @@ TEST_F(TransferTest, MakesTheRoadFolder) {
     EXPECT_THAT(messages(), ElementsAre(folder + " Folder is Created"));
     EXPECT_THAT(filesIn(roads),
                 ElementsAre("Site1/LRod.dwg", "Site1/Road.dwg", "Site1/Road.mdb", "Site1/Site1.grl"));
-    EXPECT_THAT(cross(road), ElementsAre("00-000,L,3.15,11.366,-,GG", "00-000,C,0,11.35,11.35,GG",
-                                         "00-000,R,3.15,11.514,-,GG", "00-010,L,3.15,11.526,-,GG",
-                                         "00-010,C,0,11.464,11.464,GG", "00-010,R,3.15,11.406,-,GG"));
-    EXPECT_THAT(records(road, "LSect", {"Chn", "Grl", "Frl"}),
-                ElementsAre("00-000,11.35,11.35", "00-010,11.464,11.464"));
-    EXPECT_THAT(records(road, "Plan", {"Chn"}), IsEmpty());
+    EXPECT_EQ(cross(road), "00-000,L,3.15,11.366,-,GG|00-000,C,0,11.35,11.35,GG|00-000,R,3.15,11.514,-,GG|00-"
+                           "010,L,3.15,11.526,-,GG|00-010,C,0,11.464,11.464,GG|00-010,R,3.15,11.406,-,GG");
+    EXPECT_EQ(records(road, "LSect", {"Chn", "Grl", "Frl"}), "00-000,11.35,11.35|00-010,11.464,11.464");
+    EXPECT_EQ(records(road, "Plan", {"Chn"}), "");
     expectCleanDesk();
     EXPECT_EQ(desktop.progress.back(), 100);
     EXPECT_TRUE(std::filesystem::is_directory(home / "Road")) << "the usual folder is made, whatever is set";
@@ -46,9 +44,8 @@ TEST_F(TransferTest, WritesTheGeometryOfTheFrame) {
                         "LCamW",  "RCamW", "SElev", "LCOft", "RFA",  "Rem",  "RExCrW"});
     };
     ASSERT_EQ(transfer("00-000,,0,,,,,,11.350"), TransferEnd::Done);
-    EXPECT_THAT(
-        geometry(),
-        ElementsAre("3.75,3.75,0.09,1,2,0.5,0.5,0.5,0.5,0,0,0.5,0.5,True,True,3,5,1,1.875,1.875,-,-,-,-,-"));
+    EXPECT_EQ(geometry(),
+              "3.75,3.75,0.09,1,2,0.5,0.5,0.5,0.5,0,0,0.5,0.5,True,True,3,5,1,1.875,1.875,-,-,-,-,-");
     frame.optWLR_Click();
     frame.txtLW.text = "3.5m";
     frame.txtRW.text = "4.25";
@@ -62,10 +59,8 @@ TEST_F(TransferTest, WritesTheGeometryOfTheFrame) {
     frame.txtWDrn.text = "0.45";
     road = roads + "/Site1X/Road.mdb";
     ASSERT_EQ(transfer(), TransferEnd::Done);
-    EXPECT_THAT(
-        geometry(),
-        ElementsAre(
-            "3.5,4.25,0.09,0.25,2.5,0.75,0.75,0.45,0.45,0,0,0.6,0.6,True,True,3,5,1,2.75,2.75,-,-,-,-,-"));
+    EXPECT_EQ(geometry(),
+              "3.5,4.25,0.09,0.25,2.5,0.75,0.75,0.45,0.45,0,0,0.6,0.6,True,True,3,5,1,2.75,2.75,-,-,-,-,-");
 }
 
 TEST_F(TransferTest, TotalWidthIsHalved) {
@@ -94,7 +89,7 @@ TEST_F(TransferTest, TitleLines) {
         frame.txtSurvey.text = surveyor;
         std::filesystem::remove_all(roads + "/Site1");
         ASSERT_EQ(transfer(twoSections), TransferEnd::Done);
-        EXPECT_EQ(joined(records(road, "dddd", {"dddd"})), lines);
+        EXPECT_EQ(records(road, "dddd", {"dddd"}), lines);
     }
 }
 
@@ -145,7 +140,7 @@ TEST_F(TransferTest, RowsBecomeRecords) {
         const std::string refused = testing::PrintToString(marked());
         if (!expected.starts_with("refused")) {
             EXPECT_EQ(end, TransferEnd::Done);
-            EXPECT_EQ(joined(cross(road)), expected);
+            EXPECT_EQ(cross(road), expected);
             EXPECT_EQ(refused, "{}");
             continue;
         }
@@ -163,7 +158,7 @@ TEST_F(TransferTest, NormalisedChainageStaysInTheCellAndACleanedOneDoesNot) {
     ASSERT_EQ(transfer("120,1,,,,,,,9.5|CH 00-130,1,,,,,,,9.5"), TransferEnd::Done);
     EXPECT_EQ(shownRows(book.MSFG), "00-120,1,,,,,,,9.5|CH 00-130,1,,,,,,,9.5");
     EXPECT_EQ(book.MSFG.CellBackColor(1, 0), sheet::rgb(255, 255, 255));
-    EXPECT_THAT(records(road, "CSect", {"Chn"}), ElementsAre("00-120", "00-130"));
+    EXPECT_EQ(records(road, "CSect", {"Chn"}), "00-120|00-130");
 }
 
 TEST_F(TransferTest, RefusedRowsAreExplainedUntilTheyAreMended) {
@@ -240,11 +235,7 @@ TEST_F(TransferTest, ExportButtonReducesAndOpensTheFrame) {
     keyRows(book.MSFG, {",,,,1.5,,,,100", "00-000,1,,,,0.75"});
     exchange::showExportFrame(book, desktop, frame);
     EXPECT_EQ(book.MSFG.Text(2, 8), "100.750");
-    EXPECT_TRUE(frame.visible);
-    EXPECT_FALSE(frame.commandsEnabled);
-    desktop.showProgress();
-    exchange::cancelExport(desktop, frame);
-    expectCleanDesk();
+    EXPECT_TRUE(frame.visible && !frame.commandsEnabled);
 }
 
 } // namespace

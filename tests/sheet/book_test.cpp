@@ -1,5 +1,4 @@
 #include "sheet/book.h"
-#include "sheet/cells.h"
 
 #include <gtest/gtest.h>
 
@@ -18,13 +17,6 @@ TEST(Book, PathStandsBehindTheCaptionsPrefix) {
     book.setProjectPath("");
     EXPECT_FALSE(book.hasFile());
     EXPECT_EQ(book.projectPath(), "");
-}
-
-TEST(Cells, ReadLeniently) {
-    Book book;
-    book.MSFG.setText(1, InterSight, " 1.235m");
-    EXPECT_EQ(cellValue(book.MSFG, 1, InterSight), 1.235);
-    EXPECT_EQ(cellValue(book.MSFG, 0, Left), 0);
 }
 
 } // namespace
