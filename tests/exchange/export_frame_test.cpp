@@ -39,9 +39,6 @@ TEST(ExportFrame, WidthOptionsComputeOnEveryClick) {
 TEST(ExportFrame, GutterIsWorkedOutInBothModes) {
     const char* const noTop = "Gutter Top Width is invalid or Zero";
     const char* const narrow = "Top width of gutter is Less than Bottom width, Please check it";
-    const char* const noDepth = "Division by zero";
-    const char* const noInner = "Gutter Inner side is invalid or Zero";
-    const char* const noOuter = "Gutter Outer side is invalid or Zero";
     const struct {
         int mode;
         const char *inner, *outer, *top, *bottom, *depth;
@@ -55,14 +52,14 @@ TEST(ExportFrame, GutterIsWorkedOutInBothModes) {
         {1, "x", "y", "-1", "0.5", "1", "x y -1", noTop},
         {1, "x", "y", "wide", "0.5", "1", "x y wide", noTop},
         {1, "x", "y", "0.4", "0.5", "1", "x y 0.4", narrow},
-        {1, "x", "y", "1.5", "0.5", "", "x y 1.5", noDepth},
-        {1, "x", "y", "0.5", "0.5", "0", "x y 0.5", noDepth},
+        {1, "x", "y", "1.5", "0.5", "", "x y 1.5", "Division by zero"},
+        {1, "x", "y", "0.5", "0.5", "0", "x y 0.5", "Division by zero"},
         {0, "0.5", "0.5", "?", "0.5", "1", "0.5 0.5 1.50"},
         {0, "0", "0", "?", "0.5", "1", "0 0 0.50"},
         {0, "0.25", "0.5", "?", "0.45", "0.35", "0.25 0.5 0.713"},
         {0, "0.5", "0.5", "?", "0.5", "", "0.5 0.5 0.50"},
-        {0, "-0.1", "-1", "?", "0.5", "1", "-0.1 -1 ?", noInner},
-        {0, "0.5", "-1", "?", "0.5", "1", "0.5 -1 ?", noOuter},
+        {0, "-0.1", "-1", "?", "0.5", "1", "-0.1 -1 ?", "Gutter Inner side is invalid or Zero"},
+        {0, "0.5", "-1", "?", "0.5", "1", "0.5 -1 ?", "Gutter Outer side is invalid or Zero"},
     };
     for (const auto& each : cases) {
         ExportFrame frame;

@@ -5,8 +5,6 @@
 #include <csignal>
 #include <map>
 #include <random>
-#include <sched.h>
-#include <sys/mount.h>
 #include <thread>
 
 namespace {
@@ -58,12 +56,6 @@ TEST_F(FaultTest, AKillDuringSaveLeavesTheOldBookOrTheNewOne) {
     }
     using testing::Pair;
     EXPECT_THAT(found, testing::ElementsAre(Pair("new 300", testing::_), Pair("old 400", testing::_)));
-}
-
-/// A file system of a few hundred kilobytes over `folder`, in this process alone.
-bool mountSmall(const std::string& folder, const char* size) {
-    return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("tmpfs", folder.c_str(), "tmpfs", 0, size) == 0;
 }
 
 TEST_F(FaultTest, AFullDiskLeavesTheOldBookAndSaysSo) {
