@@ -24,10 +24,11 @@ TEST(Numbers, ValTakesTheLeadingNumber) {
     for (const auto& [text, value] : cases)
         EXPECT_EQ(basic::val(text), value) << text;
     EXPECT_EQ(basic::val("9007199254740993"), 9007199254740992.0);
+    EXPECT_EQ(basic::val("1e-400e999"), 0);
     EXPECT_EQ(basic::val("0." + std::string(400, '0') + "1"), 0);
     EXPECT_EQ(basic::val("1" + std::string(400, '0') + "e-400"), 1);
-    for (const std::string& text :
-         {std::string("1e999"), std::string("-1e99999999999999999999"), std::string(400, '9')})
+    for (const std::string& text : {std::string("1e999"), std::string("1e999e-999"),
+                                    std::string("-1e99999999999999999999"), std::string(400, '9')})
         EXPECT_EQ(errorOf([&] { (void)basic::val(text); }), basic::Overflow) << text;
 }
 

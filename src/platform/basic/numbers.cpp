@@ -77,7 +77,7 @@ Number scan(std::string_view text) {
 bool isTooSmall(const Number& number) {
     int power = 0;
     if (number.exponent) {
-        const char* mark = number.last;
+        const char* mark = number.last - 1; // a digit; behind it may stand one more "e"
         while (*mark != 'e' && *mark != 'E')
             --mark;
         const bool down = mark[1] == '-';
