@@ -1,7 +1,6 @@
 #include "project_fixture.h"
 
 using desktop::Answer;
-using desktop::Buttons;
 using sheet::Remark;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -14,19 +13,12 @@ class CommandsTest : public ProjectTest {
   protected:
     std::string existing(const std::string& name) { return projectFile(name, remark("the old book")); }
     [[nodiscard]] std::string recentList() const { return folder.read("app/GRL.LVX"); }
-    [[nodiscard]] std::string at(const std::string& name) const { return folder / name; }
     /// A book that has a file, with a change.
     void edit(const std::string& path) {
+        book.BookChanged = false;
         open(path);
         book.MSFG.setText(1, Remark, "edited");
         book.BookChanged = true;
-        desktop.boxes.clear();
-    }
-    void expectBox(std::size_t index, const char* text, Buttons buttons, const char* title = "") const {
-        const ScriptedDesktop::Box& box = desktop.boxes.at(index);
-        EXPECT_EQ(box.text, text);
-        EXPECT_EQ(box.buttons, buttons);
-        EXPECT_EQ(box.title, title);
     }
 };
 
@@ -34,79 +26,58 @@ TEST_F(CommandsTest, NewBindsAnEmptyBookToACopyOfTheTemplate) {
     setRows({",,,,,,,,100,x", ",,,,,,,,,y"});
     book.MSFG.setVisible(false); // hidden: no question even with changes
     book.BookChanged = true;
-    desktop.files = {at("road.grl")};
-    project::newProject(book, desktop);
-    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(run(project::newProject, {folder / "road.grl"}), IsEmpty());
     EXPECT_THAT(rows(), ElementsAre(""));
-    EXPECT_TRUE(book.MSFG.Visible());
-    EXPECT_EQ(book.MSFG.Col(), sheet::RLevel);
-    EXPECT_FALSE(book.BookChanged);
-    EXPECT_EQ(book.Caption, "ZavroGrl-" + at("road.grl"));
-    EXPECT_EQ(book.CurrentFile, at("road.grl"));
+    EXPECT_EQ(state(), "road.grl road.grl road.grl 1,8");
+    EXPECT_EQ(book.Caption, "ZavroGrl-" + (folder / "road.grl"));
     EXPECT_EQ(folder.read("road.grl"), folder.read("app/grl.mdb"));
     EXPECT_THAT(files(), ElementsAre("road.grl"));
     EXPECT_EQ(recentList(), "") << "New does not list the project";
 }
 
 TEST_F(CommandsTest, NewAsksAboutChangesAndAboutAFileThatExists) {
+    const std::string question = "Check current file is saved or not..To Create another Press Yes [Yes No]";
+    const std::string overwrite = "Given Filename is allready exists Do you want to EMPTY the given file... "
+                                  "[Yes No Cancel]Check it";
     const std::string old = existing("road.grl");
     setRows(remark("x"));
     book.BookChanged = true;
-    desktop.answers = {Answer::No};
-    project::newProject(book, desktop);
-    EXPECT_THAT(desktop.fileDialogs, IsEmpty());
-    expectBox(0, "Check current file is saved or not..To Create another Press Yes", Buttons::YesNo);
-
-    desktop.answers = {Answer::Yes, Answer::No, Answer::Cancel};
-    desktop.files = {old, old};
-    project::newProject(book, desktop);
-    ASSERT_THAT(desktop.boxes, SizeIs(4));
-    expectBox(2, "Given Filename is allready exists Do you want to EMPTY the given file...",
-              Buttons::YesNoCancel, "Check it");
+    EXPECT_THAT(run(project::newProject, {old}, {Answer::No}), ElementsAre(question));
+    EXPECT_THAT(run(project::newProject, {old, old}, {Answer::Yes, Answer::No, Answer::Cancel}),
+                ElementsAre(question, overwrite, overwrite));
     EXPECT_EQ(rows(), remark("x"));
     EXPECT_THAT(records(old), SizeIs(1));
-
     desktop.hasTrash = true;
-    desktop.answers = {Answer::Yes, Answer::Yes};
-    desktop.files = {old};
-    project::newProject(book, desktop);
+    run(project::newProject, {old}, {Answer::Yes, Answer::Yes});
     EXPECT_THAT(records(old), IsEmpty());
     EXPECT_THAT(desktop.trashed, ElementsAre(old));
 }
 
 TEST_F(CommandsTest, CancelledDialogsKeepTheBookAndTheDialogsName) {
+    const Rows noName{"1st Give new name"};
     setRows(remark("x"));
     book.FileName = "/books/before.grl";
-    for (const std::optional<std::string>& nothing :
-         std::vector<std::optional<std::string>>{std::nullopt, "", "*.grl"}) {
-        for (const auto& command : {project::newProject, project::openProject, project::saveProject}) {
-            desktop.files = {nothing};
-            command(book, desktop);
-            EXPECT_EQ(book.FileName, "/books/before.grl");
-        }
+    for (const auto& none : std::vector<std::optional<std::string>>{std::nullopt, "", "*.grl"}) {
+        EXPECT_THAT(run(project::newProject, {none}), IsEmpty());
+        EXPECT_THAT(run(project::openProject, {none}), IsEmpty());
+        EXPECT_EQ(run(project::saveProject, {none}), noName);
     }
-    project::saveProjectAs(book, desktop);
-    EXPECT_EQ(book.FileName, "/books/before.grl");
-    EXPECT_EQ(book.Caption, sheet::Book::untitledCaption);
+    EXPECT_THAT(run(project::saveProjectAs), IsEmpty());
+    EXPECT_EQ(state(), "NoName.grl  before.grl 1,0");
     EXPECT_EQ(rows(), remark("x"));
-    EXPECT_EQ(messages(), std::vector<std::string>(3, "1st Give new name")) << "which Save alone says";
     EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(CommandsTest, ExtensionIsFixed) {
-    for (const auto& [chosen, fixed] : {std::pair("road", "roadgrl"),
-                                        {"road.txt", "road.grl"},
-                                        {"ROAD.GRL", "ROAD.GRL"},
-                                        {"x", "xgrl"},
-                                        {"road.jpeg", "road.jpeggrl"},
-                                        {".txt", ".grl"},
-                                        {"b.\xC3\xA9\xC3\xA9\xC3\xA9", "b.grl"}}) {
-        for (const auto& command : {project::newProject, project::saveProject, project::saveProjectAs}) {
-            sheet::Book fresh;
-            desktop.files = {at(chosen)};
-            command(fresh, desktop);
-            EXPECT_EQ(fresh.Caption, "ZavroGrl-" + at(fixed));
-            EXPECT_TRUE(std::filesystem::remove(at(fixed))) << chosen;
+    const std::pair<const char*, const char*> names[] = {
+        {"road", "roadgrl"},           {"road.txt", "road.grl"}, {"ROAD.GRL", "ROAD.GRL"}, {"x", "xgrl"},
+        {"road.jpeg", "road.jpeggrl"}, {".txt", ".grl"},         {"b.ééé", "b.grl"}};
+    for (const auto& [chosen, fixed] : names) {
+        for (Command* command : {project::newProject, project::saveProject, project::saveProjectAs}) {
+            book = sheet::Book();
+            run(command, {folder / chosen});
+            EXPECT_EQ(book.projectPath(), folder / fixed);
+            EXPECT_TRUE(std::filesystem::remove(folder / fixed)) << chosen;
         }
     }
 }
@@ -115,35 +86,24 @@ TEST_F(CommandsTest, FirstSaveAsksForANameAndListsTheProject) {
     setRows({",,,,,,,,100", ""});
     book.MSFG.moveTo(2, 4);
     book.BookChanged = true;
-    desktop.files = {at("road.grl")};
-    project::saveProject(book, desktop);
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(book.Caption, "ZavroGrl-" + at("road.grl"));
-    EXPECT_EQ(book.CurrentFile, at("road.grl"));
-    EXPECT_THAT(records(at("road.grl")), SizeIs(2));
+    EXPECT_THAT(run(project::saveProject, {folder / "road.grl"}), IsEmpty());
+    EXPECT_EQ(state(), "road.grl road.grl road.grl 2,4 changed") << "Save does not clear it";
+    EXPECT_THAT(records(folder / "road.grl"), SizeIs(2));
     EXPECT_THAT(files(), ElementsAre("road.grl")) << "no backup of an empty template";
-    EXPECT_EQ(recentList(), at("road.grl") + "\r\n\r\n\r\n\r\n");
-    EXPECT_EQ(book.mnuX[0], at("road.grl"));
-    EXPECT_TRUE(book.BookChanged) << "Save does not clear it";
-    EXPECT_EQ(std::pair(book.MSFG.Row(), book.MSFG.Col()), std::pair(2, 4));
-    EXPECT_TRUE(book.MSFG.Visible());
-    EXPECT_FALSE(desktop.progressShown);
+    EXPECT_EQ(recentList(), (folder / "road.grl") + "\r\n\r\n\r\n\r\n");
+    EXPECT_EQ(book.mnuX[0], folder / "road.grl");
 }
 
 TEST_F(CommandsTest, FirstSaveOnAnExistingNameAsksForAnother) {
     desktop.hasTrash = true;
-    for (const auto& answers :
+    for (const std::deque<Answer>& answers :
          {std::deque{Answer::No}, {Answer::Cancel}, {Answer::Yes, Answer::Yes, Answer::No}}) {
         const std::string old = existing("old.grl");
-        sheet::Book fresh;
-        std::swap(book, fresh);
+        book = sheet::Book();
         setRows({"", ""});
-        desktop.boxes.clear();
-        desktop.answers = answers;
-        desktop.files = {old, old, old};
-        project::saveProject(book, desktop);
-        ASSERT_THAT(desktop.boxes, SizeIs(answers.size()));
-        expectBox(0, "This File is allready exists please give another Name", Buttons::YesNoCancel);
+        EXPECT_EQ(
+            run(project::saveProject, {old, old, old}, answers),
+            Rows(answers.size(), "This File is allready exists please give another Name [Yes No Cancel]"));
         EXPECT_THAT(records(old), SizeIs(2));
         EXPECT_EQ(desktop.trashed.back(), old);
     }
@@ -155,53 +115,48 @@ TEST_F(CommandsTest, SaveTakesTheNameFromTheCaptionAndListsTheDialogsName) {
     edit(own);
     book.CurrentFile = "/somewhere/else.grl"; // not what Save goes by
     book.FileName = other;                    // as an Append leaves it
-    project::saveProject(book, desktop);
+    run(project::saveProject);
     EXPECT_EQ(remarkIn(own), "edited");
     EXPECT_EQ(remarkIn(other), "the old book");
     EXPECT_EQ(recentList().substr(0, other.size()), other);
 }
 
 TEST_F(CommandsTest, SaveKeepsTheVersionBefore) {
-    const auto overwrite = std::filesystem::copy_options::overwrite_existing;
     const std::string path = existing("road.grl");
     const std::string theirs = projectFile("theirs.grl", remark("theirs"));
+    const auto overwrite = [&] {
+        std::filesystem::copy_file(theirs, path, std::filesystem::copy_options::overwrite_existing);
+    };
     folder.write("road.grl.bak", "an older backup");
     edit(path);
-    project::saveProject(book, desktop);
-    EXPECT_EQ(remarkIn(path), "edited");
-    EXPECT_EQ(remarkIn(path + ".bak"), "the old book");
+    run(project::saveProject);
+    EXPECT_EQ(remarkIn(path) + ", " + remarkIn(path + ".bak"), "edited, the old book");
     EXPECT_THAT(files(), ElementsAre("road.grl", "road.grl.bak", "theirs.grl"));
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".");
 
-    std::filesystem::copy_file(theirs, path, overwrite);
-    project::saveProject(book, desktop);
-    EXPECT_EQ(remarkIn(path), "edited");
-    EXPECT_EQ(remarkIn(path + ".bak"), "theirs");
+    overwrite();
+    run(project::saveProject);
+    EXPECT_EQ(remarkIn(path) + ", " + remarkIn(path + ".bak"), "edited, theirs");
     EXPECT_THAT(desktop.statuses.back(),
                 HasSubstr("Another program changed the file; its version is kept as " + path + ".bak."));
-    project::saveProject(book, desktop);
+    run(project::saveProject);
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".") << "our own change is none of another program";
 
-    std::filesystem::copy_file(theirs, path, overwrite);
+    overwrite();
     std::filesystem::remove(path + ".bak");
     std::filesystem::create_directory(path + ".bak");
-    project::saveProject(book, desktop);
+    run(project::saveProject);
     EXPECT_EQ(remarkIn(path), "theirs") << "not overwritten when it cannot be kept";
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("so the book was not saved over it."));
 }
 
 TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {
     const std::string old = projectFile("old.grl", remark("another"));
-    const std::string path = existing("road.grl");
-    edit(path);
-    desktop.files = {old};
-    project::saveProjectAs(book, desktop);
-    EXPECT_THAT(desktop.boxes, IsEmpty());
+    edit(existing("road.grl"));
+    EXPECT_THAT(run(project::saveProjectAs, {old}), IsEmpty());
     EXPECT_EQ(remarkIn(old), "edited");
-    EXPECT_EQ(remarkIn(path), "the old book");
-    EXPECT_EQ(book.Caption, "ZavroGrl-" + old);
-    EXPECT_EQ(book.CurrentFile, path);
-    EXPECT_TRUE(book.BookChanged);
+    EXPECT_EQ(remarkIn(folder / "road.grl"), "the old book");
+    EXPECT_EQ(state(), "old.grl road.grl old.grl 1,9 changed");
     EXPECT_EQ(recentList(), "");
     EXPECT_THAT(files(), ElementsAre("old.grl", "road.grl"));
 }
@@ -209,34 +164,28 @@ TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {
 TEST_F(CommandsTest, OpenAndExitAskAboutChanges) {
     EXPECT_TRUE(project::exitProgram(book, desktop));
     EXPECT_THAT(desktop.boxes, IsEmpty());
+    const std::string other = projectFile("other.grl", remark("other"));
     struct Case {
         Answer answer;
-        bool goesOn;
         const char* saved;
+        const char* state; ///< after Open
     };
-    const Case cases[] = {{Answer::Cancel, false, "the old book"},
-                          {Answer::No, true, "the old book"},
-                          {Answer::Yes, true, "edited"}};
-    const std::string other = projectFile("other.grl", remark("other"));
-    for (const bool exits : {false, true}) {
-        for (const Case& c : cases) {
-            SCOPED_TRACE(testing::Message() << (exits ? "Exit " : "Open ") << c.saved << ' ' << c.goesOn);
+    for (const Case& c : {Case{Answer::Cancel, "the old book", "mine.grl mine.grl mine.grl 1,9 changed"},
+                          Case{Answer::No, "the old book", "other.grl other.grl other.grl 1,9"},
+                          Case{Answer::Yes, "edited", "other.grl other.grl other.grl 1,9"}}) {
+        for (const bool exits : {false, true}) {
+            SCOPED_TRACE(std::string(exits ? "Exit " : "Open ") + c.state);
             const std::string mine = existing("mine.grl");
-            book.BookChanged = false;
             edit(mine);
-            desktop.answers = {c.answer};
-            desktop.files = {other};
-            if (exits) {
-                EXPECT_EQ(project::exitProgram(book, desktop), c.goesOn);
-            } else {
-                project::openProject(book, desktop);
-                EXPECT_EQ(book.MSFG.Text(1, Remark), c.goesOn ? "other" : "edited");
-                EXPECT_EQ(book.FileName, c.goesOn ? other : mine);
-                EXPECT_EQ(book.BookChanged, !c.goesOn);
-            }
-            ASSERT_THAT(desktop.boxes, SizeIs(1));
-            expectBox(0, "Do you want to Save the changes you made to this file", Buttons::YesNoCancel);
+            static bool ended;
+            Command* exit = [](sheet::Book& b, desktop::Desktop& d) { ended = project::exitProgram(b, d); };
+            EXPECT_THAT(run(exits ? exit : project::openProject, {other}, {c.answer}),
+                        ElementsAre("Do you want to Save the changes you made to this file [Yes No Cancel]"));
             EXPECT_EQ(remarkIn(mine), c.saved);
+            if (exits)
+                EXPECT_EQ(ended, c.answer != Answer::Cancel);
+            else
+                EXPECT_EQ(state(), c.state);
         }
     }
 }
@@ -250,20 +199,19 @@ TEST_F(CommandsTest, OpenKeepsWhatTheUserDidNotGiveUp) {
         bool kept;
     };
     const std::string path = existing("road.grl");
+    const std::string text = folder.write("text.grl", "none");
     for (const Case& c : {Case{"given up", true, true, Answer::No, true, false},
                           Case{"given up for nothing", true, true, Answer::No, false, true},
                           Case{"a save that failed", true, true, Answer::Yes, true, true},
                           Case{"nobody was asked", true, false, Answer::No, true, true},
                           Case{"changed by no key", false, true, Answer::No, false, true}}) {
         SCOPED_TRACE(c.name);
-        book.setProjectPath(at("gone.grl"));
+        book.setProjectPath(folder / "gone.grl");
         setRows(remark(c.name));
         book.BookChanged = c.changed;
         book.MSFG.setVisible(c.visible);
-        desktop.boxes.clear();
-        desktop.answers = {c.answer};
-        open(c.readable ? path : folder.write("text.grl", "none"));
-        EXPECT_EQ(desktop.boxes.size(), (c.changed && c.visible) + !c.readable);
+        EXPECT_THAT(run(project::openProject, {c.readable ? path : text}, {c.answer}),
+                    SizeIs((c.changed && c.visible) + !c.readable));
         EXPECT_EQ(recovered(), c.kept ? remark(c.name) : Rows());
     }
 }
@@ -277,9 +225,8 @@ TEST_F(CommandsTest, RecentEntryLoadsWithoutAQuestionAndSetsTheUnsavedGridAside)
     EXPECT_EQ(rows(), remark("unsaved"));
     project::openRecent(book, desktop, 3);
     EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(book.MSFG.Text(1, Remark), "the old book");
-    EXPECT_EQ(book.FileName, at("road.grl"));
-    EXPECT_EQ(book.CurrentFile, "/books/own.grl");
+    EXPECT_THAT(rows(), ElementsAre(",,0,,,,,,,the old book"));
+    EXPECT_EQ(state(), "road.grl own.grl road.grl 1,9 changed");
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("unsaved book is kept"));
     EXPECT_EQ(recovered(), remark("unsaved"));
 }

@@ -15,9 +15,9 @@ class ForeignFilesTest : public ProjectTest {
   protected:
     ForeignFilesTest() { setRows(remark("the book before")); }
 
-    void saveRows(const Rows& rows) {
+    std::vector<std::string> saveRows(const Rows& rows) {
         setRows(rows);
-        project::saveProject(book, desktop);
+        return run(project::saveProject);
     }
     /// The bytes of a Jet file, damaged behind its first page.
     std::string damaged() {
@@ -55,17 +55,12 @@ TEST_F(ForeignFilesTest, EachFailedOpenShowsItsMessageAndChangesNoFile) {
         const std::string path = folder / name;
         const auto content = [&] { return std::filesystem::is_regular_file(path) ? folder.read(name) : ""; };
         const std::string bytes = content();
-        desktop.boxes.clear();
-        open(path);
-        EXPECT_THAT(messages(), ElementsAre(StartsWith(message)));
-        EXPECT_EQ(desktop.boxes.at(0).buttons, desktop::Buttons::Ok);
-        EXPECT_EQ(book.Caption, "ZavroGrl-" + path) << "the caption has changed by then";
+        EXPECT_THAT(open(path), ElementsAre(StartsWith(message)));
+        EXPECT_EQ(book.projectPath(), path) << "the caption has changed by then";
         EXPECT_EQ(book.MSFG.Rows(), 2);
         EXPECT_FALSE(project::isUnsaved(book)) << "what a failed load leaves is no work of the user";
         // A file that is no field book is never written to, whatever the caption says now.
-        desktop.boxes.clear();
-        saveRows(remark(name));
-        EXPECT_THAT(desktop.boxes, IsEmpty());
+        EXPECT_THAT(saveRows(remark(name)), IsEmpty());
         EXPECT_THAT(desktop.statuses.back(), HasSubstr("The book was not saved: "));
         EXPECT_EQ(content(), bytes);
         EXPECT_TRUE(project::isUnsaved(book));
@@ -94,8 +89,7 @@ TEST_F(ForeignFilesTest, ABookThatAnotherInstanceHoldsStaysAsItIs) {
     const std::string path = projectFile("road.grl", remark("theirs"));
     {
         const HeldDatabase held(path, project::connect);
-        open(path);
-        EXPECT_THAT(messages(), ElementsAre(StartsWith("3045  ")));
+        EXPECT_THAT(open(path), ElementsAre(StartsWith("3045  ")));
         saveRows(remark("ours"));
         EXPECT_THAT(desktop.statuses.back(), HasSubstr("not saved"));
         EXPECT_TRUE(project::isUnsaved(book));
@@ -118,14 +112,12 @@ TEST_F(ForeignFilesTest, ATableWithoutSomeOfTheFieldsIsAnErrorOfTheLoad) {
     jet::TableDesign design = grlDesign();
     design.columns.pop_back();
     makeDatabase(folder / "short.grl", design);
-    open(folder / "short.grl");
-    EXPECT_THAT(desktop.boxes, IsEmpty()) << "no record, nothing to miss";
+    EXPECT_THAT(open(folder / "short.grl"), IsEmpty()) << "no record, nothing to miss";
     saveRows(remark("lost"));
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("Remark in row 1"));
-    open(folder / "short.grl");
-    EXPECT_THAT(messages(), ElementsAre(StartsWith("3265  ")));
+    EXPECT_THAT(open(folder / "short.grl"), ElementsAre(StartsWith("3265  ")));
     EXPECT_FALSE(book.MSFG.Visible()) << "the grid stays hidden until the next Open";
-    project::openProject(book, desktop);
+    run(project::openProject);
     EXPECT_TRUE(book.MSFG.Visible());
 }
 
@@ -136,27 +128,19 @@ TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
     const std::string before = folder.read("road.grl");
 
     chmod(path.c_str(), 0600);
-    EXPECT_EQ(1, asOtherUser([&] {
-                  open(path);
-                  return desktop.boxes.size() == 1 && desktop.boxes[0].text.starts_with("3051  ");
-              }))
-        << "not readable";
-
+    EXPECT_EQ(1, asOtherUser([&] { return open(path).at(0).starts_with("3051  "); })) << "not readable";
     chmod(path.c_str(), 0644);
-    EXPECT_EQ(1, asOtherUser([&] {
-                  book.setProjectPath(path);
-                  project::saveProject(book, desktop); // neither the backup nor the file can be written
-                  return desktop.boxes.empty() &&
-                         desktop.statuses.back().find("not saved") != std::string::npos;
-              }))
+    EXPECT_EQ(
+        1, asOtherUser([&] {
+            book.setProjectPath(path);
+            return run(project::saveProject).empty() && // neither the backup nor the file can be written
+                   desktop.statuses.back().find("not saved") != std::string::npos;
+        }))
         << "read-only folder";
-
-    for (const auto& command : {project::saveProject, project::saveProjectAs}) {
+    for (Command* command : {project::saveProject, project::saveProjectAs}) {
         EXPECT_EQ(1, asOtherUser([&] {
-                      desktop.files = {folder / "new.grl"};
-                      command(book, desktop);
-                      return messages() == std::vector<std::string>{"Permission denied"} &&
-                             book.MSFG.Visible() && book.Caption == sheet::Book::untitledCaption;
+                      return run(command, {folder / "new.grl"}) == Rows{"Permission denied"} &&
+                             book.MSFG.Visible() && !book.hasFile();
                   }))
             << "a new file in a read-only folder";
     }
@@ -166,39 +150,32 @@ TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
 
 TEST_F(ForeignFilesTest, APlaceThatCannotBeMadeGetsTheOtherName) {
     std::filesystem::create_directory(folder / "road.grl");
-    desktop.files = {folder / "road.grl"};
-    project::newProject(book, desktop);
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(book.Caption, "ZavroGrl-" + (folder / "road.grl"))
-        << "the command goes on with the name itself";
+    EXPECT_THAT(run(project::newProject, {folder / "road.grl"}), IsEmpty());
+    EXPECT_EQ(book.projectPath(), folder / "road.grl") << "the command goes on with the name itself";
     EXPECT_EQ(folder.read("road.grlaa"), folder.read("app/grl.mdb"));
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("road.grlaa"));
 
     // A file that its owner made read-only is refused although the folder would allow the rename.
     const std::string path = projectFile("locked.grl", remark("locked"));
     chmod(path.c_str(), 0444);
-    desktop.files = {path};
-    project::saveProjectAs(book, desktop);
+    run(project::saveProjectAs, {path});
     EXPECT_EQ(remarkIn(path), "locked");
     EXPECT_EQ(folder.read("locked.grlaa"), folder.read("app/grl.mdb"));
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("The book was not saved: "));
 }
 
 TEST_F(ForeignFilesTest, AMissingFolderOrTemplateEndsTheCommand) {
+    const Rows none{"Path not found"};
     book.MSFG.moveTo(1, 3);
-    desktop.files = {folder / "no/road.grl", folder / "no/road.grl", folder / "no/road.grl"};
-    project::newProject(book, desktop);
-    project::saveProjectAs(book, desktop);
+    EXPECT_EQ(run(project::newProject, {folder / "no/road.grl"}), none);
+    EXPECT_EQ(run(project::saveProjectAs, {folder / "no/road.grl"}), none);
     EXPECT_TRUE(book.MSFG.CellBackColor(1, 3).isNone());
-    project::saveProject(book, desktop);
+    EXPECT_EQ(run(project::saveProject, {folder / "no/road.grl"}), none);
     EXPECT_EQ(book.MSFG.CellBackColor(1, 3), sheet::rgb(240, 210, 220));
 
     std::filesystem::remove_all(desktop.folder); // the program folder is gone
-    desktop.files = {folder / "road.grl"};
-    project::newProject(book, desktop);
-    EXPECT_THAT(messages(),
-                ElementsAre("Path not found", "Path not found", "Path not found", "File not found"));
-    EXPECT_EQ(book.Caption, sheet::Book::untitledCaption);
+    EXPECT_THAT(run(project::newProject, {folder / "road.grl"}), ElementsAre("File not found"));
+    EXPECT_FALSE(book.hasFile());
     EXPECT_EQ(rows(), remark("the book before"));
     EXPECT_THAT(files(), IsEmpty());
 }
@@ -207,9 +184,8 @@ TEST_F(ForeignFilesTest, ALinkIsFollowedAndTheFileKeepsItsMode) {
     const std::string path = projectFile("real.grl", remark("real"));
     chmod(path.c_str(), 0640);
     std::filesystem::create_symlink("real.grl", folder / "link.grl");
-    desktop.files = {folder / "link.grl"};
-    for (const auto& command : {project::saveProjectAs, project::saveProject}) {
-        command(book, desktop);
+    for (Command* command : {project::saveProjectAs, project::saveProject}) {
+        run(command, {folder / "link.grl"});
         EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.grl"));
     }
     EXPECT_EQ(remarkIn(path), "the book before");

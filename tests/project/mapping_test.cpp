@@ -73,14 +73,10 @@ TEST_F(MappingTest, RowsBecomeRecordsAndComeBack) {
 
 TEST_F(MappingTest, LoadingSetsTheHeightAndTheCursor) {
     const std::string path = projectFile("a.grl", {",,,,,,,101.5", ",,,,,,,100.254", ",,,,,,,none", ""});
-    open(path);
+    EXPECT_THAT(open(path), IsEmpty());
     EXPECT_EQ(book.CurrentHI, 100.254F);
-    EXPECT_EQ(book.MSFG.Row(), 4);
-    EXPECT_TRUE(book.MSFG.Visible());
-    EXPECT_FALSE(desktop.progressShown);
+    EXPECT_EQ(state(), "a.grl a.grl a.grl 4,9");
     EXPECT_GE(desktop.gridFocused, 1);
-    EXPECT_EQ(book.Caption, "ZavroGrl-" + path);
-    EXPECT_EQ(book.CurrentFile, path);
     EXPECT_THAT(desktop.progress, testing::Each(testing::AllOf(testing::Ge(0), testing::Le(100))));
 }
 
@@ -92,10 +88,8 @@ TEST_F(MappingTest, OffsetsOfRowOneAreNotCleared) {
     setRows({",9,,,,,,,,old", ",6"});
     open(projectFile("empty.grl", {}));
     EXPECT_THAT(rows(), ElementsAre(",9,,,,,,,,old"));
-    desktop.files = {folder / "empty.grl"};
-    project::appendProject(book, desktop);
+    EXPECT_THAT(run(project::appendProject, {folder / "empty.grl"}), IsEmpty());
     EXPECT_THAT(rows(), SizeIs(1));
-    EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_TRUE(book.MSFG.Visible());
 }
 
@@ -106,7 +100,7 @@ TEST_F(MappingTest, NullsOfOtherProgramsFillNothing) {
     open(path);
     EXPECT_EQ(rows(), remark("all else Null"));
     book.MSFG.setText(1, sheet::Center, "left of peg");
-    project::saveProject(book, desktop);
+    run(project::saveProject);
     EXPECT_EQ(records(path)[0], "'',,,,,,,all else Null") << "a center text that is no number";
 }
 
@@ -145,7 +139,7 @@ TEST_F(MappingTest, NumericColumnsKeepTheirTypes) {
         EXPECT_THAT(rows(), ElementsAre("00-010,2.5,,,1,,,101.000,-99.000", ",,0,,,0"));
         EXPECT_EQ(book.CurrentHI, 101);
         book.MSFG.setText(2, sheet::ForeSight, "3");
-        project::saveProject(book, desktop);
+        run(project::saveProject);
         open(path);
         EXPECT_THAT(rows(), ElementsAre("00-010,2.5,,,1,,,101.000,-99.000", ",,0,,,0,3"));
         EXPECT_THAT(desktop.boxes, IsEmpty());
@@ -163,7 +157,7 @@ TEST_F(MappingTest, TextsThatTheFileRefusesAreCountedAndTheBookStaysUnsaved) {
     open(path);
     setRows({",,,,1.525", ",,,,,1.2m,,,," + std::string(256, 'x'),
              "a chainage longer than 25 characters,,,,,,,,,kept"});
-    project::saveProject(book, desktop);
+    run(project::saveProject);
     EXPECT_THAT(records(path), ElementsAre("'',0,1.525", "'',0", ",0,,,,,,kept"));
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path +
                                            ", but 3 texts do not fit the file and were left out: I.S. in "
@@ -178,43 +172,39 @@ TEST_F(MappingTest, AppendAddsBelowTheLastRow) {
     setRows(expected);
     book.setProjectPath("/books/own.grl");
     book.CurrentFile = "/books/own.grl";
-    desktop.files = {path};
-    project::appendProject(book, desktop);
+    run(project::appendProject, {path});
     for (const char* added : {"00-010,,,1,,,,55.500", "CP,,0", ",,0"})
         expected.emplace_back(added);
     EXPECT_EQ(rows(), expected);
     EXPECT_EQ(book.CurrentHI, 55.5F);
-    EXPECT_EQ(book.MSFG.Row(), 7);
-    EXPECT_EQ(book.Caption, "ZavroGrl-/books/own.grl");
-    EXPECT_EQ(book.CurrentFile, "/books/own.grl");
-    EXPECT_EQ(book.FileName, path);
-    EXPECT_FALSE(book.BookChanged);
-    EXPECT_TRUE(book.MSFG.Visible());
+    EXPECT_EQ(state(), "own.grl own.grl b.grl 7,9");
 }
 
 TEST_F(MappingTest, AppendThatFailsShowsTheDescriptionAlone) {
     setRows(remark("mine"));
-    desktop.files = {folder.write("text.grl", "no database"), folder / "missing.grl", std::nullopt, "*.grl",
-                     ""};
-    for (int time = 0; time < 5; ++time)
-        project::appendProject(book, desktop);
-    EXPECT_THAT(messages(), ElementsAre(testing::HasSubstr("Unrecognized database format"),
-                                        testing::Not(testing::HasSubstr("3024"))));
+    EXPECT_THAT(run(project::appendProject, {folder.write("text.grl", "no database")}),
+                ElementsAre(testing::HasSubstr("Unrecognized database format")));
+    EXPECT_THAT(run(project::appendProject, {folder / "missing.grl"}),
+                ElementsAre(testing::Not(testing::HasSubstr("3024"))));
+    for (const auto& none : std::vector<std::optional<std::string>>{std::nullopt, "*.grl", ""})
+        EXPECT_THAT(run(project::appendProject, {none}), IsEmpty());
     EXPECT_EQ(rows(), remark("mine"));
     EXPECT_EQ(book.FileName, folder / "missing.grl");
 }
 
 TEST(SafeFieldValue, NullReadsAsADefaultOfTheType) {
     using dao::DataType;
-    for (const DataType type : {DataType::Byte, DataType::Integer, DataType::Long, DataType::Currency,
-                                DataType::Single, DataType::Double, DataType::LongBinary})
-        EXPECT_EQ(mdlTools::nullDefault(type), dao::Value(std::int32_t{0})) << static_cast<int>(type);
-    for (const DataType type : {DataType::Text, DataType::Memo})
-        EXPECT_EQ(mdlTools::nullDefault(type), dao::Value(std::string()));
-    EXPECT_EQ(mdlTools::nullDefault(DataType::Boolean), dao::Value(false));
-    EXPECT_EQ(mdlTools::nullDefault(DataType::Date), dao::Value(std::string("01-01-2001")));
-    for (const DataType type : {DataType::Binary, DataType::GUID, DataType::Numeric})
-        EXPECT_TRUE(dao::isNull(mdlTools::nullDefault(type)));
+    const std::pair<std::vector<DataType>, dao::Value> defaults[] = {
+        {{DataType::Byte, DataType::Integer, DataType::Long, DataType::Currency, DataType::Single,
+          DataType::Double, DataType::LongBinary},
+         std::int32_t{0}},
+        {{DataType::Text, DataType::Memo}, std::string()},
+        {{DataType::Boolean}, false},
+        {{DataType::Date}, "01-01-2001"},
+        {{DataType::Binary, DataType::GUID, DataType::Numeric}, dao::Value()}};
+    for (const auto& [types, value] : defaults)
+        for (const DataType type : types)
+            EXPECT_EQ(mdlTools::nullDefault(type), value) << static_cast<int>(type);
 }
 
 } // namespace

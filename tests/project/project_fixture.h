@@ -86,10 +86,30 @@ class ProjectTest : public testing::Test {
         return folder / name;
     }
 
-    /// Opens a file through the command.
-    void open(const std::string& path) {
-        desktop.files = {path};
-        project::openProject(book, desktop);
+    /// Runs a command with these choices and answers; returns its boxes, each as text, buttons and title.
+    using Command = void(sheet::Book&, desktop::Desktop&);
+    std::vector<std::string> run(Command* command, std::deque<std::optional<std::string>> files = {},
+                                 std::deque<desktop::Answer> answers = {}) {
+        desktop.boxes.clear();
+        desktop.files = std::move(files);
+        desktop.answers = std::move(answers);
+        command(book, desktop);
+        constexpr const char* buttons[] = {"", " [Yes No]", " [Yes No Cancel]"};
+        std::vector<std::string> shown;
+        for (const ScriptedDesktop::Box& box : desktop.boxes)
+            shown.push_back(box.text + buttons[static_cast<int>(box.buttons)] + box.title);
+        return shown;
+    }
+    std::vector<std::string> open(const std::string& path) { return run(project::openProject, {path}); }
+    /// The names of the files in the caption, in CurrentFile and in the dialog, the cursor, and what is
+    /// unusual.
+    [[nodiscard]] std::string state() const {
+        std::string text;
+        for (const std::string& path : {book.projectPath(), book.CurrentFile, book.FileName})
+            text += std::filesystem::path(path).filename().string() + ' ';
+        text += std::to_string(book.MSFG.Row()) + ',' + std::to_string(book.MSFG.Col());
+        return text + (book.BookChanged ? " changed" : "") + (book.MSFG.Visible() ? "" : " hidden") +
+               (desktop.progressShown ? " progress" : "");
     }
     /// The book that the next start of the program offers, and offers no more after this; none: no rows.
     Rows recovered() const {
@@ -103,12 +123,6 @@ class ProjectTest : public testing::Test {
         return next.boxes.empty() ? Rows() : rowsOf(found.MSFG);
     }
 
-    [[nodiscard]] std::vector<std::string> messages() const {
-        std::vector<std::string> texts;
-        for (const ScriptedDesktop::Box& box : desktop.boxes)
-            texts.push_back(box.text);
-        return texts;
-    }
     /// Names below the work folder, program folder aside.
     [[nodiscard]] std::vector<std::string> files() const {
         std::vector<std::string> names;

@@ -18,10 +18,7 @@ TEST(Characters, AreTheCodesThatTheKeysType) {
     };
     const Case cases[] = {
         {Qt::Key_5, Qt::NoModifier, "5", U'5'},
-        {Qt::Key_5, Qt::KeypadModifier, "5", U'5'},
-        {Qt::Key_Return, Qt::NoModifier, "\r", 13},
         {Qt::Key_Enter, Qt::KeypadModifier, "\r", 13},
-        {Qt::Key_Return, Qt::ShiftModifier, "\r", 13},
         {Qt::Key_Return, Qt::ControlModifier, "\r", 10},
         {Qt::Key_Backspace, Qt::NoModifier, "\b", 8},
         {Qt::Key_Escape, Qt::NoModifier, "\x1b", 27},
@@ -168,27 +165,20 @@ TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
                             Qt::Key_F2,     Qt::Key_F3,     Qt::Key_F9,  Qt::Key_F12,      Qt::Key_Backspace};
     const char* buttons[] = {"cmdIns", "cmdInss", "cmdDel", "cmdDels", "cmdCal",
                              "cmdS",   "cmdL",    "cmdR",   "cmdP"};
-    const std::string characters = "0123456789.-+*lrcpstLRCPST/ x";
+    const std::string characters = "0123456789.-+*lrcpstLRCPST/ x\r\r\r";
     QAbstractItemModel& model = *window->grid().model();
     const QAbstractItemModelTester checker(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
-        switch (random() % 8) {
-        case 0:
+        const auto kind = random() % 16;
+        if (kind < 2)
             press(keys[random() % std::size(keys)], random() % 4 == 0 ? Qt::ShiftModifier : Qt::NoModifier);
-            break;
-        case 1:
-            press(keys[random() % 2]);
-            break;
-        case 2:
-            if (random() % 4 == 0) click(buttons[random() % std::size(buttons)]);
-            break;
-        case 3:
-            if (random() % 9 == 0) press(random() % 2 == 0 ? Qt::Key_C : Qt::Key_V, Qt::ControlModifier);
-            break;
-        default:
+        else if (kind == 2)
+            click(buttons[random() % std::size(buttons)]);
+        else if (kind == 3)
+            press(random() % 2 == 0 ? Qt::Key_C : Qt::Key_V, Qt::ControlModifier);
+        else
             type(std::string(1, characters[random() % characters.size()]));
-        }
         window->showBook();
         ASSERT_GE(book().Rows(), 2);
         ASSERT_GE(book().Row(), 1);

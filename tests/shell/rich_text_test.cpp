@@ -34,7 +34,7 @@ class RichText : public testing::Test {
 };
 
 TEST_F(RichText, ParagraphsKeepTheirShape) {
-    show("\\outlinelevel0\\b\\fs36\\sb240\\sa120 Title\\par\\pard\\plain\\li360\\fi-360\\tx360 1.\\tab "
+    show("\\f0\\outlinelevel0\\b\\fs36\\sb240\\sa120 Title\\par\\pard\\plain\\li360\\fi-360\\tx360 1.\\tab "
          "item\\par",
          paper(Qt::white));
     ASSERT_EQ(document.blockCount(), 2);
@@ -45,6 +45,8 @@ TEST_F(RichText, ParagraphsKeepTheirShape) {
     EXPECT_EQ(title.blockFormat().bottomMargin(), 8);
     EXPECT_EQ(formatAt(0).fontPointSize(), 18);
     EXPECT_EQ(formatAt(0).fontWeight(), int(QFont::Bold));
+    EXPECT_EQ(formatAt(0).fontFamilies().toStringList().value(0), QStringLiteral("Nowhere Mono"));
+    EXPECT_EQ(formatAt(0).fontStyleHint(), QFont::Monospace) << "for a font that is missing";
     const QTextBlockFormat item = title.next().blockFormat();
     EXPECT_EQ(item.leftMargin(), 24);
     EXPECT_EQ(item.textIndent(), -24);
@@ -74,14 +76,6 @@ TEST_F(RichText, TablesBecomeTables) {
     EXPECT_EQ(table->cellAt(0, 1).firstCursorPosition().block().text(), QStringLiteral("v"));
     EXPECT_EQ(table->format().columnWidthConstraints().at(0).rawValue(), 25);
     EXPECT_EQ(document.lastBlock().text(), QStringLiteral("b"));
-}
-
-TEST_F(RichText, MissingFontsGiveWayToOnesOfTheirKind) {
-    show("\\f0 code", paper(Qt::white));
-    const QStringList families = formatAt(0).fontFamilies().toStringList();
-    ASSERT_EQ(families.size(), 2);
-    EXPECT_EQ(families[0], QStringLiteral("Nowhere Mono"));
-    EXPECT_EQ(formatAt(0).fontStyleHint(), QFont::Monospace);
 }
 
 TEST_F(RichText, FilesAreReadWhatTheyHold) {

@@ -57,11 +57,9 @@ TEST_F(Window, OpensAsDesigned) {
         EXPECT_EQ(control<QAction>(entry).isVisible(), listed) << entry;
 }
 
-TEST_F(Window, ReadsTheDefaultFolderAndMissesTheDrawing) {
+TEST_F(Window, MissesTheDrawing) {
     std::filesystem::remove(folder / "Rod.dwg");
-    folder.write("SET.INI", "002 D:\\Survey\r\nmore\r\n");
     open();
-    EXPECT_EQ(window->book().DefaultFolder, "D:\\Survey");
     EXPECT_FALSE(live("cmdExport"));
     EXPECT_TRUE(control<QAction>("mnuExport").isEnabled());
 }
@@ -101,18 +99,14 @@ TEST_F(Window, ASharedAccessKeyMovesTheFocusAndClicksNothing) {
 TEST_F(Window, EntryButtonsTypeTheirLetterUnlessTheGridIsAway) {
     open();
     book().setRows(4);
-    struct Case {
-        const char* button;
-        char side;
-        int col;
-    };
-    for (const Case& c :
-         {Case{"cmdL", 'L', 1}, Case{"cmdR", 'R', 3}, Case{"cmdS", 'C', 5}, Case{"cmdP", 'C', 6}}) {
+    const std::tuple<const char*, char, int> buttons[] = {
+        {"cmdL", 'L', 1}, {"cmdR", 'R', 3}, {"cmdS", 'C', 5}, {"cmdP", 'C', 6}};
+    for (const auto& [button, side, col] : buttons) {
         moveTo(3, 0);
-        click(c.button);
-        EXPECT_EQ(window->book().CurrentSide, c.side) << c.button;
-        EXPECT_EQ(book().Col(), c.col) << c.button;
-        EXPECT_TRUE(window->grid().hasFocus()) << c.button;
+        click(button);
+        EXPECT_EQ(window->book().CurrentSide, side) << button;
+        EXPECT_EQ(book().Col(), col) << button;
+        EXPECT_TRUE(window->grid().hasFocus()) << button;
     }
     EXPECT_EQ(cell(3, 0), "CP");
     for (const bool hidden : {true, false}) {
