@@ -13,76 +13,67 @@ namespace {
 
 using namespace sheet;
 
-// Answers every question with something at random.
-struct RandomDesktop : ScriptedDesktop {
-    explicit RandomDesktop(std::mt19937& random) : m_random(random) {}
+struct RandomKeys : Entry {
+    TempFolder folder;
+    std::mt19937 random{20260101};
 
-    desktop::Answer messageBox(std::string_view, desktop::Buttons, std::string_view) override {
-        return m_random() % 2 == 0 ? desktop::Answer::Yes : desktop::Answer::No;
-    }
-    std::string inputBox(std::string_view, std::string_view, std::string_view) override {
-        static constexpr std::array texts{"",  "1",  "2.5",    "-0.004", "x",     "1e39", "1e999", "32768",
-                                          "3", "12", "\u00fc", ".",      "1-250", "CP",   "-",     "0"};
-        return texts[m_random() % texts.size()];
-    }
-    std::optional<std::string> clipboardText() override {
-        static constexpr std::array texts{
-            "1\t2\r3\t4\r", "\n\n", "CP\t\t\t\t1\t\t2", "1e999\r", "\t\t\t\t\t\t\t\t\t\t\t\tx", ""};
-        if (m_random() % 8 == 0) return std::nullopt;
-        return texts[m_random() % texts.size()];
+    int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
+    template <typename T, std::size_t N>
+    T any(const std::array<T, N>& values) {
+        return values[random() % N];
     }
 
-  private:
-    std::mt19937& m_random;
-};
-
-// 100,000 keys of every kind, mostly what people key, never crash, never touch the header, and leave a grid
-// with a row and a cursor in it.
-TEST_F(Entry, RandomKeysKeepTheGridWhole) {
-    const TempFolder folder;
-    std::mt19937 random(20260101);
-    RandomDesktop asked(random);
-    asked.folder = folder.path();
-    const auto below = [&random](int limit) {
-        return static_cast<int>(random() % static_cast<unsigned>(limit));
-    };
-    constexpr std::u32string_view common =
-        U"0123456789012345678901234567890..\r\r\r\r\r\r\r\rLRCP*lrcps+-tT\b\x01\x03\x16";
-    const auto changeSettings = [&] {
+    void changeSettings() {
         Settings& settings = book.settings;
         for (bool* each :
              {&settings.chkAuto, &settings.chkOft, &settings.chkFinal, &settings.chk005, &settings.chkAdd})
             *each = below(2) == 0;
         settings.cboSide = below(3) == 0 ? "Right" : "Left";
-        settings.cboIncr = asked.inputBox({}, {}, {});
-        entry::addOffset(settings, asked, std::to_string(below(20)), entry::OffsetSide::Both);
+        settings.cboIncr = desktop.inputs.front();
+        entry::addOffset(settings, desktop, std::to_string(below(20)), entry::OffsetSide::Both);
         if (below(4) == 0) settings.lstOft.clear();
-        if (below(16) == 0) entry::acceptSettings(book, asked);
-    };
-    const auto step = [&] {
+        if (below(16) == 0) entry::acceptSettings(book, desktop);
+    }
+    void step() {
+        static constexpr std::u32string_view common =
+            U"0123456789012345678901234567890..\r\r\r\r\r\r\r\rLRCP*lrcps+-tT\b\x01\x03\x16";
         const int kind = below(100);
         if (kind < 80)
-            entry::keyPress(book, asked, common[random() % common.size()]);
+            entry::keyPress(book, desktop, common[random() % common.size()]);
         else if (kind < 83)
-            entry::keyPress(book, asked, static_cast<char32_t>(below(0x3000)));
+            entry::keyPress(book, desktop, static_cast<char32_t>(below(0x3000)));
         else if (kind < 88)
-            entry::keyDown(book, asked, static_cast<entry::EditKey>(below(5)));
+            press(static_cast<entry::EditKey>(below(5)));
         else if (kind < 96) {
-            entry::leaveCell(book, asked);
+            entry::leaveCell(book, desktop);
             grid.moveTo(1 + below(grid.Rows() - 1), below(grid.Cols()));
             if (below(4) == 0) grid.setSelection(1, below(grid.Cols()));
         } else if (kind < 97) {
-            reduceLevels(book, asked);
+            reduceLevels(book, desktop);
             grid.setVisible(true);
         } else if (kind < 98)
-            std::array{entry::insertRow, entry::insertRows, entry::deleteRow,
-                       entry::deleteRows}[random() % 4](book, asked);
+            any(std::array{entry::insertRow, entry::insertRows, entry::deleteRow, entry::deleteRows})(
+                book, desktop);
         else
             changeSettings();
-    };
+    }
+};
+
+// 100,000 keys of every kind, mostly what people key, with any answer to what is asked, never crash, never
+// touch the header, and leave a grid with a row and a cursor in it.
+TEST_F(RandomKeys, KeepTheGridWhole) {
+    desktop.folder = folder.path();
+    const std::array inputs{"",  "1",  "2.5",    "-0.004", "x",     "1e39", "1e999", "32768",
+                            "3", "12", "\u00fc", ".",      "1-250", "CP",   "-",     "0"};
+    const std::array clipboards{
+        "1\t2\r3\t4\r", "\n\n", "CP\t\t\t\t1\t\t2", "1e999\r", "\t\t\t\t\t\t\t\t\t\t\t\tx", ""};
     const std::string header = grid.Text(0, 0) + grid.Text(0, 9);
     for (int i = 0; i < 100'000; ++i) {
+        desktop.inputs = {any(inputs)};
+        desktop.answers = {any(std::array{desktop::Answer::Yes, desktop::Answer::No})};
+        desktop.clipboard = any(clipboards);
         step();
+        desktop.boxes.clear();
         if (grid.Rows() > 400) grid.setRows(20);
         ASSERT_TRUE(grid.Row() >= 1 && grid.Row() < grid.Rows() && grid.Col() < grid.Cols()) << i;
         ASSERT_TRUE(grid.RowSel() >= 1 && grid.RowSel() < grid.Rows()) << i;
