@@ -106,7 +106,7 @@ TEST_F(Steps, ImportAndAnotherStart) {
         {"import": [["Chainage", "Left"], ["01-000", 2.5, null, null, null, "1.1"]]},
         {"button": "cmdSave"}, {"program_folder": true}, {"menu": "mnuX1"}]})json";
     const QJsonObject outcome = play(session);
-    EXPECT_EQ(line(outcome["rows"]), R"([["01-000","2.5","","","","1.1","","","",""]])");
+    EXPECT_EQ(line(outcome["rows"].toArray()[0]), R"(["01-000","2.5","","","","1.1","","","",""])");
     EXPECT_EQ(outcome["menu"].toArray()[0].toString(), "work/book.grl");
     EXPECT_EQ(outcome["caption"].toString(), "ZavroGrl-work/book.grl");
 }
@@ -125,7 +125,7 @@ TEST_F(Steps, BoxesThatAreLeftComputeAndFramesKeepNothingUnasked) {
     EXPECT_EQ(outcome["caption"].toString(), "ZavroGrl-work/book.grl");
     EXPECT_EQ(outcome["settings"].toObject()["oft"].toInt(), 0);
     EXPECT_EQ(line(outcome["settings"].toObject()["list"]), R"(["L02.50"])");
-    EXPECT_EQ(dialogs(outcome), "|Gutter Top Width is invalid or Zero|Enter Left Roadwidth 1st ...|"
+    EXPECT_EQ(dialogs(outcome), "open|Gutter Top Width is invalid or Zero|Enter Left Roadwidth 1st ...|"
                                 "road/book Folder is Created|");
     dao::Database road =
         dao::OpenDatabase(world.path() + "/road/book/Road.mdb", std::string(exchange::roadConnect));

@@ -37,25 +37,19 @@ TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
         EXPECT_EQ(settings().cboSideIndex, side.index) << side.typed;
         EXPECT_EQ(settings().startsLeft(), side.left) << side.typed;
     }
-    for (const char* name : {"chkAuto", "chkOft", "chkFinal", "chk005", "chkAdd"})
-        tick(name);
+    const char* offsets[] = {"lstOft",  "cmdAdd", "optLeft", "optRight",
+                             "optBoth", "lblOft", "txtOft",  "txtAdd"};
+    for (const bool on : {false, true, false, true}) {
+        for (const char* name : {"chkAuto", "chkOft", "chkFinal", "chk005", "chkAdd"})
+            tick(name, on);
+        for (const char* name : offsets)
+            EXPECT_EQ(shown(name), on) << name;
+    }
     control<QLineEdit>("txtAdd").setText(QStringLiteral("0.1"));
     click("cmdOK");
     EXPECT_FALSE(shown("ff"));
     EXPECT_TRUE(window->grid().hasFocus());
     EXPECT_EQ(folder.read("ZavroGRL.LVX"), "0112.5\r\n021\r\n031\r\n041\r\n051\r\n510.1\r\n061\r\n");
-}
-
-TEST_F(Settings, ControlsComeAndGoWithTheirCheckBox) {
-    open();
-    click("cmdList");
-    for (const bool on : {false, true, false}) {
-        tick("chkOft", on);
-        tick("chkAdd", on);
-        for (const char* name :
-             {"lstOft", "cmdAdd", "optLeft", "optRight", "optBoth", "lblOft", "txtOft", "txtAdd"})
-            EXPECT_EQ(shown(name), on) << name;
-    }
 }
 
 TEST_F(Settings, OffsetsAreAddedInOrderAndDeletedByKey) {
