@@ -10,7 +10,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -384,13 +383,6 @@ bool ExportPanel::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return Panel::eventFilter(watched, event);
-}
-
-void ExportPanel::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && cmdCancel_Click)
-        cmdCancel_Click();
-    else
-        Panel::keyPressEvent(event);
 }
 
 } // namespace shell

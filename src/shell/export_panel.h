@@ -35,7 +35,6 @@ class ExportPanel final : public Panel {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     using Frame = exchange::ExportFrame;

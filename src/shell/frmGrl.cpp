@@ -18,6 +18,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -147,6 +148,14 @@ void frmGrl::arrange() {
 void frmGrl::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     Form_Resize();
+}
+
+// Also from the buttons beside the panel, which covers them where the letters are large.
+void frmGrl::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && m_fExport->isVisible())
+        run(&frmGrl::cmdCancel_Click, false);
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void frmGrl::changeEvent(QEvent* event) {

@@ -117,6 +117,18 @@ TEST_F(ExportPanelTest, TabGoesThroughTheBoxesInReadingOrder) {
     }
 }
 
+TEST_F(ExportPanelTest, EscapeClosesItFromItsBoxesAndFromTheButtonsBesideIt) {
+    openWithBook();
+    for (const char* name : {"txtSurvey", "cboGIS", "chkLG", "cmdCP", "cmdExport"}) {
+        click("cmdExport");
+        EXPECT_FALSE(control<QWidget>("fExport").isHidden()) << name;
+        control<QWidget>(name).setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        EXPECT_TRUE(control<QWidget>("fExport").isHidden()) << name;
+        EXPECT_TRUE(live("cmdSave")) << name;
+    }
+}
+
 TEST_F(ExportPanelTest, TransfersTheBookAndItsFormationLevels) {
     openWithBook();
     const std::string road = folder / "roads/Site1/Road.mdb";
