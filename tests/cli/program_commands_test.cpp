@@ -123,6 +123,10 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
     ASSERT_EQ(make(book, good), cli::Done);
     const std::string text = home.write("text.grl", "no database");
     const std::string none = home / "missing";
+    ASSERT_EQ(
+        make(home / "absurd.grl", home.write("absurd.csv", "Chainage\n,,,,1,,,,100,\n,,,,,1e39\n,,,,,1\n")),
+        cli::Done);
+    const std::string absurd = home.read("absurd.grl");
     const auto transfer = [this](const std::string& path, const std::string& folder, const char* gutter) {
         options.book = path;
         options.folder = folder;
@@ -134,6 +138,7 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
         const char* said;
     } cases[] = {
         {[&] { return cli::calProject(text, err); }, "Your Selected file is not a grl database file\n"},
+        {[&] { return cli::calProject(home / "absurd.grl", err); }, "Overflow"},
         {[&] { return cli::exportProject(none, "-", out, err); }, "3024  "},
         {[&] { return make(home / "a.grl", none); }, "File not found\n"},
         {[&] { return make(home / "a.grl", text); }, "text.grl: line 1"},
@@ -148,6 +153,7 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
         EXPECT_THAT(err.str(), HasSubstr(each.said));
     }
     EXPECT_FALSE(fs::exists(home / "a.grl"));
+    EXPECT_EQ(home.read("absurd.grl"), absurd) << "not saved half reduced";
     EXPECT_TRUE(fs::is_empty(home / "roads"));
     EXPECT_EQ(out.str(), "");
 }

@@ -68,10 +68,10 @@ TEST_F(ExchangeWindows, TheListIsNeverSmallerThanHalfTheScreen) {
     });
 }
 
-TEST_F(ExchangeWindows, TheCsvButtonFinishesTheCellAndWritesTheBook) {
+TEST_F(ExchangeWindows, TheCsvCommandFinishesTheCellAndWritesTheBook) {
     book().setText(1, sheet::BackSight, ".5");
     moveTo(1, sheet::BackSight);
-    EXPECT_THAT(answering({"OK"}, [this] { click("cmdExpTxt"); }),
+    EXPECT_THAT(answering({"OK"}, [this] { choose("mnuExcel"); }),
                 ElementsAre(folder / "Site1.csv File is Created"));
     EXPECT_THAT(folder.read("Site1.csv"), HasSubstr("\r\n,,,,0.5,,,,,,\r\n"));
 }

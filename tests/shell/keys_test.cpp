@@ -130,6 +130,23 @@ TEST_F(Keys, LeavingACellChecksItOnceAndOnlyWhenTheCursorMoves) {
     }
 }
 
+TEST_F(Keys, CommandsThatWalkTheGridCheckTheCellFirst) {
+    window->book().setProjectPath(folder / "Site1.grl");
+    const Answers out([](QWidget& modal) { QTest::keyClick(&modal, Qt::Key_Escape); });
+    for (const char* name : {"cmdSave", "cmdCal", "cmdCP", "cmdExpTxt", "cmdExport", "mnuSave", "mnuSaveas",
+                             "mnuExcel", "mnuExport"}) {
+        book().setRows(4);
+        moveTo(2, 0);
+        book().setText("1.250");
+        if (*name == 'c')
+            click(name);
+        else
+            choose(name);
+        EXPECT_EQ(cell(2, 0), "1-250") << name;
+        if (shown("fExport")) click("cmdCancel");
+    }
+}
+
 TEST_F(Keys, EditingKeysAreNoCharacters) {
     moveTo(1, 9);
     type("bridge/2");

@@ -44,7 +44,8 @@ void click(const QWidget& window, const char* name) {
     QTest::mouseClick(&button(window, name), Qt::LeftButton);
 }
 void type(const QWidget& window, const char* name, const char* text) {
-    box(window, name).setText(QString::fromUtf8(text));
+    box(window, name).clear();
+    QTest::keyClicks(&box(window, name), QLatin1String(text));
 }
 void enter(const QWidget& window, const char* name) {
     QTest::keyClick(&find<QWidget>(window, name), Qt::Key_Return);
@@ -156,7 +157,7 @@ TEST_F(SmallWindows, LoginComparesTheTrimmedTextExactly) {
         open(window);
         EXPECT_EQ(focused(), "txtPassword");
         type(window, "txtUserName", "anybody");
-        type(window, "txtPassword", c.typed);
+        box(window, "txtPassword").setText(QString::fromUtf8(c.typed));
         enter(window, "txtPassword");
         EXPECT_EQ(went, c.enters ? 1 : 0);
         if (c.enters)
@@ -184,9 +185,13 @@ TEST_F(SmallWindows, LoginEndsOnCancelEscAndClose) {
 }
 
 TEST_F(SmallWindows, DamagedStoresAreToldAndLeftAlone) {
-    folder.write("suprt.dll", "no database at all");
-    const shell::frmLogin login(desktop, next, end);
-    EXPECT_THAT(labelText(login, "lblStore"), testing::StartsWith("The stored password cannot be read: "));
+    std::filesystem::create_directory(folder / "lgn.lgn"); // in the place of a store
+    for (const bool database : {false, true}) {
+        if (database) folder.write("suprt.dll", "no database at all");
+        const shell::frmLogin login(desktop, next, end);
+        EXPECT_THAT(labelText(login, "lblStore"),
+                    testing::StartsWith("The stored password cannot be read: "));
+    }
     shell::frmPwd change(desktop);
     open(change);
     click(change, "cmdOK"); // nothing is known of the old password
@@ -196,7 +201,7 @@ TEST_F(SmallWindows, DamagedStoresAreToldAndLeftAlone) {
     EXPECT_TRUE(change.isVisible());
     EXPECT_THAT(labelText(change, "lblStore"), testing::StartsWith("The password was not changed: "));
     EXPECT_EQ(folder.read("suprt.dll"), "no database at all");
-    EXPECT_FALSE(std::filesystem::exists(folder / "lgn.lgn"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "lgn.lgn"));
 }
 
 TEST_F(SmallWindows, APasswordIsChangedWhenAllThreeBoxesAreRight) {
@@ -214,6 +219,8 @@ TEST_F(SmallWindows, APasswordIsChangedWhenAllThreeBoxesAreRight) {
     type(window, "txtOld", " old ");
     enter(window, "txtOld");
     type(window, "txtNew", " new one ");
+    enter(window, "txtNew");
+    EXPECT_EQ(focused(), "txtREnt");
     type(window, "txtREnt", "new one"); // they are compared as typed
     enter(window, "txtREnt");
     EXPECT_EQ(focused(), "cmdOK");

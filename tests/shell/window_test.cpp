@@ -113,9 +113,9 @@ TEST_F(Window, EntryButtonsTypeTheirLetterUnlessTheGridIsAway) {
         book().setVisible(!hidden);
         if (!hidden) click("cmdList");
         window->showBook();
-        moveTo(3, 9);
+        moveTo(2, 5);
         click("cmdL");
-        EXPECT_EQ(book().Col(), 9);
+        EXPECT_EQ(cursor(), std::pair(2, 5));
         EXPECT_FALSE(window->grid().hasFocus());
     }
 }
