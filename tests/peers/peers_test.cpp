@@ -184,12 +184,14 @@ table Large
     expectSameFile(path, "", GetParam(), false);
 }
 
-TEST_P(PeerTest, TemplatesAndTheirPasswords) {
+// Books, roads and login stores.
+TEST_P(PeerTest, EveryKindOfFileWithItsPassword) {
     TempFolder folder;
-    for (const char* name : {"grl", "rod"}) {
-        const jet::Bytes text = jet::contentOf(std::string(ZAVRO_SCHEMAS) + "/" + name + ".schema");
+    for (const std::filesystem::path schemaFile :
+         {ZAVRO_SCHEMAS "/grl.schema", ZAVRO_SCHEMAS "/rod.schema", ZAVRO_TEST_DATA "/suprt.schema"}) {
+        const jet::Bytes text = jet::contentOf(schemaFile.string());
         const jet::Schema schema = jet::parseSchema(std::string(text.begin(), text.end()));
-        const std::string path = folder / name;
+        const std::string path = folder / schemaFile.stem().string();
         jet::CreateOptions options;
         options.password = schema.password;
         jet::Database database = jet::Database::create(path, options);
