@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Works the built program as a person: keys a book with a change point, reduces, saves, lists, exports and transfers it,
+# Works the built program as a person, by keys alone but for one double click: keys a book with a change point, reduces, saves, lists, exports and transfers it,
 # leaves with the question answered, and opens the book again by its name. What was written is read back by mdbtools.
 # person.sh FOLDER-OF-THE-PROGRAMS
 source "$(dirname "${BASH_SOURCE[0]}")/screen.sh"
@@ -81,9 +81,13 @@ confirm
 grep -q '^CP,.*1.6,,1.2,101.925,100.325' "$world/site.csv" || fail "the change point is not in the CSV file"
 
 begin "The change points"
-click "$caption" 914 97
+keys Tab Tab Tab Tab Tab Return # New, Open, Save, Cal, CP
 wait_for 'All Change Points.'
 list=$window
+keys Return
+confirm
+until_true "the focus on the list" has_focus "$list"
+rm "$world/sitecp.csv"
 xdotool mousemove --window "$list" 120 60 click --repeat 2 --delay 60 1
 confirm
 grep -q '^00-000,,,,1.6,,1.2,101.925,100.325,,5,' "$world/sitecp.csv" || fail "the change point is not in its CSV file"
@@ -94,18 +98,19 @@ until_true "the end of the list" is_gone "$list"
 begin "Transfer"
 until_true "the focus on the book" has_focus "$(windows "$caption")"
 menu alt+t e
-click "$caption" 474 148
-type_text 'Road to the quarry'
-click "$caption" 543 204
+keys Right Right space Tab End # "Improvements to Road From"
+type_text ' the quarry'
+keys Tab Tab Tab
 type_text 'A. Surveyor'
-click "$caption" 663 384
+keys Tab Tab Tab Tab Tab Tab Tab Tab Tab # the total, its box, carriage way, two slopes, the gutter's option and two slopes
 type_text 0.5
-click "$caption" 729 550
+keys alt+t Return # shared with the menu
 confirm
 road=$world/Road/site/Road.mdb
 expect "$(mdb-export -H "$road" CSect | sort)" "$sections"
 expect "$(mdb-export -H "$road" LSect | grep -c .)" 2
-mdb-export -H "$road" dddd | grep -q 'Road to the quarry' || fail "the name of the work is not in the road database"
+expect "$(mdb-export -H "$road" LSect | head -n 1 | cut -d, -f 12)" 0.5 # DrnDep
+mdb-export -H "$road" dddd | grep -q 'Improvements to Road From the quarry' || fail "the name of the work is not in the road database"
 cmp "$book" "$world/Road/site/site.grl"
 
 begin "Exit asks, and Yes saves"
