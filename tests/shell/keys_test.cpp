@@ -98,6 +98,8 @@ TEST_F(Keys, TheMouseSetsCursorAndSelection) {
     clickCell(9, 8, Qt::ShiftModifier);
     EXPECT_EQ(cursor(), std::pair(7, 6));
     EXPECT_EQ(farEnd(), std::pair(9, 8));
+    clickCell(7, 6);
+    EXPECT_EQ(farEnd(), std::pair(7, 6)) << "the anchor alone";
     QTest::mouseClick(cells, Qt::LeftButton, {}, QPoint(20, cells->height() - 3));
     EXPECT_EQ(cursor(), std::pair(7, 6)) << "below the last row there is nothing";
 }
