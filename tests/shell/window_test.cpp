@@ -39,7 +39,8 @@ TEST_F(Window, HoveringGivesAButtonTheFocusAndABoldCaption) {
         EXPECT_FALSE(button->captionBold());
     hover("MSFG");
     EXPECT_FALSE(window->grid().hasFocus()) << "the frame of the grid is not its cells";
-    QTest::mouseMove(window->grid().viewport(), QPoint(30, 30));
+    for (const int place : {40, 30}) // the pointer may stand at one of them
+        QTest::mouseMove(window->grid().viewport(), QPoint(place, place));
     EXPECT_TRUE(window->grid().hasFocus());
 }
 
