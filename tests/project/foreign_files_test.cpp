@@ -122,14 +122,14 @@ TEST_F(ForeignFilesTest, ATableWithoutSomeOfTheFieldsIsAnErrorOfTheLoad) {
 }
 
 TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
-    chmod(folder.path().c_str(), 0755);
-    chmod(desktop.folder.c_str(), 0755);
     const std::string path = projectFile("road.grl", remark("mine"));
     const std::string before = folder.read("road.grl");
+    chmod(desktop.folder.c_str(), 0755);
+    chmod(folder.path().c_str(), 0555); // forbidden to the owner as well, who runs this where it is not root
 
-    chmod(path.c_str(), 0600);
+    chmod(path.c_str(), 0);
     EXPECT_EQ(1, asOtherUser([&] { return open(path).at(0).starts_with("3051  "); })) << "not readable";
-    chmod(path.c_str(), 0644);
+    chmod(path.c_str(), 0444);
     EXPECT_EQ(
         1, asOtherUser([&] {
             book.setProjectPath(path);
@@ -144,6 +144,7 @@ TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
                   }))
             << "a new file in a read-only folder";
     }
+    chmod(folder.path().c_str(), 0755);
     EXPECT_EQ(folder.read("road.grl"), before);
     EXPECT_THAT(files(), ElementsAre("road.grl"));
 }
