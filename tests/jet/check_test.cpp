@@ -1,25 +1,9 @@
 #include "check.h"
-#include "engine_fixture.h"
 #include "layout.h"
+#include "rich_file.h"
 
 namespace jet {
 namespace {
-
-/// A database whose indexes have several levels, with long values and a second table.
-Bytes soundFile() {
-    const MemoryDisk disk;
-    Database db = disk.create();
-    Table table =
-        db.createTable({.name = "T",
-                        .columns = {{.name = "Chn", .type = ColumnType::Text, .size = 60},
-                                    {.name = "Rem", .type = ColumnType::Memo}},
-                        .indexes = {{.name = "Chn", .columns = {{"Chn"}}, .kind = IndexKind::Unique}}});
-    for (int i = 0; i < 900; ++i)
-        table.insert({"01-" + std::to_string(i * 7919 % 900), std::string(i % 90 == 0 ? 9000 : i % 90, 'm')});
-    db.createTable({.name = "Plain", .columns = {{.name = "A", .type = ColumnType::Double}}}).insert({1.5});
-    db.commit();
-    return disk.content();
-}
 
 std::vector<std::string> faultsOf(Bytes content) {
     std::vector<std::string> faults;
@@ -33,7 +17,7 @@ std::vector<std::string> faultsOf(Bytes content) {
 
 // One bit of one field is wrong, in each page of the kind in turn: every time the checker says so.
 TEST(CheckTest, NoticesEveryWrongField) {
-    const Bytes sound = soundFile();
+    const Bytes sound = richFile();
     ASSERT_EQ(faultsOf(sound), std::vector<std::string>{});
     struct Field {
         PageKind kind;
@@ -75,7 +59,7 @@ TEST(CheckTest, NoticesEveryWrongField) {
 
 // Every key of a leaf is made anew from its row.
 TEST(CheckTest, NoticesAWrongKey) {
-    const Bytes sound = soundFile();
+    const Bytes sound = richFile();
     const std::size_t pageSize = jet4Layout.pageSize;
     int tried = 0;
     for (std::size_t page = 1; page < sound.size() / pageSize; ++page) {
@@ -92,7 +76,7 @@ TEST(CheckTest, NoticesAWrongKey) {
 }
 
 TEST(CheckTest, NoticesAUsedPageThatIsMarkedFree) {
-    Bytes content = soundFile();
+    Bytes content = richFile();
     // Row 0 of page 1 starts at the offset in its slot; behind kind and first page stand the bits.
     const std::size_t page = jet4Layout.pageSize;
     const std::size_t row = (content[page + 14] + 256U * content[page + 15]) & 0x1FFF;
