@@ -12,27 +12,36 @@
 namespace jet {
 namespace {
 
-/// A file whose n-th call fails; every later one too, as on a disk that is gone.
+enum class Call { Size, Read, BeginReplace, Keep, Append, FinishReplace };
+
+/// A file that lets `meet` throw before any call.
 class FailingFile : public SharedFile {
   public:
-    FailingFile(std::shared_ptr<MemoryFile> file, int calls) : SharedFile(std::move(file)), m_left(calls) {}
-    std::uint64_t size() override { return step(), SharedFile::size(); }
+    FailingFile(std::shared_ptr<MemoryFile> file, std::function<void(Call)> meet)
+        : SharedFile(std::move(file)), m_meet(std::move(meet)) {}
+    std::uint64_t size() override { return m_meet(Call::Size), SharedFile::size(); }
     void read(std::uint64_t offset, std::span<std::uint8_t> into) override {
-        step(), SharedFile::read(offset, into);
+        m_meet(Call::Read), SharedFile::read(offset, into);
     }
-    void beginReplace() override { step(), SharedFile::beginReplace(); }
+    void beginReplace() override { m_meet(Call::BeginReplace), SharedFile::beginReplace(); }
     void keep(std::uint64_t offset, std::uint64_t length) override {
-        step(), SharedFile::keep(offset, length);
+        m_meet(Call::Keep), SharedFile::keep(offset, length);
     }
-    void append(std::span<const std::uint8_t> bytes) override { step(), SharedFile::append(bytes); }
-    void finishReplace() override { step(), SharedFile::finishReplace(); }
+    void append(std::span<const std::uint8_t> bytes) override {
+        m_meet(Call::Append), SharedFile::append(bytes);
+    }
+    void finishReplace() override { m_meet(Call::FinishReplace), SharedFile::finishReplace(); }
 
   private:
-    void step() {
-        if (m_left-- <= 0) throw Error(ErrorKind::Io, "The disk failed.");
-    }
-    int m_left;
+    std::function<void(Call)> m_meet;
 };
+
+/// A disk that is gone after so many calls.
+std::unique_ptr<File> goneAfter(int calls, const std::shared_ptr<MemoryFile>& file) {
+    return std::make_unique<FailingFile>(file, [calls](Call) mutable {
+        if (calls-- <= 0) throw Error(ErrorKind::Io, "The disk failed.");
+    });
+}
 
 TableDesign bookDesign() {
     return {.name = "Book",
@@ -95,7 +104,7 @@ TEST(CommitTest, AFailureAtAnyCallLeavesTheOldStateOrTheNewOne) {
         for (int calls = 0;; ++calls) {
             auto file = std::make_shared<MemoryFile>(old);
             std::optional<ErrorKind> kind = errorOf([&] {
-                Database db = Database::open(std::make_unique<FailingFile>(file, calls));
+                Database db = Database::open(goneAfter(calls, file));
                 operation.run(db);
                 db.commit();
             });
@@ -114,7 +123,7 @@ TEST(CommitTest, AFailureWhileADatabaseIsMadeLeavesNothing) {
     for (int calls = 0;; ++calls) {
         auto file = std::make_shared<MemoryFile>(Bytes{});
         const std::optional<ErrorKind> kind = errorOf([&] {
-            Database db = Database::create(std::make_unique<FailingFile>(file, calls));
+            Database db = Database::create(goneAfter(calls, file));
             fill(db.createTable(bookDesign()), 2000); // several megabytes, so several writes
             db.commit();
         });
@@ -131,18 +140,11 @@ TEST(CommitTest, AFailureWhileADatabaseIsMadeLeavesNothing) {
 
 TEST(CommitTest, AFailedCommitCanBeRepeated) {
     auto file = std::make_shared<MemoryFile>(bookFile(10));
-    class Once : public SharedFile {
-      public:
-        using SharedFile::SharedFile;
-        void finishReplace() override {
-            if (std::exchange(m_first, false)) throw Error(ErrorKind::Full, "The disk is full.");
-            SharedFile::finishReplace();
-        }
-
-      private:
-        bool m_first = true;
-    };
-    Database db = Database::open(std::make_unique<Once>(file));
+    bool first = true;
+    Database db = Database::open(std::make_unique<FailingFile>(file, [&first](Call call) {
+        if (call == Call::FinishReplace && std::exchange(first, false))
+            throw Error(ErrorKind::Full, "The disk is full.");
+    }));
     db.table("Book").insert(bookRow(99));
     EXPECT_EQ(errorOf([&] { db.commit(); }), ErrorKind::Full);
     EXPECT_TRUE(db.changed());
@@ -155,20 +157,11 @@ TEST(CommitTest, AChangeThatWasBrokenOffIsNeverWritten) {
     int brokenOff = 0;
     for (int calls = 0; calls < 200; ++calls) {
         auto file = std::make_shared<MemoryFile>(old);
-        class FailingReads : public SharedFile {
-          public:
-            FailingReads(std::shared_ptr<MemoryFile> from, int calls)
-                : SharedFile(std::move(from)), m_left(calls) {}
-            void read(std::uint64_t offset, std::span<std::uint8_t> into) override {
-                if (m_left-- == 0) throw Error(ErrorKind::Io, "The page cannot be read.");
-                SharedFile::read(offset, into);
-            }
-
-          private:
-            int m_left;
+        const auto badPage = [left = calls](Call call) mutable {
+            if (call == Call::Read && left-- == 0) throw Error(ErrorKind::Io, "The page cannot be read.");
         };
         std::optional<Database> db;
-        if (errorOf([&] { db = Database::open(std::make_unique<FailingReads>(file, calls)); })) continue;
+        if (errorOf([&] { db = Database::open(std::make_unique<FailingFile>(file, badPage)); })) continue;
         const std::vector<Value> key{bookRow(300)[0], bookRow(300)[1]};
         if (!errorOf([&] {
                 Table table = db->table("Book");
