@@ -13,7 +13,8 @@ enum class ErrorKind {
     WrongPassword,
     Corrupt,         ///< damaged; page() and offset() say where
     EncodedWrite,    ///< the file is encoded: it can be read, not changed
-    UnsupportedSort, ///< text sorted in a way that is not known: the table can be read, not changed
+    UnsupportedSort, ///< text sorted in a way that is not known: its keys cannot be made, nor rows added or
+                     ///< deleted
     DuplicateKey,
     NullKey,       ///< Null in a column of a primary key or of an index that requires a value
     NotFound,      ///< no such table, column, index or row

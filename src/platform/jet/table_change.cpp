@@ -186,12 +186,14 @@ RowId TableStore::insert(const Row& given) {
 
 /// An index whose order is not known keeps its keys: the columns in it must not change.
 void TableStore::requireKeptKeys(const Row& row, const Row& old) const {
-    for (const IndexData& data : m_def.indexData)
-        for (const IndexData::Part& part : data.columns) {
+    for (std::size_t i = 0; i < m_ordered.size(); ++i) {
+        if (m_ordered[i]) continue;
+        for (const IndexData::Part& part : m_def.indexData[i].columns) {
             const auto position =
                 static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
-            if (row[position] != old[position] && !known(data)) requireKnownOrder();
+            if (row[position] != old[position]) requireKnownOrder();
         }
+    }
 }
 
 void TableStore::update(RowId id, const Row& row) {

@@ -43,6 +43,9 @@ void TableStore::describe() {
         }
         m_columns.push_back(std::move(column));
     }
+    m_ordered.clear();
+    for (const IndexData& data : m_def.indexData)
+        m_ordered.push_back(known(data));
     m_indexes.clear();
     for (const LogicalIndex& def : m_def.indexes) {
         const IndexData& data = m_def.indexData[def.data];
@@ -57,7 +60,7 @@ void TableStore::describe() {
         info.required = (data.flags & indexRequired) != 0;
         info.ignoreNulls = (data.flags & indexIgnoreNulls) != 0;
         info.relation = def.use == IndexUse::Relation;
-        info.seekable = known(data);
+        info.seekable = m_ordered[def.data];
         m_indexes.push_back(std::move(info));
     }
     m_trees.clear();
@@ -82,12 +85,11 @@ void TableStore::requireWritable() const {
 }
 
 void TableStore::requireKnownOrder() const {
-    for (const IndexData& data : m_def.indexData)
-        if (!known(data))
-            throw Error(ErrorKind::UnsupportedSort,
-                        "The table '" + m_name +
-                            "' is sorted by the rules of a language that is not known; "
-                            "it can be read but not changed.");
+    if (std::ranges::count(m_ordered, false) != 0)
+        throw Error(ErrorKind::UnsupportedSort,
+                    "The table '" + m_name +
+                        "' is sorted by the rules of a language that is not known; "
+                        "its records can be read, not added or deleted.");
 }
 
 TableStore::Body TableStore::locate(RowId id) {
@@ -141,7 +143,7 @@ TableStore::Keys TableStore::keysOf(const Row& row) {
     Keys keys(m_def.indexData.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const IndexData& data = m_def.indexData[i];
-        if (!known(data)) continue; // its keys are left as they are
+        if (!m_ordered[i]) continue; // its keys are left as they are
         Bytes key;
         key.reserve(usualKey);
         std::size_t nulls = 0;

@@ -84,6 +84,7 @@ class TableStore {
     UsageMap m_ownedPages;
     UsageMap m_freeSpacePages;
     std::vector<std::unique_ptr<Index>> m_trees;
+    std::vector<bool> m_ordered;                           ///< one a tree: the order of its keys is known
     std::vector<std::unique_ptr<LongValues>> m_longValues; ///< as in the definition
     std::unique_ptr<RowBuilder> m_builder;
     Bytes m_row; ///< kept to be used again
