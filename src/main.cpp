@@ -6,8 +6,11 @@
 #include "tools/start_routine.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <cstdio>
 #include <memory>
 
 namespace {
@@ -22,12 +25,43 @@ void openBook(shell::frmGrl& window, const QString& path) {
     window.desktop().focusGrid();
 }
 
+/// --help and --version are answered, and end the program; what is left are books.
+QStringList booksOf(const QCoreApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(shell::text("The levelling book of a road survey."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("book"), shell::text("A book to open after the login."),
+                                 QStringLiteral("[book]"));
+    parser.process(application);
+    return parser.positionalArguments();
+}
+
+/// Without one, Qt ends the program as if it had crashed.
+bool hasDisplay(int argc, char** argv) {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    const auto isPlatform = [](std::string_view word) { return word == "-platform" || word == "--platform"; };
+    return std::any_of(argv, argv + argc, isPlatform) || !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#else
+    return argc >= 0 && argv != nullptr;
+#endif
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    QCoreApplication::setApplicationName(QStringLiteral("zavrogrl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ZAVRO_VERSION));
+    if (!hasDisplay(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        (void)booksOf(application);
+        std::fputs("zavrogrl: there is no display to open a window on; zavrogrl-cli works without one\n",
+                   stderr);
+        return 1;
+    }
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("zavrogrl"));
-    QApplication::setApplicationVersion(QStringLiteral(ZAVRO_VERSION));
+    const QStringList books = booksOf(application);
     QApplication::setDesktopFileName(QStringLiteral("zavrogrl"));
     QApplication::setWindowIcon(shell::branding::icon());
     QApplication::setQuitOnLastWindowClosed(false); // the exit command ends the program
@@ -36,11 +70,10 @@ int main(int argc, char** argv) {
     std::unique_ptr<shell::frmGrl> window;
     shell::StartChain chain(
         desktop,
-        [&window] {
+        [&window, &books] {
             window = std::make_unique<shell::frmGrl>();
             window->Form_Load();
-            if (const QStringList words = QApplication::arguments(); words.size() > 1)
-                openBook(*window, words[1]);
+            if (!books.empty()) openBook(*window, books.front());
         },
         [] { QApplication::exit(0); });
     mdlTools::Main([&chain] { chain.showSplash(); });

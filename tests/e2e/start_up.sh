@@ -31,6 +31,12 @@ change_password() { # OLD NEW, from the main window
     wait_for "$untitled"
 }
 
+without_display() { env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$program" "$@" 2>&1; }
+begin "Without a display: the version, and a sentence instead of a crash"
+without_display --version | grep -q '^zavrogrl [0-9]' || fail "no version is told"
+if message=$(without_display); then fail "it started"; fi
+expect "$message" 'zavrogrl: there is no display to open a window on; zavrogrl-cli works without one'
+
 open_screen
 
 begin "First start: an empty password, nothing else asked"
