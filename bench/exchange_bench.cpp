@@ -10,6 +10,7 @@
 #include "spreadsheet/libre_office.h"
 
 #include <benchmark/benchmark.h>
+#include <fcntl.h>
 
 namespace {
 
