@@ -214,6 +214,7 @@ void Player::listChangePoints() {
         QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {},
                            grid->visualRect(grid->model()->index(0, 0)).center());
         settle();
+        if (onScene) onScene(QStringLiteral("list"), list.grab());
         list.close();
     });
     press("cmdCP");
@@ -304,6 +305,7 @@ void Player::transfer(const QJsonObject& values) {
         frame->findChild<QWidget*>("cmdTr")->setFocus();
         settle();
     }
+    if (onScene) onScene(QStringLiteral("frame"), picture());
     pressIn("fExport", "cmdTr");
 }
 

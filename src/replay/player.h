@@ -6,6 +6,7 @@
 
 #include "shell/frmGrl.h"
 
+#include <functional>
 #include <memory>
 
 namespace replay {
@@ -23,6 +24,8 @@ class Player {
     void step(const QJsonObject& step);
     [[nodiscard]] QJsonObject outcome();
     [[nodiscard]] QPixmap picture();
+    /// Called by a step that opens and closes something, with a name and a picture of it while it is open.
+    std::function<void(const QString& name, const QPixmap& picture)> onScene;
 
   private:
     void openWindow();

@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QImage>
 #include <QJsonArray>
 
 namespace {
@@ -62,6 +63,10 @@ TEST(Sessions, TheDemoEndsWithARoad) {
     EXPECT_THAT(textsOf(outcome["files"]),
                 testing::IsSupersetOf({"Road/book/Road.mdb", "Road/book/Road.dwg", "Road/book/LRod.dwg",
                                        "Road/book/book.grl", "work/book.grl", "work/book.grl.bak"}));
+    // A picture after each named step, and of what the step opened and closed.
+    for (const char* picture : {"demo-2", "demo-7-list", "demo-7", "demo-10-frame", "demo-10"})
+        EXPECT_FALSE(QImage(QString::fromStdString(world / (std::string(picture) + ".png"))).isNull())
+            << picture;
 }
 
 } // namespace
