@@ -327,6 +327,27 @@ TEST(DatabaseTest, AddsColumnsToTablesWithRows) {
     expectIndexesMatch(last.table("T"));
 }
 
+TEST(DatabaseTest, RowsShorterThanAPointerCanGrowOnAFullPage) {
+    const MemoryDisk disk;
+    Database db = disk.create();
+    Table table = db.createTable({.name = "T", .columns = {{.name = "A", .type = Boolean}}});
+    Rows model;
+    for (int i = 0; i < 100; ++i)
+        model[table.insert({i % 2 == 0})];
+    for (const char* name : {"B", "C", "D"})
+        db.addColumn("T", {.name = name, .type = ColumnType::Guid});
+    for (int i = 0; i < 100; ++i)
+        model[table.insert({i % 2 == 0, Guid{}, Guid{}, Guid{}})];
+    std::uint8_t number = 0;
+    for (auto& [id, row] : model) {
+        row = {number % 3 == 0, Guid{{++number}}, Guid{{7}}, Null{}};
+        table.update(id, row);
+    }
+    db.commit();
+    EXPECT_EQ(rowsOf(disk.open().table("T")), model);
+    EXPECT_EQ(check(db), std::vector<std::string>{});
+}
+
 TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
     const MemoryDisk disk;
     Database db = disk.create();

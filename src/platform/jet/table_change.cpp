@@ -9,6 +9,8 @@ namespace jet {
 
 namespace {
 
+constexpr std::uint32_t pointerBytes = 4;
+
 /// A page with less free is not worth trying.
 std::uint32_t littleSpace(const Layout& layout) {
     return layout.pageSize / 20;
@@ -232,10 +234,32 @@ void TableStore::replaceBody(RowId id, const Body& body, ByteView bytes) {
     }
     const RowPointer moved = place(bytes, overflowRow);
     if (body.overflow) dropSlot(body.at);
-    Edit home = m_pager.edit(id.page);
-    const std::uint32_t start = resizeRow(home, layout, id.slot, 4, pointerRow);
-    home.set32(start, moved.pack());
-    noteSpace(id.page);
+    // A row of Yes/No columns alone is shorter than the pointer that it leaves.
+    if (!body.overflow && slot.length + freeSpace(page, layout) < pointerBytes) moveLongestRow(id.page);
+    leavePointer({id.page, id.slot}, moved);
+}
+
+void TableStore::leavePointer(RowPointer home, RowPointer moved) {
+    Edit page = m_pager.edit(home.page);
+    const std::uint32_t start = resizeRow(page, m_pager.layout(), home.row, pointerBytes, pointerRow);
+    page.set32(start, moved.pack());
+    noteSpace(home.page);
+}
+
+/// Makes room on a page that is full.
+void TableStore::moveLongestRow(std::uint32_t page) {
+    const View view = m_pager.view(page);
+    const Layout& layout = m_pager.layout();
+    std::uint32_t longest = pointerBytes;
+    std::uint8_t victim = 0;
+    for (int i = 0; i < slotCount(view, layout); ++i)
+        if (const Slot slot = slotAt(view, layout, i); slot.flags == 0 && slot.length > longest) {
+            longest = slot.length;
+            victim = static_cast<std::uint8_t>(i);
+        }
+    if (longest == pointerBytes) view.fail(freeSpaceAt, "no room for a row");
+    const ByteView row = rowAt(view, layout, victim).bytes();
+    leavePointer({page, victim}, place(Bytes(row.begin(), row.end()), overflowRow));
 }
 
 /// Deletes what a slot holds; a page on which nothing is left is given back.

@@ -72,6 +72,8 @@ class TableStore {
     [[nodiscard]] std::uint32_t pageFor(std::size_t length);
     RowPointer place(ByteView bytes, std::uint16_t flags);
     void replaceBody(RowId id, const Body& body, ByteView bytes);
+    void leavePointer(RowPointer home, RowPointer moved);
+    void moveLongestRow(std::uint32_t page);
     void dropSlot(RowPointer at);
     void noteSpace(std::uint32_t page);
     void noteAutonumber(const Row& row);
