@@ -29,9 +29,7 @@ ExitStatus cal(const CalOptions& options, std::istream& in, std::ostream& out, s
         sheet::Book book;
         readBook(book.MSFG, contentOf(options.in, in));
         StreamDesktop desktop(err);
-        sheet::reduceLevels(book, desktop);
-        // The reduction leaves the grid hidden when it stops in an error.
-        if (!book.MSFG.Visible()) return Failed;
+        if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
         const std::string csv = writeBook(book.MSFG);
         if (!options.out.empty() && options.out != "-")
             basic::writeFile(options.out, csv);

@@ -3,6 +3,7 @@
 #include "chainage.h"
 
 #include "sheet/cells.h"
+#include "sheet/sight.h"
 
 #include "basic/numbers.h"
 
@@ -114,19 +115,22 @@ void enterOther(Book& book, desktop::Desktop& desktop) {
 void reduceReading(Book& book) {
     Grid& grid = book.MSFG;
     const int row = grid.Row();
+    const auto showHeight = [&] { grid.setText(row, HgtInst, levelText(book.CurrentHI)); };
     if (row == 1) {
-        book.CurrentHI = basic::cSng(cellValue(grid, row, RLevel) + cellValue(grid, row, BackSight));
-        grid.setText(row, HgtInst, levelText(book.CurrentHI));
+        book.CurrentHI = heightAbove(cellValue(grid, row, RLevel), cellValue(grid, row, BackSight));
+        showHeight();
         grid.setCol(HgtInst);
     }
     book.LastReading = basic::cSng(basic::val(grid.Text()));
     if (grid.Col() == InterSight) {
-        grid.setText(row, RLevel, levelText(basic::cSng(double{book.CurrentHI} - double{book.LastReading})));
+        const float level = basic::cSng(levelBelow(book.CurrentHI, book.LastReading));
+        grid.setText(row, RLevel, levelText(level));
     } else if (grid.Col() == BackSight) {
-        book.CurrentHI = basic::cSng(double{book.CurrentHI} - cellValue(grid, row, ForeSight));
+        // Between the two sights of a change point the running height is that point's level.
+        book.CurrentHI = basic::cSng(levelBelow(book.CurrentHI, cellValue(grid, row, ForeSight)));
         grid.setText(row, RLevel, levelText(book.CurrentHI));
-        book.CurrentHI = basic::cSng(double{book.LastReading} + double{book.CurrentHI});
-        grid.setText(row, HgtInst, levelText(book.CurrentHI));
+        book.CurrentHI = heightAbove(book.CurrentHI, book.LastReading);
+        showHeight();
     }
 }
 

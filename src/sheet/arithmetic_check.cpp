@@ -3,6 +3,7 @@
 #include "basic/numbers.h"
 #include "book.h"
 #include "cells.h"
+#include "sight.h"
 
 #include <cmath>
 
@@ -20,18 +21,17 @@ ArithmeticCheck checkArithmetic(const Grid& grid) {
     double openBackSight = cellValue(grid, 1, BackSight);
     double openInterSight = 0;
     for (int row = 2; row < grid.Rows(); ++row) {
-        const bool intermediate = !grid.Text(row, InterSight).empty();
-        const double foreSight = intermediate ? 0 : cellValue(grid, row, ForeSight);
-        if ((!intermediate && foreSight == 0) || grid.Text(row, RLevel).empty()) continue;
+        const RowKind kind = sightAt(grid, row).kind;
+        if (kind == RowKind::None || grid.Text(row, RLevel).empty()) continue;
         check.reduced = true;
         check.lastLevel = cellValue(grid, row, RLevel);
         // A back sight counts once something was sighted from its set-up.
         check.backSights += openBackSight;
         openBackSight = 0;
-        if (intermediate) {
+        if (kind == RowKind::Intermediate) {
             openInterSight = cellValue(grid, row, InterSight);
         } else {
-            check.foreSights += foreSight;
+            check.foreSights += cellValue(grid, row, ForeSight);
             openBackSight = cellValue(grid, row, BackSight);
             openInterSight = 0;
         }

@@ -1,6 +1,7 @@
 #include "reduction.h"
 
 #include "cells.h"
+#include "sight.h"
 
 #include "basic/numbers.h"
 #include "basic/strings.h"
@@ -25,44 +26,59 @@ void normaliseChainage(Grid& grid, int row) {
     if (text.size() != before) grid.setText(row, Chainage, std::move(text));
 }
 
-void reduceRow(Book& book, int row) {
-    Grid& grid = book.MSFG;
-    if (!grid.Text(row, InterSight).empty()) {
-        book.LastReading = basic::cSng(cellValue(grid, row, InterSight));
-        grid.setText(row, RLevel, levelText(basic::cSng(double{book.CurrentHI} - double{book.LastReading})));
-    } else {
-        book.LastReading = basic::cSng(cellValue(grid, row, ForeSight));
-        if (book.LastReading == 0) return;
-        const double level = double{book.CurrentHI} - double{book.LastReading};
-        grid.setText(row, RLevel, levelText(basic::cSng(level)));
-        book.CurrentHI = basic::cSng(level + cellValue(grid, row, BackSight));
-        grid.setText(row, HgtInst, levelText(book.CurrentHI));
+void reduceRow(Grid& grid, int row, Running& running) {
+    const Sight sight = sightAt(grid, row);
+    running.lastReading = sight.reading;
+    if (sight.kind == RowKind::None) return;
+    const double level = levelBelow(running.height, sight.reading);
+    grid.setText(row, RLevel, levelText(basic::cSng(level)));
+    if (sight.kind == RowKind::ChangePoint) {
+        running.height = heightAbove(level, cellValue(grid, row, BackSight));
+        grid.setText(row, HgtInst, levelText(running.height));
     }
     normaliseChainage(grid, row);
 }
 
 } // namespace
 
-void reduceLevels(Book& book, desktop::Desktop& desktop) {
-    Grid& grid = book.MSFG;
-    if (grid.Rows() < 3) return;
+Reduction reduce(Grid& grid, const Running& before, const std::function<void(int row)>& rowDone) {
+    Reduction result;
+    result.running = before;
+    if (grid.Rows() < 3) return result;
+    float& height = result.running.height;
     int row = 1;
     try {
-        desktop.showProgress();
-        grid.setVisible(false);
-        book.CurrentHI = basic::cSng(cellValue(grid, 1, RLevel) + cellValue(grid, 1, BackSight));
-        grid.setText(1, HgtInst, levelText(book.CurrentHI));
-        const auto rows = static_cast<float>(grid.Rows());
+        height = heightAbove(cellValue(grid, 1, RLevel), cellValue(grid, 1, BackSight));
+        grid.setText(1, HgtInst, levelText(height));
         for (row = 2; row < grid.Rows(); ++row) {
-            reduceRow(book, row);
-            desktop.setProgress(static_cast<float>(row) * 100 / rows);
+            reduceRow(grid, row, result.running);
+            if (rowDone) rowDone(row);
         }
-        grid.setVisible(true);
-        desktop.hideProgress();
     } catch (const basic::RuntimeError& error) {
-        desktop.status("Cal stopped at row " + std::to_string(row));
-        desktop.messageBox(error.description());
+        result.stoppedAt = row;
+        result.reason = error.description();
     }
+    return result;
+}
+
+Reduction reduceLevels(Book& book, desktop::Desktop& desktop) {
+    Grid& grid = book.MSFG;
+    if (grid.Rows() < 3) return {};
+    desktop.showProgress();
+    grid.setVisible(false);
+    const auto rows = static_cast<float>(grid.Rows());
+    Reduction result = reduce(grid, {book.CurrentHI, book.LastReading},
+                              [&](int row) { desktop.setProgress(static_cast<float>(row) * 100 / rows); });
+    book.CurrentHI = result.running.height;
+    book.LastReading = result.running.lastReading;
+    if (result.stopped()) {
+        desktop.status("Cal stopped at row " + std::to_string(result.stoppedAt));
+        desktop.messageBox(result.reason);
+        return result;
+    }
+    grid.setVisible(true);
+    desktop.hideProgress();
+    return result;
 }
 
 } // namespace sheet

@@ -51,8 +51,8 @@ void frmGrl::cmdSave_Click() {
     project::saveProject(m_book, m_desktop);
 }
 void frmGrl::cmdCal_Click() {
-    sheet::reduceLevels(m_book, m_desktop);
-    if (m_book.MSFG.Visible()) m_desktop.status(sheet::describe(sheet::checkArithmetic(m_book.MSFG)));
+    if (!sheet::reduceLevels(m_book, m_desktop).stopped())
+        m_desktop.status(sheet::describe(sheet::checkArithmetic(m_book.MSFG)));
 }
 void frmGrl::cmdCP_Click() {
     frmCP list(sheet::listChangePoints(m_book, m_desktop), m_book, m_desktop, *this);
