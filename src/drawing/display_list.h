@@ -40,7 +40,7 @@ enum class Align { Left, Centre, Right };
 
 struct Text {
     Layer layer;
-    Place at; ///< on the base line, where `align` says
+    Place at;      ///< on the base line, where `align` says
     double height; ///< of a capital letter
     double angle;
     Align align;

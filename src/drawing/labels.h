@@ -16,6 +16,7 @@ struct Label {
 /// touch another. The first and the last point and every turn of the ground from up to down or back that is
 /// seen on the paper keep theirs and move aside where they must; the others are left out where there is no
 /// room. `x` and `y` are millimetres; x does not fall.
-[[nodiscard]] std::vector<Label> chooseLabels(std::span<const double> x, std::span<const double> y, double room);
+[[nodiscard]] std::vector<Label> chooseLabels(std::span<const double> x, std::span<const double> y,
+                                              double room);
 
 } // namespace drawing

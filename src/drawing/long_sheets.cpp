@@ -36,12 +36,11 @@ DisplayList LongSheets::sheet(int index) const {
     DisplayList list;
     list.add(drawProfile(ground, m_style).list,
              {room.left + headWidth(h) + 1.5 * h, room.bottom + rowsHeight(h) + h});
-    drawStrip(list, m_paper, m_texts,
-              "Long section " + chainageText(ground.front().along) + " to " +
-                  chainageText(ground.back().along),
-              scaleText(m_style.scale) + ", " +
-                  exaggerationText(m_style.scale.horizontal / m_style.scale.vertical),
-              index + 1, count());
+    drawStrip(
+        list, m_paper, m_texts,
+        "Long section " + chainageText(ground.front().along) + " to " + chainageText(ground.back().along),
+        scaleText(m_style.scale) + ", " + exaggerationText(m_style.scale.horizontal / m_style.scale.vertical),
+        index + 1, count());
     return list;
 }
 

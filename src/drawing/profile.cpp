@@ -12,9 +12,9 @@ constexpr double datumClearance = 5; // millimetres of paper between the lowest 
 constexpr double datumRounding = 10; // millimetres of paper that a datum is rounded to at least
 
 // All in heights of a letter.
-constexpr double head = 10;     // width of the words in front of the rows
-constexpr double row = 8;       // height of a row of turned figures
-constexpr double elbow = 2;     // height of the band in which figures that moved aside are led to
+constexpr double head = 13;        // width of the words in front of the rows
+constexpr double row = 8;          // height of a row of turned figures
+constexpr double elbow = 2;        // height of the band in which figures that moved aside are led to
 constexpr double letterRoom = 1.4; // a figure takes this much of a row
 
 class Drafter {
@@ -51,9 +51,13 @@ class Drafter {
         double lowest = m_ground[0].level;
         double highest = lowest;
         const auto close = [&](std::size_t last) {
-            m_drawing.stretches.push_back({first, last,
-                                           {{0, 0}, m_ground.front().along, datumBelow(lowest, perMetre),
-                                            m_style.scale.perMetre(), perMetre}});
+            m_drawing.stretches.push_back({first,
+                                           last,
+                                           {{0, 0},
+                                            m_ground.front().along,
+                                            datumBelow(lowest, perMetre),
+                                            m_style.scale.perMetre(),
+                                            perMetre}});
         };
         for (std::size_t k = 1; k < m_ground.size(); ++k) {
             const double low = std::min(lowest, m_ground[k].level);
@@ -80,16 +84,21 @@ class Drafter {
             line.places.push_back(stretch.frame.place(m_ground[k]));
             list().line(Layer::Grid, {line.places.back().x, 0}, line.places.back());
         }
-        const bool first = stretch.first == 0;
-        const double at = line.places.front().x;
         const double h = m_style.textHeight;
         if (line.places.size() == 1) { // a point alone is a short stroke, so that it is seen
             const Place only = line.places.front();
             line.places = {{only.x - h / 4, only.y}, {only.x + h / 4, only.y}};
         }
-        if (!first) list().line(Layer::Frame, {at, -h}, {at, line.places.front().y + h});
-        list().text(Layer::Text, {first ? -0.5 * h : at + 0.5 * h, 0.5 * h}, h, datumText(stretch.frame.datum),
-                    first ? Align::Right : Align::Left);
+        const std::string datum = datumText(stretch.frame.datum);
+        if (stretch.first == 0) {
+            list().text(Layer::Text, {-0.5 * h, 0.5 * h}, h, datum, Align::Right);
+        } else {
+            const double at = line.places.front().x;
+            list().line(Layer::Frame, {at, -h}, {at, line.places.front().y + h});
+            const bool fits = at + h + estimatedWidth(datum, h) < x(m_ground.back());
+            list().text(Layer::Text, {at + (fits ? 0.5 : -0.5) * h, 0.5 * h}, h, datum,
+                        fits ? Align::Left : Align::Right);
+        }
         list().polylines.push_back(std::move(line));
     }
 

@@ -19,9 +19,9 @@ struct GroundPlace {
 
 /// Where metres lie on the paper. The datum line is at `origin.y`.
 struct Frame {
-    Place origin;     ///< where `along` and `datum` lie
-    double along = 0; ///< metres
-    double datum = 0; ///< metres
+    Place origin;             ///< where `along` and `datum` lie
+    double along = 0;         ///< metres
+    double datum = 0;         ///< metres
     double perMetre = 1;      ///< millimetres of paper for a metre along
     double levelPerMetre = 1; ///< millimetres of paper for a metre of height
 

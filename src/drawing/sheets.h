@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// Sections on sheets of paper at fixed scales. A plan of the sheets is made at once and is small; each sheet is
-// drawn when it is asked for.
+// Sections on sheets of paper at fixed scales. A plan of the sheets is made at once and is small; each sheet
+// is drawn when it is asked for.
 
 namespace drawing {
 
@@ -72,7 +72,7 @@ class CrossSheets final : public Sheets {
   private:
     struct Block {
         int sheet;
-        Place at; ///< where the left end of the datum line lies
+        Place at;     ///< where the left end of the datum line lies
         double times; ///< 1, or by how much the scale is smaller
     };
 

@@ -1,8 +1,10 @@
 #include "sections.h"
 
 #include "basic/numbers.h"
+#include "basic/runtime_error.h"
 #include "basic/strings.h"
 #include "sheet/book.h"
+#include "sheet/sight.h"
 
 #include <algorithm>
 #include <tuple>
@@ -23,19 +25,34 @@ struct InRoadOrder {
 
 std::optional<double> number(std::string_view text) {
     if (basic::trim(text).empty() || !basic::isNumber(text)) return std::nullopt;
-    return basic::val(text);
+    try {
+        return basic::val(text);
+    } catch (const basic::RuntimeError&) {
+        return std::nullopt; // beyond all numbers
+    }
 }
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// The last filled of Left, Center and Right; whatever stands in Center is offset 0.
+/// The column that the transfer takes the point from.
+std::optional<sheet::Column> columnOf(const Grid& grid, int row) {
+    try {
+        const auto point = sheet::pointAt(grid, row, sheet::transferRule);
+        return point ? std::optional(point->column) : std::nullopt;
+    } catch (const basic::RuntimeError&) {
+        return std::nullopt; // an offset beyond all numbers
+    }
+}
+
+/// Its offset, but nothing for a text that is no number. Whatever stands in Center is offset 0.
 std::optional<double> offsetOf(const Grid& grid, int row) {
-    if (const std::string& right = grid.Text(row, sheet::Right); !right.empty()) return number(right);
-    if (!grid.Text(row, sheet::Center).empty()) return 0.0;
-    if (const auto left = number(grid.Text(row, sheet::Left))) return *left == 0 ? 0 : -*left;
-    return std::nullopt;
+    const auto column = columnOf(grid, row);
+    if (!column) return std::nullopt;
+    if (*column == sheet::Center) return 0.0;
+    const auto offset = number(grid.Text(row, *column));
+    return offset && *column == sheet::Left ? std::optional(0 - *offset) : offset;
 }
 
 } // namespace
@@ -57,9 +74,8 @@ std::optional<double> chainageMetres(std::string_view text) {
 Sections::Sections(const Grid& grid) : m_grid(grid) {}
 
 Sections::Place Sections::read(int row) const {
-    const std::string& chainageText = m_grid.Text(row, sheet::Chainage);
-    if (chainageText.empty() || m_grid.Text(row, sheet::Remark) == "TBM") return {};
-    const auto chainage = chainageMetres(chainageText);
+    if (!sheet::isGround(m_grid, row, sheet::transferRule)) return {};
+    const auto chainage = chainageMetres(m_grid.Text(row, sheet::Chainage));
     const auto offset = offsetOf(m_grid, row);
     if (!chainage || !offset) return {};
     const std::string& levelText = m_grid.Text(row, sheet::RLevel);
