@@ -1,13 +1,12 @@
 #include "formation_levels.h"
 
 #include "basic/files.h"
-#include "basic/numbers.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
 #include "dao/dao.h"
 #include "road_schema.h"
-#include "sheet/book.h"
 #include "sheet/cells.h"
+#include "sheet/sight.h"
 #include "tools/chainage.h"
 
 namespace exchange {
@@ -31,27 +30,6 @@ struct RoadFile {
     dao::Recordset cSect{database.OpenRecordset("CSect")};
 };
 
-struct Point {
-    Value side;
-    Value offset;
-};
-
-/// Centre before left before right; Nulls when none is filled, which the engine refuses as a key.
-Point pointOf(const Grid& grid, int row) {
-    struct Choice {
-        int col;
-        const char* side;
-    };
-    for (auto [col, side] : {Choice{sheet::Center, "C"}, Choice{sheet::Left, "L"}, Choice{sheet::Right, "R"}})
-        if (const std::string& text = grid.Text(row, col); !text.empty())
-            return {std::string(side), basic::val(text)};
-    return {};
-}
-
-bool isReading(const Grid& grid, int row, std::string_view chainage) {
-    return !chainage.empty() && basic::upper(chainage) != "CP" && !grid.Text(row, sheet::RLevel).empty();
-}
-
 void sendRow(const Grid& grid, int row, RoadFile& road) {
     const double level = sheet::cellValue(grid, row, sheet::RLevel);
     Value chainage = mdlTools::cleanChainage(grid.Text(row, sheet::Chainage));
@@ -69,16 +47,19 @@ void sendRow(const Grid& grid, int row, RoadFile& road) {
     }
     road.lSect.Update();
 
-    const Point point = pointOf(grid, row);
-    road.cSect.Seek("=", {chainage, point.side, point.offset});
+    // A row without an offset gives Nulls, which the engine refuses as a key.
+    const std::optional<sheet::Point> point = sheet::pointAt(grid, row, sheet::formationRule);
+    const Value side = point ? Value(std::string(1, point->side())) : Value();
+    const Value offset = point ? Value(point->offset) : Value();
+    road.cSect.Seek("=", {chainage, side, offset});
     const bool isNew = road.cSect.NoMatch();
     if (isNew)
         road.cSect.AddNew();
     else
         road.cSect.Edit();
     road.cSect.Fields("Chn").setValue(chainage);
-    road.cSect.Fields("Side").setValue(point.side);
-    road.cSect.Fields("Oft").setValue(point.offset);
+    road.cSect.Fields("Side").setValue(side);
+    road.cSect.Fields("Oft").setValue(offset);
     road.cSect.Fields("Rmk").setValue(isNew ? "FF" : "GF");
     road.cSect.Fields("Frl").setValue(level);
     road.cSect.Update();
@@ -98,12 +79,12 @@ void updateCentre(const Grid& grid, int row, RoadFile& road, const Value& chaina
     update(road.cSect);
 }
 
-void updateSide(const Grid& grid, int row, RoadFile& road, const Value& chainage, int col, const char* side) {
-    const double offset = basic::val(grid.Text(row, col));
-    road.cSect.Seek("=", {chainage, std::string(side), offset});
+void updateSide(const Grid& grid, int row, RoadFile& road, const Value& chainage, const sheet::Point& point) {
+    const std::string side(1, point.side());
+    road.cSect.Seek("=", {chainage, side, point.offset});
     if (road.cSect.NoMatch()) {
         road.cSect.AddNew();
-        road.cSect.Fields("Oft").setValue(offset);
+        road.cSect.Fields("Oft").setValue(point.offset);
         road.cSect.Fields("Chn").setValue(chainage);
         road.cSect.Fields("Side").setValue(side);
     } else {
@@ -117,10 +98,8 @@ void updateSide(const Grid& grid, int row, RoadFile& road, const Value& chainage
 void updateRow(const Grid& grid, int row, RoadFile& road) {
     const Value chainage = mdlTools::cleanChainage(grid.Text(row, sheet::Chainage));
     if (basic::trim(grid.Text(row, sheet::Center)) == "0") updateCentre(grid, row, road, chainage);
-    if (!grid.Text(row, sheet::Left).empty())
-        updateSide(grid, row, road, chainage, sheet::Left, "L");
-    else if (!grid.Text(row, sheet::Right).empty())
-        updateSide(grid, row, road, chainage, sheet::Right, "R");
+    const std::optional<sheet::Point> point = sheet::pointAt(grid, row, sheet::formationUpdateRule);
+    if (point && point->column != sheet::Center) updateSide(grid, row, road, chainage, *point);
 }
 
 /// Opens the road database, works through the rows and closes it again; an error ends the rows, not the
@@ -152,7 +131,7 @@ bool CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
     const bool sentAll = sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
         desktop.showProgress();
         for (int row = 1; row < grid.Rows(); ++row) {
-            if (!isReading(grid, row, grid.Text(row, sheet::Chainage))) continue;
+            if (!sheet::isGround(grid, row, sheet::formationRule)) continue;
             sendRow(grid, row, road);
             ++sent;
             desktop.setProgress(static_cast<float>(row) * 100 / static_cast<float>(grid.Rows()));
@@ -166,7 +145,7 @@ bool CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
 bool updateFormationLevels(const Grid& grid, desktop::Desktop& desktop, const ExportFrame& frame) {
     const bool sentAll = sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
         for (int row = 1; row < grid.Rows(); ++row) {
-            if (!isReading(grid, row, basic::trim(grid.Text(row, sheet::Chainage)))) continue;
+            if (!sheet::isGround(grid, row, sheet::formationUpdateRule)) continue;
             updateRow(grid, row, road);
             ++sent;
         }

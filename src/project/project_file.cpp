@@ -4,6 +4,7 @@
 #include "basic/numbers.h"
 #include "marks.h"
 #include "sheet/cells.h"
+#include "sheet/sight.h"
 #include "tools/chainage.h"
 #include "tools/safe_field_value.h"
 
@@ -99,17 +100,17 @@ class RowWriter {
   private:
     [[nodiscard]] const std::string& text(int col) const { return m_grid.Text(m_row, col); }
 
-    /// Right goes before Left and Left before Center, whatever a row fills. A text that is no number leaves
-    /// what was there before it.
+    /// Each side that is filled is written over what stands before it in the order of the file, so that a
+    /// text that is no number leaves that.
     void writeOffset() {
         const std::string& center = text(sheet::Center);
         const bool sided = !text(sheet::Left).empty() || !text(sheet::Right).empty();
         if (center.empty() || !sided)
             set(Fields::Oft, sheet::Center, [&] { return number(center.empty() ? 0 : basic::cDbl(center)); });
-        if (!text(sheet::Left).empty())
-            set(Fields::Oft, sheet::Left, [&] { return number(-basic::val(text(sheet::Left))); });
-        if (!text(sheet::Right).empty())
-            set(Fields::Oft, sheet::Right, [&] { return number(basic::val(text(sheet::Right))); });
+        for (const sheet::Column side : sheet::fileRule.columns)
+            if (side != sheet::Center && !text(side).empty())
+                set(Fields::Oft, side,
+                    [&] { return number((side == sheet::Left ? -1 : 1) * basic::val(text(side))); });
     }
 
     static dao::Value number(double value) { return value == 0 ? 0.0 : value; } // never minus zero
