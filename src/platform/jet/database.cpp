@@ -179,6 +179,8 @@ void Database::commit() {
     if (!changed()) return;
     m_state->pager.requireWritable();
     m_state->flush();
+    for (const auto& [page, store] : m_state->stores)
+        if (store) store->verifyTrees();
     m_state->pager.commit();
 }
 

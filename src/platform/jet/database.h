@@ -58,7 +58,7 @@ class Database {
     [[nodiscard]] bool changed() const; ///< since it was opened or last committed
     /// Replaces the file by the changed content, at once and durably. On an error the file is as it was and
     /// the changes are still in memory. ChangedUnderneath, ReadOnly, PermissionDenied, Full, Io,
-    /// EncodedWrite.
+    /// EncodedWrite; Corrupt when a change was broken off, or an index does not hold where it was changed.
     void commit();
 
     /// The pages as commit() would write them, for the structural checker.

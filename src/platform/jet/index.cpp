@@ -13,17 +13,6 @@ namespace {
 /// than any entry (at most ten flag bytes FF and a row pointer).
 const std::vector<std::uint8_t> openEdge(18, 0xFF);
 
-std::vector<std::uint8_t> withChild(ByteView entry, std::uint32_t child) {
-    std::vector<std::uint8_t> result(entry.begin(), entry.end());
-    for (int shift = 24; shift >= 0; shift -= 8)
-        put8(result, child >> shift & 0xFF);
-    return result;
-}
-
-bool less(ByteView a, ByteView b) {
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
-}
-
 } // namespace
 
 /// What stands in a leaf for a row: its key, then page and slot, the page with its high byte first.
@@ -108,19 +97,24 @@ bool Index::isWhereLastWas(const IndexPage& leaf, ByteView wanted) const {
     if (wanted.size() == m_lastWanted.size()) return true;
     const Step& step = m_last.steps[m_last.size - 1];
     if (step.at != leaf.end()) return !leaf.startsWith(step.at, m_lastWanted);
-    return m_last.size == 1 || (step.edge && m_last.steps[m_last.size - 2].viaTail);
+    // In higher trees the separators above may lie between what was wanted then and now.
+    return m_last.size == 1 || (m_last.size == 2 && step.edge && m_last.steps[0].viaTail);
 }
 
 bool Index::contains(ByteView key) const {
     bool found = false;
-    each(key, [&](RowPointer) {
-        found = true;
-        return false;
+    eachEntry(key, [&](const IndexPage& page, std::size_t at) {
+        found = page.length(at) == key.size() + entryRowBytes;
+        return !found;
     });
     return found;
 }
 
 void Index::each(ByteView key, const std::function<bool(RowPointer)>& take) const {
+    eachEntry(key, [&](const IndexPage& page, std::size_t at) { return take(page.row(at)); });
+}
+
+void Index::eachEntry(ByteView key, const TakeEntry& take) const {
     Path path;
     descend(key, path);
     std::uint32_t number = path.back().page;
@@ -131,7 +125,7 @@ void Index::each(ByteView key, const std::function<bool(RowPointer)>& take) cons
             m_pager.view(number).fail(m_pager.layout().nextAt, "the leaves of an index run in a circle");
         if (visited != 0) at = page.begin();
         for (; at < page.end(); at = page.after(at))
-            if (!page.startsWith(at, key) || !take(page.row(at))) return;
+            if (!page.startsWith(at, key) || !take(page, at)) return;
         number = page.next();
     }
 }
@@ -155,7 +149,7 @@ void Index::insert(ByteView key, RowPointer row) {
 void Index::put(Path& path, std::size_t level, ByteView entry) {
     const Layout& layout = m_pager.layout();
     const std::uint32_t number = path.steps[level].page;
-    Edit page = m_pager.edit(number);
+    Edit page = edit(number);
     const IndexPage before(page, layout, m_owner);
     const std::size_t trail = before.leaf() ? 0 : entryChildBytes;
     const std::size_t at =
@@ -213,6 +207,7 @@ void Index::split(Path& path, std::size_t level, const EntryList& entries, std::
     const bool leaf = old.leaf();
     const std::size_t trail = leaf ? 0 : entryChildBytes;
     const std::uint32_t previous = old.previous();
+    const std::uint32_t next = old.next();
     const std::size_t middle = splitPlace(entries, fresh, previous == 0, step.edge, trail);
     if (level == 0) {
         splitRoot(entries, middle, leaf);
@@ -225,10 +220,11 @@ void Index::split(Path& path, std::size_t level, const EntryList& entries, std::
     const bool behind = leaf && parent.viaTail; // the new page becomes the tail
     const std::uint32_t left = behind ? step.page : newPage;
     const std::uint32_t right = behind ? newPage : step.page;
-    writeEntries(m_pager.edit(left), layout, entries, 0, middle, trail);
-    writeEntries(m_pager.edit(right), layout, entries, middle, entries.size(), trail);
+    writeEntries(edit(left), layout, entries, 0, middle, trail);
+    writeEntries(edit(right), layout, entries, middle, entries.size(), trail);
     if (behind) {
-        m_pager.edit(parent.page).set32(layout.tailAt, right);
+        edit(parent.page).set32(layout.tailAt, right);
+        if (next != 0) link(right, next); // a tail is the last of its node, not always of the tree
     } else if (previous != 0) {
         link(previous, left);
     }
@@ -242,17 +238,17 @@ void Index::splitRoot(const EntryList& entries, std::size_t middle, bool leaf) {
     const std::uint32_t tail = read(m_data.root).tail();
     const std::uint32_t left = allocate(leaf);
     const std::uint32_t right = allocate(leaf);
-    writeEntries(m_pager.edit(left), layout, entries, 0, middle, trail);
-    writeEntries(m_pager.edit(right), layout, entries, middle, entries.size(), trail);
+    writeEntries(edit(left), layout, entries, 0, middle, trail);
+    writeEntries(edit(right), layout, entries, middle, entries.size(), trail);
     link(left, right);
     EntryList children;
     children.add(withChild(entries[middle - 1].first(entries[middle - 1].size() - trail), left));
-    Edit root = m_pager.edit(m_data.root);
+    Edit root = edit(m_data.root);
     initIndexPage(root, layout, m_owner, false);
     if (leaf) {
         root.set32(layout.tailAt, right);
     } else {
-        m_pager.edit(right).set32(layout.tailAt, tail);
+        edit(right).set32(layout.tailAt, tail);
         children.add(withChild(openEdge, right));
         m_edgeOpen = true;
     }
@@ -299,7 +295,7 @@ bool Index::fixSeparator(Path& path, std::size_t level, ByteView last, bool exac
         separator = openEdge;
     }
     const std::vector<std::uint8_t> kept(separator.begin(), separator.end());
-    eraseEntry(m_pager.edit(step.page), m_pager.layout(), page, step.at);
+    eraseEntry(edit(step.page), m_pager.layout(), page, step.at);
     put(path, level, withChild(kept, child));
     return true;
 }
@@ -312,9 +308,21 @@ void Index::settle() {
 
 std::uint32_t Index::allocate(bool leaf) {
     const std::uint32_t page = m_pager.allocate();
-    initIndexPage(m_pager.edit(page), m_pager.layout(), m_owner, leaf);
+    initIndexPage(edit(page), m_pager.layout(), m_owner, leaf);
     m_map.add(page);
     return page;
+}
+
+/// A page to be changed.
+Edit Index::edit(std::uint32_t page) {
+    if (page >= m_touched.size()) m_touched.resize(m_pager.pageCount());
+    m_touched[page] = true;
+    return m_pager.edit(page);
+}
+
+void Index::giveBack(std::uint32_t page) {
+    m_map.remove(page);
+    m_pager.release(page);
 }
 
 void Index::link(std::uint32_t left, std::uint32_t right) {
@@ -327,7 +335,7 @@ Edit Index::editOwn(std::uint32_t page) {
     const View view = m_pager.view(page);
     if (!m_map.contains(page)) view.fail(0, "an index refers to a page that is not its own");
     (void)read(page);
-    return m_pager.edit(page);
+    return edit(page);
 }
 
 } // namespace jet

@@ -13,8 +13,9 @@ namespace jet {
 class Pager;
 
 /// A tree of keys: leaves with one entry a row in ascending order of their bytes, chained; above them nodes
-/// that hold the last entry of each child. The last leaf hangs on the tail of the last lowest node, without
-/// an entry. The root keeps its page.
+/// that hold the last entry of each child. The last child of a node can hang on its tail instead, without an
+/// entry: in trees made here that is the very last leaf alone, other writers give every lowest node a tail.
+/// Both forms may stand in one tree. The root keeps its page.
 class Index {
   public:
     Index(Pager& pager, std::uint32_t owner, IndexData& data);
@@ -26,7 +27,8 @@ class Index {
 
     /// Some entry has exactly this key.
     [[nodiscard]] bool contains(ByteView key) const;
-    /// Calls `take` for the rows whose keys start with `key`, in order, until it returns false.
+    /// Calls `take` for the rows whose keys start with `key`, in order, until it returns false. The key of an
+    /// empty Binary starts those of all others.
     void each(ByteView key, const std::function<bool(RowPointer)>& take) const;
 
     void insert(ByteView key, RowPointer row);
@@ -35,6 +37,9 @@ class Index {
     /// Gives the separators at the right edge, which are left open while entries are added, their final
     /// value.
     void settle();
+    /// Looks at the pages that were touched since the last call, from the root down: each leaf is chained to
+    /// the one before it in the tree, and separators lie between the children. Corrupt, with what is wrong.
+    void verify();
 
     [[nodiscard]] UsageMap& map() { return m_map; }
 
@@ -59,7 +64,10 @@ class Index {
         }
     };
 
+    using TakeEntry = std::function<bool(const IndexPage& page, std::size_t at)>;
+
     static std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row);
+    void eachEntry(ByteView key, const TakeEntry& take) const;
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
     [[nodiscard]] bool descendAgain(ByteView wanted, Path& path) const;
@@ -76,19 +84,23 @@ class Index {
     void removePage(Path& path, std::size_t level);
     void removeChild(Path& path, std::size_t level);
     void makeTail(std::uint32_t node);
-    void mergeTailNode(Path& path, std::size_t level);
+    void settleTailNode(Path& path, std::size_t level);
+    [[nodiscard]] std::vector<std::uint8_t> lastEntryBelow(std::uint32_t page) const;
     void collapseRoot();
     std::uint32_t allocate(bool leaf);
     void link(std::uint32_t left, std::uint32_t right);
+    [[nodiscard]] Edit edit(std::uint32_t page);
     [[nodiscard]] Edit editOwn(std::uint32_t page);
+    void giveBack(std::uint32_t page);
 
     Pager& m_pager;
     std::uint32_t m_owner;
     IndexData& m_data;
     UsageMap m_map;
     bool m_edgeOpen = false;
-    std::size_t m_searched = 0; ///< entries, by entryOf()
-    mutable Path m_last;        ///< the way that was taken last; size 0 once the tree has changed its shape
+    std::vector<bool> m_touched; ///< by page; what verify() has to look at
+    std::size_t m_searched = 0;  ///< entries, by entryOf()
+    mutable Path m_last;         ///< the way that was taken last; size 0 once the tree has changed its shape
     mutable std::vector<std::uint8_t> m_lastWanted; ///< what was wanted; empty once the leaf has changed
 };
 

@@ -127,6 +127,17 @@ void savePrefix(Edit& page, const Layout& layout, std::size_t prefix) {
 
 } // namespace
 
+std::vector<std::uint8_t> withChild(ByteView entry, std::uint32_t child) {
+    std::vector<std::uint8_t> result(entry.begin(), entry.end());
+    for (int shift = 24; shift >= 0; shift -= 8)
+        put8(result, child >> shift & 0xFF);
+    return result;
+}
+
+bool less(ByteView a, ByteView b) {
+    return compare(a, b) < 0;
+}
+
 IndexPage::IndexPage(const View& page, const Layout& layout, std::uint32_t owner)
     : m_page(page),
       m_layout(&layout),
@@ -188,6 +199,12 @@ std::uint32_t IndexPage::child(std::size_t at) const {
     const ByteView bytes = m_entries.subspan(end - entryChildBytes, entryChildBytes);
     return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
            bytes[3];
+}
+
+std::uint32_t IndexPage::lastChild() const {
+    if (tail() != 0) return tail();
+    if (empty()) m_page.fail(freeSpaceAt, "an index node has no children");
+    return child(before(end()));
 }
 
 RowPointer IndexPage::row(std::size_t at) const {

@@ -11,6 +11,11 @@ namespace jet {
 constexpr std::size_t entryRowBytes = 4;
 constexpr std::size_t entryChildBytes = 4;
 
+/// What a node holds of a child: the last entry below it, then its page with the high byte first.
+[[nodiscard]] std::vector<std::uint8_t> withChild(ByteView entry, std::uint32_t child);
+/// The order of entries.
+[[nodiscard]] bool less(ByteView a, ByteView b);
+
 /// Whole entries, one after the other.
 class EntryList {
   public:
@@ -58,6 +63,10 @@ class IndexPage {
     /// The whole entry without the child page.
     void entry(std::size_t at, std::vector<std::uint8_t>& into) const;
     [[nodiscard]] std::uint32_t child(std::size_t at) const;
+    /// The tail, or the child of the last entry; Corrupt when the node has neither.
+    [[nodiscard]] std::uint32_t lastChild() const;
+    /// Bytes of the whole entry without the child page.
+    [[nodiscard]] std::size_t length(std::size_t at) const { return m_prefix + rest(at).size() - m_trail; }
     [[nodiscard]] RowPointer row(std::size_t at) const;
     /// The entry at `at`, the child page aside, is exactly `entry`.
     [[nodiscard]] bool equals(std::size_t at, ByteView entry) const;

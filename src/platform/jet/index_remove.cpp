@@ -52,7 +52,7 @@ void Index::remove(ByteView key, RowPointer row) {
     const std::size_t at = path.back().at;
     const bool wasLast = leaf.after(at) == leaf.end();
     m_lastWanted.clear();
-    eraseEntry(m_pager.edit(number), m_pager.layout(), leaf, at);
+    eraseEntry(edit(number), m_pager.layout(), leaf, at);
     if (path.size == 1) return;
     if (read(number).empty()) {
         removePage(path, path.size - 1);
@@ -66,67 +66,91 @@ void Index::remove(ByteView key, RowPointer row) {
 /// Takes an empty page out of its level and its parent.
 void Index::removePage(Path& path, std::size_t level) {
     m_last.size = 0;
-    const std::uint32_t number = path.steps[level].page;
-    const IndexPage page = read(number);
+    const Step& step = path.steps[level];
+    const IndexPage page = read(step.page);
     const std::uint32_t previous = page.previous();
     const std::uint32_t next = page.next();
     if (previous != 0) editOwn(previous).set32(m_pager.layout().nextAt, next);
     if (next != 0) editOwn(next).set32(m_pager.layout().previousAt, previous);
-    m_map.remove(number);
-    m_pager.release(number);
-    // Without the last of the lowest nodes, the node before it gets the tail.
-    if (level + 2 == path.size && path.steps[level].edge && previous != 0) makeTail(previous);
+    giveBack(step.page);
+    // Without the last of the lowest nodes, the node before it gets a tail, unless it has one.
+    if (level + 2 == path.size && step.edge && previous != 0) makeTail(previous);
     removeChild(path, level - 1);
 }
 
 /// Drops the reference that was followed from the node at `level`.
 void Index::removeChild(Path& path, std::size_t level) {
     const Step& step = path.steps[level];
-    Edit edit = m_pager.edit(step.page);
-    const IndexPage node(edit, m_pager.layout(), m_owner);
+    Edit page = edit(step.page);
+    const IndexPage node(page, m_pager.layout(), m_owner);
     if (!step.viaTail) {
-        eraseEntry(edit, m_pager.layout(), node, step.at);
+        eraseEntry(page, m_pager.layout(), node, step.at);
     } else {
-        edit.set32(m_pager.layout().tailAt, 0);
+        page.set32(m_pager.layout().tailAt, 0);
         makeTail(step.page);
     }
     const IndexPage left = read(step.page);
-    if (!left.empty()) return;
-    if (left.tail() == 0 && level > 0)
+    if (!left.empty() || level == 0) return;
+    if (left.tail() == 0)
         removePage(path, level);
-    else if (left.tail() != 0 && level > 0)
-        mergeTailNode(path, level);
+    else
+        settleTailNode(path, level);
 }
 
-/// The last child of a lowest node moves from its entry to the tail.
+/// The last child of a node moves from its entry to the tail.
 void Index::makeTail(std::uint32_t number) {
-    Edit edit = editOwn(number);
-    const IndexPage node(edit, m_pager.layout(), m_owner);
+    Edit page = editOwn(number);
+    const IndexPage node(page, m_pager.layout(), m_owner);
     if (node.leaf() || node.empty() || node.tail() != 0) return;
     const std::size_t at = node.before(node.end());
-    edit.set32(m_pager.layout().tailAt, node.child(at));
-    eraseEntry(edit, m_pager.layout(), node, at);
+    page.set32(m_pager.layout().tailAt, node.child(at));
+    eraseEntry(page, m_pager.layout(), node, at);
 }
 
-/// A node that has only its tail gives it to the node before it, whose last child gets the entry it lacks.
-void Index::mergeTailNode(Path& path, std::size_t level) {
-    const IndexPage node = read(path.steps[level].page);
-    const std::uint32_t previous = node.previous();
-    if (previous == 0) return;
-    editOwn(previous).set32(m_pager.layout().tailAt, node.tail());
-    m_pager.edit(node.number()).set32(m_pager.layout().tailAt, 0);
-    editOwn(previous).set32(m_pager.layout().nextAt, 0);
-    m_map.remove(node.number());
-    m_pager.release(node.number());
-    removeChild(path, level - 1);
+/// A node that has only its tail. At the right edge the node before it takes the tail over if it has none;
+/// elsewhere the child gets an entry.
+void Index::settleTailNode(Path& path, std::size_t level) {
+    const Layout& layout = m_pager.layout();
+    const Step& step = path.steps[level];
+    const IndexPage node = read(step.page);
+    const std::uint32_t child = node.tail();
+    if (step.edge) {
+        const std::uint32_t previous = node.previous();
+        if (previous == 0 || read(previous).leaf() || read(previous).tail() != 0) return;
+        Edit before = editOwn(previous);
+        before.set32(layout.tailAt, child);
+        before.set32(layout.nextAt, 0);
+        giveBack(step.page);
+        removeChild(path, level - 1);
+        return;
+    }
+    const std::vector<std::uint8_t> entry = withChild(lastEntryBelow(child), child);
+    Edit page = edit(step.page);
+    page.set32(layout.tailAt, 0);
+    if (!insertEntry(page, layout, node, node.end(), entry))
+        page.fail(freeSpaceAt, "an index entry is too long");
+}
+
+std::vector<std::uint8_t> Index::lastEntryBelow(std::uint32_t page) const {
+    for (std::size_t depth = 0; depth < Path::most; ++depth) {
+        const IndexPage here = read(page);
+        if (here.leaf() && here.empty()) break;
+        if (here.leaf()) {
+            std::vector<std::uint8_t> entry;
+            here.entry(here.before(here.end()), entry);
+            return entry;
+        }
+        page = here.lastChild();
+    }
+    m_pager.view(page).fail(0, "an index has no entries where they are expected");
 }
 
 void Index::collapseRoot() {
     m_last.size = 0;
     const Layout& layout = m_pager.layout();
     for (std::size_t levels = 0; levels < Path::most; ++levels) {
-        Edit edit = m_pager.edit(m_data.root);
-        const IndexPage root(edit, layout, m_owner);
+        Edit page = edit(m_data.root);
+        const IndexPage root(page, layout, m_owner);
         if (root.leaf()) return;
         std::uint32_t child = 0;
         if (root.empty())
@@ -136,16 +160,15 @@ void Index::collapseRoot() {
         else
             return;
         if (child == 0) {
-            initIndexPage(edit, layout, m_owner, true);
+            initIndexPage(page, layout, m_owner, true);
             return;
         }
         const View only = m_pager.view(child);
         (void)read(child);
-        edit.setBytes(0, only.bytes());
-        edit.set32(layout.previousAt, 0);
-        edit.set32(layout.nextAt, 0);
-        m_map.remove(child);
-        m_pager.release(child);
+        page.setBytes(0, only.bytes());
+        page.set32(layout.previousAt, 0);
+        page.set32(layout.nextAt, 0);
+        giveBack(child);
     }
 }
 
@@ -158,7 +181,7 @@ void Index::clear() {
     }
     m_map.clear();
     m_map.add(m_data.root);
-    initIndexPage(m_pager.edit(m_data.root), m_pager.layout(), m_owner, true);
+    initIndexPage(edit(m_data.root), m_pager.layout(), m_owner, true);
     m_data.entries = 0;
     m_data.keys = 0;
     m_edgeOpen = false;

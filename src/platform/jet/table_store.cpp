@@ -204,4 +204,9 @@ void TableStore::flush() {
     m_def.saveCounters(m_pager);
 }
 
+void TableStore::verifyTrees() {
+    for (const auto& tree : m_trees)
+        tree->verify();
+}
+
 } // namespace jet

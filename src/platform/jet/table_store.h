@@ -45,6 +45,7 @@ class TableStore {
     void addColumn(ColumnDef column, const LongValueMaps* maps);
     /// Brings counters and separators that are kept aside into the pages.
     void flush();
+    void verifyTrees(); ///< Index::verify() of each
 
   private:
     struct Body {
