@@ -1,6 +1,7 @@
 #include "cal.h"
 #include "jet_command.h"
 #include "project_files.h"
+#include "survey_options.h"
 #include "transfer_command.h"
 
 #include "basic/strings.h"
@@ -112,6 +113,7 @@ int main(int argc, char** argv) {
     addExport(app, status);
     addNew(app, status);
     addTransfer(app, status);
+    cli::addLevels(app, status);
     addJet(app, status);
     try {
         app.parse(argc, argv);

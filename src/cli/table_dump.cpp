@@ -1,5 +1,7 @@
 #include "table_dump.h"
 
+#include "json_text.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -109,23 +111,6 @@ void appendCsvText(std::string& line, std::string_view text) {
     for (const char c : text) {
         if (c == '"') line += '"';
         line += c;
-    }
-    line += '"';
-}
-
-void appendJsonText(std::string& line, std::string_view text) {
-    line += '"';
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            line += '\\';
-            line += c;
-        } else if (byte < 0x20) {
-            line += "\\u00";
-            appendHex(line, std::array{byte}, lowerDigits);
-        } else {
-            line += c;
-        }
     }
     line += '"';
 }
