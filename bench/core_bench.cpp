@@ -75,6 +75,17 @@ void BM_Reduction(benchmark::State& state) {
 }
 BENCHMARK(BM_Reduction)->Arg(1000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
+// A row put on top of a long book and taken out again.
+void BM_InsertOnTop(benchmark::State& state) {
+    Book book;
+    fillBook(book, static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        book.MSFG.insertRows(1, 1, Marks::Move);
+        book.MSFG.removeRows(1, 1, Marks::Move);
+    }
+}
+BENCHMARK(BM_InsertOnTop)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
 std::vector<std::string> readings() {
     std::vector<std::string> texts;
     for (int i = 0; i < 1000; ++i)

@@ -25,7 +25,6 @@ std::string selectedText(const sheet::Grid& grid) {
 }
 
 void pasteText(sheet::Grid& grid, std::string_view text) {
-    const sheet::Grid::Hold hold(grid);
     const int startingCol = grid.Col();
     int row = grid.Row();
     int col = startingCol;

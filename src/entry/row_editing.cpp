@@ -9,16 +9,7 @@ namespace entry {
 namespace {
 
 using sheet::Grid;
-
-void copyTexts(Grid& grid, int from, int to) {
-    for (int col = 0; col < grid.Cols(); ++col)
-        grid.setText(to, col, grid.Text(from, col));
-}
-
-void copyRow(Grid& grid, int from, int to) {
-    copyTexts(grid, from, to);
-    grid.setCellBackColor(to, sheet::Chainage, grid.CellBackColor(from, sheet::Chainage));
-}
+using sheet::Marks;
 
 void emptyRow(Grid& grid, int row) {
     for (int col = 0; col < grid.Cols(); ++col)
@@ -54,22 +45,13 @@ int askCount(desktop::Desktop& desktop, std::string_view prompt, std::string_vie
     return basic::cInt(basic::val(desktop.inputBox(prompt, title)));
 }
 
-void removeRows(Grid& grid, int first, int count) {
-    for (int row = first + count; row < grid.Rows(); ++row)
-        copyRow(grid, row, row - count);
-    grid.setRows(grid.Rows() - count);
-}
-
 } // namespace
 
 void insertRow(sheet::Book& book, desktop::Desktop& desktop) {
     showingErrors(book, desktop, [&] {
         whileHidden(book, [](Grid& grid, int current) {
-            grid.setRows(grid.Rows() + 1);
             // Marks stay with the position here, unlike in the other three.
-            for (int row = grid.Rows() - 2; row >= current; --row)
-                copyTexts(grid, row, row + 1);
-            emptyRow(grid, current);
+            grid.insertRows(current, 1, Marks::Stay);
         });
     });
 }
@@ -79,14 +61,10 @@ void insertRows(sheet::Book& book, desktop::Desktop& desktop) {
         const int count = askCount(desktop, "Enter Number of Rows that you want to Insert", "Rows Inserting");
         if (count < 1) return;
         whileHidden(book, [count](Grid& grid, int current) {
-            grid.setRows(grid.Rows() + count);
-            for (int row = grid.Rows() - 1 - count; row >= current; --row)
-                copyRow(grid, row, row + count);
-            for (int row = current; row < current + count; ++row) {
-                emptyRow(grid, row);
+            grid.insertRows(current, count, Marks::Move);
+            for (int row = current; row < current + count; ++row)
                 for (int col = 0; col < grid.Cols(); ++col)
                     grid.setCellBackColor(row, col, sheet::noColour);
-            }
         });
     });
 }
@@ -97,7 +75,7 @@ void deleteRow(sheet::Book& book, desktop::Desktop& desktop) {
             if (grid.Rows() == 2)
                 emptyRow(grid, current);
             else
-                removeRows(grid, current, 1);
+                grid.removeRows(current, 1, Marks::Move);
         });
     });
 }
@@ -118,7 +96,7 @@ void deleteRows(sheet::Book& book, desktop::Desktop& desktop) {
             if (rows.Rows() == 2)
                 emptyRow(rows, current);
             else
-                removeRows(rows, current, count);
+                rows.removeRows(current, count, Marks::Move);
         });
     });
 }

@@ -13,17 +13,16 @@ namespace {
 
 // "1-5", "1-50" and "01-50" as people key them become six characters; all other texts stay.
 void normaliseChainage(Grid& grid, int row) {
-    std::string text = grid.Text(row, Chainage);
-    const std::size_t before = text.size();
-    if (text.substr(basic::left(text, 1).size()).starts_with('-')) text.insert(0, 1, '0');
-    const auto pad = [&text](std::size_t length, const char* zeros, std::size_t tail) {
-        if (basic::length(text) != length) return;
+    const std::string_view keyed = grid.Text(row, Chainage);
+    const bool oneDigit = keyed.substr(basic::left(keyed, 1).size()).starts_with('-');
+    const std::size_t length = basic::length(keyed) + (oneDigit ? 1 : 0);
+    if (!oneDigit && length != 4 && length != 5) return;
+    std::string text = (oneDigit ? "0" : "") + std::string(keyed);
+    if (length == 4 || length == 5) {
         const std::string kilometres(basic::left(text, 3));
-        text = kilometres + zeros + std::string(basic::right(text, tail));
-    };
-    pad(4, "00", 1);
-    pad(5, "0", 2);
-    if (text.size() != before) grid.setText(row, Chainage, std::move(text));
+        text = kilometres + (length == 4 ? "00" : "0") + std::string(basic::right(text, length - 3));
+    }
+    grid.setText(row, Chainage, std::move(text));
 }
 
 void reduceRow(Grid& grid, int row, Running& running) {

@@ -135,20 +135,13 @@ void Sections::refresh() {
     m_stale = false;
 }
 
-void Sections::cellChanged(int row, int col) {
+void Sections::textChanged(int row, int col, const std::string&) {
     if (m_stale || row < 1 || col == sheet::HgtInst || col == sheet::BackSight) return;
     if (m_touched.empty() || m_touched.back() != row) m_touched.push_back(row);
     if (m_touched.size() > fewRows) m_stale = true;
 }
 
-void Sections::rowsChanged(int oldRows, int newRows) {
-    if (newRows > oldRows)
-        rowsInserted(oldRows, newRows - oldRows);
-    else
-        rowsRemoved(newRows, oldRows - newRows);
-}
-
-void Sections::rowsInserted(int row, int count) {
+void Sections::rowsInserted(int row, int count, sheet::Marks) {
     if (m_stale) return;
     if (static_cast<std::size_t>(count) > fewRows) {
         m_stale = true;
@@ -160,8 +153,9 @@ void Sections::rowsInserted(int row, int count) {
         m_touched.push_back(row + k);
 }
 
-void Sections::rowsRemoved(int row, int count) {
+void Sections::rowsRemoved(int row, const sheet::RemovedRows& before, sheet::Marks) {
     if (m_stale) return;
+    const int count = before.count();
     const auto first = m_places.begin() + row;
     for (auto place = first; place != first + count; ++place)
         drop(*place);

@@ -49,13 +49,9 @@ class Sections final : public sheet::GridListener {
     /// Grows with every change of the points, so that what was made of them can be told to be old.
     [[nodiscard]] std::size_t version();
 
-    void cellChanged(int row, int col) override;
-    void rowsChanged(int oldRows, int newRows) override;
-    void rowsInserted(int row, int count);
-    void rowsRemoved(int row, int count);
-    void cursorMoved() override {}
-    void visibleChanged() override {}
-    void allChanged() override { m_stale = true; }
+    void textChanged(int row, int col, const std::string& before) override;
+    void rowsInserted(int row, int count, sheet::Marks) override;
+    void rowsRemoved(int row, const sheet::RemovedRows& before, sheet::Marks) override;
 
   private:
     enum class Kind : unsigned char { None, WithoutLevel, Ground };

@@ -18,8 +18,8 @@ struct Followed {
     sheet::Grid& grid = book.MSFG;
     survey::Sections sections{grid};
 
-    Followed() { grid.setListener(&sections); }
-    ~Followed() { grid.setListener(nullptr); }
+    Followed() { grid.addListener(sections); }
+    ~Followed() { grid.removeListener(sections); }
 };
 
 TEST(Sections, ChainagesInEveryWayOfWriting) {

@@ -13,11 +13,11 @@ namespace shell {
 
 GridModel::GridModel(sheet::Grid& grid, QObject* parent)
     : QAbstractTableModel(parent), m_grid(grid), m_rows(grid.Rows() - 1) {
-    m_grid.setListener(this);
+    m_grid.addListener(*this);
 }
 
 GridModel::~GridModel() {
-    m_grid.setListener(nullptr);
+    m_grid.removeListener(*this);
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const {
@@ -71,6 +71,7 @@ QString GridModel::spokenColumn(int col) const {
 }
 
 void GridModel::cellChanged(int row, int col) {
+    if (!m_grid.Visible()) return;
     if (row == 0) {
         m_headerChanged = true;
     } else {
@@ -80,11 +81,18 @@ void GridModel::cellChanged(int row, int col) {
     wake();
 }
 
-void GridModel::rowsChanged(int, int) {
+void GridModel::rowsMoved(int from) {
+    if (!m_grid.Visible()) return;
+    if (from < m_grid.Rows()) m_allChanged = true;
     wake();
 }
 
-void GridModel::allChanged() {
+void GridModel::visibleChanged() {
+    if (m_grid.Visible()) m_allChanged = true;
+    wake();
+}
+
+void GridModel::lookChanged() {
     m_allChanged = true;
     wake();
 }

@@ -12,7 +12,8 @@ namespace shell {
 /// row r of the model is row r + 1 of the grid.
 ///
 /// What the grid tells is gathered and passed to the view in one go by flush(): a command that writes many
-/// cells costs the view one change. The first change after a flush calls `pending`.
+/// cells costs the view one change. The first change after a flush calls `pending`. What happens while the
+/// grid is hidden reaches the view as one reset when the grid is shown again.
 class GridModel final : public QAbstractTableModel, public sheet::GridListener {
   public:
     explicit GridModel(sheet::Grid& grid, QObject* parent = nullptr);
@@ -28,11 +29,13 @@ class GridModel final : public QAbstractTableModel, public sheet::GridListener {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    void cellChanged(int row, int col) override;
-    void rowsChanged(int oldRows, int newRows) override;
+    void textChanged(int row, int col, const std::string&) override { cellChanged(row, col); }
+    void colourChanged(int row, int col, sheet::Colour) override { cellChanged(row, col); }
+    void rowsInserted(int row, int count, sheet::Marks) override { rowsMoved(row + count); }
+    void rowsRemoved(int row, const sheet::RemovedRows&, sheet::Marks) override { rowsMoved(row); }
     void cursorMoved() override { wake(); }
-    void visibleChanged() override { wake(); }
-    void allChanged() override;
+    void visibleChanged() override;
+    void lookChanged() override;
 
   private:
     struct Box {
@@ -40,6 +43,8 @@ class GridModel final : public QAbstractTableModel, public sheet::GridListener {
     };
     static constexpr Box nothing{0x7FFFFFFF, 0x7FFFFFFF, -1, -1};
 
+    void cellChanged(int row, int col);
+    void rowsMoved(int from); ///< the rows from this one on are others than before
     void wake();
     [[nodiscard]] QString spokenColumn(int col) const; ///< its header, or its number where it has none
 
