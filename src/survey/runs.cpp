@@ -35,19 +35,12 @@ void Runs::setClosing(Closing closing) {
     m_unsettled = true;
 }
 
-void Runs::cellChanged(int row, int col) {
+void Runs::textChanged(int row, int col, const std::string&) {
     // Offsets, heights and levels follow from the rest or do not matter, but for the level that all begins
     // with.
     const bool counts = col == sheet::Chainage || col == sheet::BackSight || col == sheet::InterSight ||
                         col == sheet::ForeSight || col == sheet::Remark;
     if (counts || (col == sheet::RLevel && row == 1)) touch(row);
-}
-
-void Runs::rowsChanged(int oldRows, int newRows) {
-    if (newRows > oldRows)
-        rowsInserted(oldRows, newRows - oldRows);
-    else if (newRows < oldRows)
-        rowsRemoved(newRows, oldRows - newRows);
 }
 
 void Runs::touch(int row) {
@@ -56,7 +49,7 @@ void Runs::touch(int row) {
     if (m_touched.size() > m_rows.size() / 4 + 16) m_stale = true;
 }
 
-void Runs::rowsInserted(int at, int count) {
+void Runs::rowsInserted(int at, int count, sheet::Marks) {
     if (m_stale) return;
     m_rows.insert(m_rows.begin() + at, static_cast<std::size_t>(count), Reading{});
     for (Turn& turn : m_turns)
@@ -71,12 +64,13 @@ void Runs::rowsInserted(int at, int count) {
     m_unsettled = true;
 }
 
-void Runs::rowsRemoved(int at, int count) {
+void Runs::rowsRemoved(int at, const sheet::RemovedRows& before, sheet::Marks) {
     if (m_stale) return;
     if (at == 1) {
         m_stale = true;
         return;
     }
+    const int count = before.count();
     const int end = at + count;
     const auto drop = [&](auto& list, auto rowOf) {
         std::erase_if(list, [&](auto& each) { return rowOf(each) >= at && rowOf(each) < end; });

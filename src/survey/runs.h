@@ -52,13 +52,9 @@ class Runs final : public sheet::GridListener {
     void setClosing(Closing closing);
     [[nodiscard]] const Closing& closing() const { return m_closing; }
 
-    void cellChanged(int row, int col) override;
-    void rowsChanged(int oldRows, int newRows) override;
-    void rowsInserted(int at, int count);
-    void rowsRemoved(int at, int count);
-    void cursorMoved() override {}
-    void visibleChanged() override {}
-    void allChanged() override { m_stale = true; }
+    void textChanged(int row, int col, const std::string& before) override;
+    void rowsInserted(int row, int count, sheet::Marks) override;
+    void rowsRemoved(int row, const sheet::RemovedRows& before, sheet::Marks) override;
 
     /// Sections, checks and the tail, from the top down.
     [[nodiscard]] const std::vector<RunSection>& sections();

@@ -23,6 +23,7 @@ struct Levelled {
     explicit Levelled(const std::vector<std::string>& rows, Closing closing = {}) {
         keyRows(book.MSFG, rows);
         runs.setClosing(std::move(closing));
+        book.MSFG.addListener(runs);
     }
     std::string adjusted(int row) { return sheet::levelText(runs.levelAt(row)->adjusted()); }
     std::vector<std::string> verdicts() {
@@ -119,7 +120,6 @@ TEST(Runs, SeveralMarksChecksAndATail) {
                  by("none"));
     run.book.MSFG.setText(3, sheet::ForeSight, "-1.99"); // raw 105 becomes 105.000 + 10 mm below
     run.book.MSFG.setText(2, sheet::BackSight, "3.01");
-    run.runs.allChanged();
     const std::string table = textOf(run.runs.sections());
     EXPECT_EQ(table, "M 1>3 2 105.010 +10.0 open|check 3>4 1 106.000 -3.0 check|Q 3>6 2 109.992 -8.0 open|"
                      " 6>8 1 110.000 open");
@@ -210,12 +210,15 @@ TEST(Runs, FollowedEqualsReadAnew) {
         sheet::Grid& grid = book.MSFG;
         Closing closing = by("12rK", session % 2 == 0 ? Method::Distance : Method::Setups);
         Runs followed(grid, closing);
-        grid.setListener(&followed);
+        grid.addListener(followed);
         grid.setRows(pick(2, 30));
         for (int step = 0; step < 120; ++step) {
-            const int what = pick(0, 40);
+            const int what = pick(0, 30);
             if (what == 0) grid.setRows(grid.Rows() + pick(1, 3));
             if (what == 1) grid.setRows(std::max(2, grid.Rows() - pick(1, 3)));
+            if (what == 2) grid.insertRows(pick(1, grid.Rows() - 1), pick(1, 3), sheet::Marks::Stay);
+            if (what == 3 && grid.Rows() > 6)
+                grid.removeRows(pick(1, grid.Rows() - 4), 3, sheet::Marks::Stay);
             const int row = pick(1, grid.Rows() - 1);
             const int col = pick(0, 9);
             const auto& choices = texts[static_cast<std::size_t>(col)];
@@ -231,7 +234,7 @@ TEST(Runs, FollowedEqualsReadAnew) {
                 ASSERT_EQ(a ? a->adjusted() : 0, b ? b->adjusted() : 0) << r;
             }
         }
-        grid.setListener(nullptr);
+        grid.removeListener(followed);
     }
 }
 
