@@ -1,11 +1,11 @@
 #include "project/project_file.h"
+#include "shell/application.h"
 #include "shell/controls/branding.h"
 #include "shell/frmGrl.h"
 #include "shell/start_chain.h"
 #include "shell/text.h"
 #include "tools/start_routine.h"
 
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
 
@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
                    stderr);
         return 1;
     }
-    QApplication application(argc, argv);
+    shell::Application application(argc, argv);
     const QStringList books = booksOf(application);
     QApplication::setDesktopFileName(QStringLiteral("zavrogrl"));
     QApplication::setWindowIcon(shell::branding::icon());
@@ -70,8 +70,9 @@ int main(int argc, char** argv) {
     std::unique_ptr<shell::frmGrl> window;
     shell::StartChain chain(
         desktop,
-        [&window, &books] {
+        [&application, &window, &books] {
             window = std::make_unique<shell::frmGrl>();
+            application.unexpected = [&window] { window->rescue("The program"); };
             window->Form_Load();
             if (!books.empty()) openBook(*window, books.front());
         },

@@ -17,7 +17,6 @@ using desktop::Answer;
 using desktop::Buttons;
 
 constexpr const char* noFile = "*.grl";
-constexpr const char* setAsideNote = "The unsaved book is kept: the next start of the program offers it.";
 constexpr const char* saveChanges = "Do you want to Save the changes you made to this file";
 constexpr sheet::Colour failedSave = sheet::rgb(240, 210, 220);
 

@@ -84,6 +84,16 @@ std::string setAside(const sheet::Book& book, desktop::Desktop& desktop) {
     }
 }
 
+std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
+    if (!isUnsaved(book)) return {};
+    try {
+        LockedFile::write(newCopyPath(desktop), copyText(book, desktop.now()));
+        return setAsideNote;
+    } catch (const std::exception& error) {
+        return std::string("No copy of the unsaved book could be kept: ") + error.what();
+    }
+}
+
 Recovery::Recovery(sheet::Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
 
 Recovery::~Recovery() = default;

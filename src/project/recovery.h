@@ -23,6 +23,14 @@ inline constexpr const char* copyPrefix = "recovery-";
 /// grid is dropped without a question. Returns the copy's path, empty when there is none. Raises nothing.
 std::string setAside(const sheet::Book& book, desktop::Desktop& desktop);
 
+/// What the status bar says of a book that was set aside.
+inline constexpr const char* setAsideNote =
+    "The unsaved book is kept: the next start of the program offers it.";
+
+/// Sets the book aside after something failed that nobody expected. Returns what is to be said about it:
+/// where the book is, or why no copy could be kept; empty when there was nothing unsaved.
+[[nodiscard]] std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop);
+
 class LockedFile;
 
 /// The copy of this process. It is locked while the process lives, so that another instance does not offer

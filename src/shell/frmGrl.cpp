@@ -7,9 +7,9 @@
 #include "export_panel.h"
 #include "settings_frame.h"
 #include "text.h"
+#include "window_part.h"
 
 #include "basic/files.h"
-#include "entry/chainage.h"
 #include "entry/entry_settings.h"
 #include "exchange/marked_rows.h"
 #include "project/default_folder.h"
@@ -55,16 +55,16 @@ frmGrl::frmGrl(Surroundings surroundings)
     m_grid = new FlexGrid(m_book.MSFG, form);
     m_grid->setObjectName(QStringLiteral("MSFG"));
     m_grid->setAccessibleName(text("Field book"));
-    m_grid->keyPress = [this](char32_t character) { MSFG_KeyPress(character); };
-    m_grid->keyDown = [this](entry::EditKey key) { MSFG_KeyDown(key); };
-    m_grid->leaveCell = [this] { MSFG_LeaveCell(); };
+    listenToGrid();
     m_grid->mouseMove = [this] { MSFG_MouseMove(); };
     m_grid->flushed = [this] {
         showStatus();
         m_keysRest.start(untilKeysRest);
     };
     m_keysRest.setSingleShot(true);
-    QObject::connect(&m_keysRest, &QTimer::timeout, this, [this] { keepRecoveryCopy(); });
+    QObject::connect(&m_keysRest, &QTimer::timeout, this, [this] {
+        act({.name = "The recovery copy", .kind = Action::Timer}, [this] { keepRecoveryCopy(); });
+    });
 
     m_pbr1 = new QProgressBar(form);
     m_pbr1->setObjectName(QStringLiteral("pbr1"));
@@ -78,11 +78,13 @@ frmGrl::frmGrl(Surroundings surroundings)
     buildStatusBar();
     buildFrames();
     buildTabOrder();
+    buildParts();
     showBook();
 }
 
 frmGrl::~frmGrl() {
     hide();
+    m_parts.clear();
     m_grid->flushed = nullptr;
     delete takeCentralWidget(); // the grid's view goes before the book that it shows
 }
@@ -118,7 +120,6 @@ void frmGrl::keepRecoveryCopy() {
 
 void frmGrl::offerRecovery() {
     m_recovery.offer();
-    showBook();
 }
 
 void frmGrl::Form_Resize() {
@@ -132,10 +133,11 @@ void frmGrl::arrange() {
     const int bars = height() - form->height();
     const int beside = std::max(pixels(besideGrid), 3 * margin + m_column->leastWidth());
     const int aboveAndBelow = std::max(pixels(aboveAndBelowGrid), bars + 3 * margin + progressHeight);
-    const QRect grid(margin, margin, std::max(1, width() - beside), std::max(1, height() - aboveAndBelow));
+    const QRect grid(margin, margin, std::max(1, form->width() - beside),
+                     std::max(1, height() - aboveAndBelow));
     m_grid->setGeometry(grid);
     const int columnLeft = grid.right() + 1 + margin;
-    m_columnScroll->setGeometry(columnLeft, margin, width() - columnLeft - margin,
+    m_columnScroll->setGeometry(columnLeft, margin, form->width() - columnLeft - margin,
                                 form->height() - 2 * margin);
     const int below = form->height() - grid.bottom() - 1;
     m_pbr1->setGeometry(grid.left(), grid.bottom() + 1 + (below - progressHeight) / 2, grid.width(),
@@ -153,7 +155,7 @@ void frmGrl::resizeEvent(QResizeEvent* event) {
 // Also from the buttons beside the panel, which covers them where the letters are large.
 void frmGrl::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && m_fExport->isVisible())
-        run(&frmGrl::cmdCancel_Click, false);
+        run({.name = "Cancel"}, &frmGrl::cmdCancel_Click);
     else
         QMainWindow::keyPressEvent(event);
 }
@@ -170,15 +172,13 @@ void frmGrl::closeEvent(QCloseEvent* event) {
 
 bool frmGrl::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseMove) Form_MouseMove();
+    // A bar or a pane beside the form was opened or closed.
+    if (event->type() == QEvent::Resize && watched == centralWidget() && !m_parts.empty()) arrange();
     return QMainWindow::eventFilter(watched, event);
 }
 
-void frmGrl::run(Handler command, bool walksGrid) {
-    if (m_ended) return;
-    m_desktop.status({});
-    if (walksGrid) MSFG_LeaveCell();
-    (this->*command)();
-    showBook();
+void frmGrl::run(const Action& action, Handler command) {
+    act(action, [this, command] { (this->*command)(); });
 }
 
 void frmGrl::showBook() {
@@ -190,6 +190,7 @@ void frmGrl::showBook() {
         m_mnuX[k]->setText(shown.replace(u'&', QStringLiteral("&&")));
         m_mnuX[k]->setVisible(true);
     }
+    holdShortcuts();
     m_grid->flush();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "action.h"
 #include "controls/half_screen.h"
 #include "qt_desktop.h"
 
@@ -8,15 +9,20 @@
 #include "project/recovery.h"
 #include "sheet/book.h"
 
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QTimer>
 
 #include <array>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 class QAction;
 class QLabel;
+class QMenu;
 class QProgressBar;
 class QScrollArea;
 
@@ -27,6 +33,7 @@ class CommandButton;
 class ExportPanel;
 class FlexGrid;
 class SettingsFrame;
+class WindowPart;
 
 /// The main window: the grid, the column of command buttons, the menus, the frames laid over the grid, the
 /// progress bar and the status bar. It owns the book for the whole run. Handlers are named after the control
@@ -43,6 +50,23 @@ class frmGrl final : public QMainWindow {
     [[nodiscard]] QtDesktop& desktop() { return m_desktop; }
     [[nodiscard]] FlexGrid& grid() { return *m_grid; }
     [[nodiscard]] bool ended() const { return m_ended; } ///< the exit command has ended the program
+
+    /// The one edge: everything that the user does runs through here. Checks the cell that a walk over the
+    /// grid would leave half keyed; what is thrown and nobody expects is told, with a copy of the unsaved
+    /// book set aside, and the program goes on.
+    void act(const Action& action, const std::function<void()>& what);
+    /// The net of act() for what escapes elsewhere; to be called while the exception is handled. `what` was
+    /// going on.
+    void rescue(const char* what) noexcept;
+    /// The Settings or the transfer's frame lies over the grid.
+    [[nodiscard]] bool frameIsOpen() const;
+
+    /// A menu of the bar: one that is there, or a new one before the menu `before` (empty: at the end).
+    [[nodiscard]] QMenu& menu(const char* name);
+    QMenu& addMenu(const char* name, const char* caption, const char* before = "");
+    /// Adds an item behind the ones that the menu has. While a frame is open its shortcut is no key of the
+    /// window's, and an item whose action is held is disabled.
+    QAction& addItem(QMenu& menu, const MenuItem& item);
 
     /// Brings caption, menus, grid and status bar in step with the book. Runs after every command and key.
     void showBook();
@@ -65,14 +89,16 @@ class frmGrl final : public QMainWindow {
     void buildMenus();
     void buildStatusBar();
     void buildFrames();
+    void buildParts();
+    void listenToGrid();
+    void holdShortcuts(); ///< while a frame is open
     void buildTabOrder();
     void arrange();
     [[nodiscard]] CommandButton& button(const char* name) { return *m_buttons.at(name); }
     void showStatus();
 
-    /// One command of the user: `walksGrid` when it goes over the whole grid, so that the cell being edited
-    /// is checked first.
-    void run(Handler command, bool walksGrid);
+    void run(const Action& action, Handler command);
+    void runMenu(const Action& action, const std::function<void()>& click);
     void typeIntoGrid(char32_t character);
     void enableForEntry(bool enable);
     void endProgram();
@@ -84,6 +110,7 @@ class frmGrl final : public QMainWindow {
     void MSFG_KeyPress(char32_t character);
     void MSFG_KeyDown(entry::EditKey key);
     void MSFG_LeaveCell();
+    void MSFG_Move(int row, int col, bool extend);
     void MSFG_MouseMove();
     void MouseMove(CommandButton& button, bool bold);
 
@@ -139,6 +166,12 @@ class frmGrl final : public QMainWindow {
     void Enb();
     void showExportFrame(); ///< brings the panel and the eight buttons in step with the frame
 
+    struct Held { // by the frames
+        QAction* item;
+        QList<QKeySequence> shortcuts;
+        bool whole; // not only its shortcut
+    };
+
     bool m_offersRecovery;
     sheet::Book m_book;
     QtDesktop m_desktop;
@@ -160,6 +193,10 @@ class frmGrl final : public QMainWindow {
     HalfScreenRule m_halfScreen;
     int m_statusRow = 0; ///< the row that the status bar was last about
     bool m_ended = false;
+    std::vector<Held> m_items; // of the menus, as far as they have to do with the frames
+    bool m_shortcutsHeld = false;
+    std::vector<char> m_reserve; // memory for the net
+    std::vector<std::unique_ptr<WindowPart>> m_parts;
 };
 
 } // namespace shell

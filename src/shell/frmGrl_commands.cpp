@@ -11,7 +11,6 @@
 #include "import_wait.h"
 #include "settings_frame.h"
 
-#include "entry/chainage.h"
 #include "entry/entry_settings.h"
 #include "entry/row_editing.h"
 #include "exchange/csv_export.h"
@@ -28,17 +27,7 @@
 namespace shell {
 
 void frmGrl::Form_Unload() {
-    run(&frmGrl::cmdExit_Click, false);
-}
-
-void frmGrl::MSFG_KeyPress(char32_t character) {
-    entry::keyPress(m_book, m_desktop, character);
-}
-void frmGrl::MSFG_KeyDown(entry::EditKey key) {
-    entry::keyDown(m_book, m_desktop, key);
-}
-void frmGrl::MSFG_LeaveCell() {
-    entry::leaveCell(m_book, m_desktop);
+    run({.name = "Exit"}, &frmGrl::cmdExit_Click);
 }
 
 void frmGrl::cmdNew_Click() {
@@ -112,9 +101,8 @@ void frmGrl::cmdTr_Click() {
 
 void frmGrl::cmdTr_KeyPress(char32_t character) {
     if (character != 10) return;
-    MSFG_LeaveCell();
-    exchange::updateFormationLevels(m_book.MSFG, m_desktop, m_exportFrame);
-    showBook();
+    act({.name = "Formation levels", .walksGrid = true},
+        [this] { exchange::updateFormationLevels(m_book.MSFG, m_desktop, m_exportFrame); });
 }
 
 void frmGrl::cmdCancel_Click() {

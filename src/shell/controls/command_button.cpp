@@ -3,6 +3,7 @@
 #include "characters.h"
 
 #include <QKeyEvent>
+#include <QShortcutEvent>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
@@ -92,6 +93,13 @@ QSize CommandButton::sizeHint() const {
 
 QSize CommandButton::minimumSizeHint() const {
     return {widthForLines(2), heightForWidth(widthForLines(2))};
+}
+
+bool CommandButton::event(QEvent* event) {
+    // One shared with another control only brings the focus.
+    if (event->type() == QEvent::Shortcut)
+        m_byAccessKey = !static_cast<const QShortcutEvent&>(*event).isAmbiguous();
+    return QPushButton::event(event);
 }
 
 void CommandButton::paintEvent(QPaintEvent*) {

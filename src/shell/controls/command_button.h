@@ -3,6 +3,7 @@
 #include <QPushButton>
 
 #include <functional>
+#include <utility>
 
 namespace shell {
 
@@ -18,6 +19,9 @@ class CommandButton final : public QPushButton {
     void setCaptionBold(bool bold);
     [[nodiscard]] bool captionBold() const { return font().bold(); }
 
+    /// Whether the click at hand came from the access key; asking forgets it.
+    [[nodiscard]] bool takeAccessKey() { return std::exchange(m_byAccessKey, false); }
+
     /// The least width at which the caption, bold, takes at most `lines` lines.
     [[nodiscard]] int widthForLines(int lines) const;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
@@ -26,6 +30,7 @@ class CommandButton final : public QPushButton {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -36,6 +41,8 @@ class CommandButton final : public QPushButton {
     /// The font of the caption, drawn closer where bold letters would need one line more than plain ones.
     [[nodiscard]] QFont fittingFont(int width) const;
     [[nodiscard]] QRect captionBox(const QFont& face, int width) const;
+
+    bool m_byAccessKey = false;
 };
 
 /// A caption without the mark of its access key.

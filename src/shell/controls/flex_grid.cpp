@@ -266,14 +266,12 @@ bool FlexGrid::navigate(const QKeyEvent& event) {
 }
 
 void FlexGrid::goTo(Cell cell, bool extend) {
-    if (extend) {
+    if (move)
+        move(cell.row, cell.col, extend);
+    else if (extend)
         m_grid.setSelection(cell.row, cell.col);
-    } else if (cell.row != m_grid.Row() || cell.col != m_grid.Col()) {
-        if (leaveCell) leaveCell();
-        m_grid.moveTo(std::min(cell.row, m_grid.Rows() - 1), cell.col);
-    } else if (m_grid.RowSel() != cell.row || m_grid.ColSel() != cell.col) {
+    else
         m_grid.moveTo(cell.row, cell.col);
-    }
     flush();
 }
 

@@ -26,10 +26,11 @@ class FlexGrid final : public QTableView {
     // What the owner does; a handler that is not set lets the event pass.
     std::function<void(char32_t)> keyPress;      ///< a typed character
     std::function<void(entry::EditKey)> keyDown; ///< an editing or function key
-    std::function<void()> leaveCell;             ///< the user is about to move the cursor off its cell
-    std::function<void()> mouseMove;             ///< the pointer moved over the grid
-    std::function<void()> doubleClick;           ///< a double click on a cell
-    std::function<void()> flushed;               ///< after every flush
+    /// The user moves the cursor to a cell, or with `extend` the far end of the selection. Not set: so be it.
+    std::function<void(int row, int col, bool extend)> move;
+    std::function<void()> mouseMove;   ///< the pointer moved over the grid
+    std::function<void()> doubleClick; ///< a double click on a cell
+    std::function<void()> flushed;     ///< after every flush
 
     void flush();
     [[nodiscard]] GridModel& gridModel() const { return *m_model; }

@@ -1,0 +1,107 @@
+#include "frmGrl.h"
+
+#include "controls/flex_grid.h"
+#include "export_panel.h"
+#include "settings_frame.h"
+#include "window_part.h"
+
+#include "basic/runtime_error.h"
+#include "entry/chainage.h"
+#include "entry/key_entry.h"
+
+#include <algorithm>
+#include <new>
+
+// The one edge: whatever the user does comes into the program here.
+
+namespace shell {
+namespace {
+
+constexpr std::size_t reserveSize = std::size_t{256} * 1024;
+
+/// The words of what is being handled.
+std::string reason() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        return basic::descriptionOf(basic::OutOfMemory);
+    } catch (const std::exception& error) {
+        return error.what();
+    } catch (...) {
+        return "an unknown error";
+    }
+}
+
+std::string asSentence(std::string text) {
+    if (!text.ends_with('.')) text += '.';
+    return text;
+}
+
+} // namespace
+
+bool frmGrl::frameIsOpen() const {
+    return !m_ff->isHidden() || !m_fExport->isHidden();
+}
+
+void frmGrl::act(const Action& action, const std::function<void()>& what) {
+    if (m_ended || (action.heldByFrames && frameIsOpen())) return;
+    if (m_reserve.empty()) m_reserve.resize(reserveSize);
+    if (action.kind == Action::Command) m_desktop.status({});
+    try {
+        if (action.walksGrid) MSFG_LeaveCell();
+        what();
+    } catch (...) {
+        rescue(action.name);
+    }
+    if (action.kind == Action::Timer || m_ended) return;
+    if (action.kind == Action::Command) showBook();
+    for (const auto& part : m_parts)
+        part->bookShown();
+}
+
+// Memory may be what is missing, so what was laid by for this moment is given back first.
+void frmGrl::rescue(const char* what) noexcept {
+    std::vector<char>().swap(m_reserve);
+    try {
+        std::string told = asSentence(std::string(what) + " stopped: " + reason());
+        m_desktop.hideProgress();
+        m_book.MSFG.setVisible(true);
+        const std::string kept = project::rescueBook(m_book, m_desktop);
+        if (!kept.empty()) told += ' ' + kept;
+        m_desktop.status(told);
+    } catch (...) { // NOLINT(bugprone-empty-catch): nothing is left to tell it with
+    }
+}
+
+void frmGrl::MSFG_KeyPress(char32_t character) {
+    entry::keyPress(m_book, m_desktop, character);
+}
+
+void frmGrl::MSFG_KeyDown(entry::EditKey key) {
+    entry::keyDown(m_book, m_desktop, key);
+}
+
+void frmGrl::MSFG_LeaveCell() {
+    entry::leaveCell(m_book, m_desktop);
+}
+
+// The user moves the cursor, or the far end of the selection.
+void frmGrl::MSFG_Move(int row, int col, bool extend) {
+    sheet::Grid& grid = m_book.MSFG;
+    if (extend) return grid.setSelection(row, col);
+    if (row != grid.Row() || col != grid.Col()) MSFG_LeaveCell();
+    grid.moveTo(std::min(row, grid.Rows() - 1), col);
+}
+
+void frmGrl::listenToGrid() {
+    const auto key = [this](const char* name, const std::function<void()>& what) {
+        act({.name = name, .kind = Action::Key}, what);
+    };
+    m_grid->keyPress = [this, key](char32_t character) { key("Typing", [&] { MSFG_KeyPress(character); }); };
+    m_grid->keyDown = [this, key](entry::EditKey edit) { key("Typing", [&] { MSFG_KeyDown(edit); }); };
+    m_grid->move = [this, key](int row, int col, bool extend) {
+        key("Move", [&] { MSFG_Move(row, col, extend); });
+    };
+}
+
+} // namespace shell

@@ -1,0 +1,20 @@
+#include "frmGrl.h"
+
+#include "window_part.h"
+
+// The parts that the window is made of besides buttons, laid-down menus, frames and grid: a row a part, in
+// the order in which their menus and items are added.
+
+namespace shell {
+namespace {
+
+const std::vector<MakePart> partTable{};
+
+} // namespace
+
+void frmGrl::buildParts() {
+    for (const MakePart make : partTable)
+        m_parts.push_back(make(*this));
+}
+
+} // namespace shell
