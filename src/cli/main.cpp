@@ -1,6 +1,7 @@
 #include "cal.h"
 #include "jet_command.h"
 #include "project_files.h"
+#include "section_options.h"
 #include "survey_options.h"
 #include "transfer_command.h"
 
@@ -115,6 +116,7 @@ int main(int argc, char** argv) {
     addTransfer(app, status);
     cli::addLevels(app, status);
     addJet(app, status);
+    cli::addSectionCommands(app, status);
     try {
         app.parse(argc, argv);
         return status;
