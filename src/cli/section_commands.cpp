@@ -70,7 +70,7 @@ ExitStatus writeLandXml(const std::string& book, const std::string& path, const 
                         std::istream& in, std::ostream& err) {
     return send(
         book, path,
-        exchange::LandXmlExporter({road.empty() ? roadOf(book) : road, std::chrono::system_clock::now()}),
+        exchange::LandXmlExporter({road.empty() ? roadOf(book) : road, std::chrono::system_clock::now()}), in,
         err);
 }
 

@@ -42,7 +42,7 @@ TEST_F(Exported, DxfHoldsTheLevels) {
     const auto read = outputOf("/usr/bin/python3 '" ZAVRO_TEST_SCRIPTS "/read_dxf.py' '" + path + "'");
     ASSERT_TRUE(read);
     EXPECT_THAT(*read, testing::StartsWith("errors 0 fixes 0\n"));
-    EXPECT_THAT(*read, HasSubstr("text TEXT 100% % \u00d6\u0141 ^"));
+    EXPECT_THAT(*read, HasSubstr("text TEXT 100% % \u00d6\\U+0141 ^x"));
     EXPECT_THAT(*read, HasSubstr("text TEXT 1:1000 by 1:100, V x10\n"));
 
     survey::Sections sections(book.MSFG);

@@ -74,8 +74,10 @@ TEST(Sections, FollowEveryChange) {
     for (int step = 0; step < 4000; ++step) {
         const int rows = book.grid.Rows();
         const int row = 1 + static_cast<int>(random() % static_cast<unsigned>(rows - 1));
-        if (step % 40 == 0)
-            book.grid.setRows(std::max(4, rows + static_cast<int>(random() % 7) - 3));
+        if (step % 80 == 0)
+            book.grid.insertRows(row, 1 + static_cast<int>(random() % 3), sheet::Marks::Stay);
+        else if (step % 40 == 0)
+            book.grid.removeRows(row, std::min(2, rows - row), sheet::Marks::Stay);
         else
             change(row, random() % 10);
         if (random() % 3 != 0) continue;
