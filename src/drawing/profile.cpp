@@ -8,12 +8,10 @@
 namespace drawing {
 namespace {
 
-constexpr double datumClearance = 5; // millimetres of paper between the lowest ground and the datum line
-constexpr double datumRounding = 10; // millimetres of paper that a datum is rounded to at least
+constexpr double crowded = 3; // uprights stand apart by so many of the finest columns
 
 // All in heights of a letter.
 constexpr double head = 13;        // width of the words in front of the rows
-constexpr double row = 8;          // height of a row of turned figures
 constexpr double elbow = 2;        // height of the band in which figures that moved aside are led to
 constexpr double letterRoom = 1.4; // a figure takes this much of a row
 
@@ -28,20 +26,28 @@ class Drafter {
 
     ProfileDrawing draw() {
         if (m_ground.empty()) return {};
-        cutIntoStretches();
+        m_along = m_style.window ? m_style.window->along : m_ground.front().along;
+        if (m_style.window)
+            m_drawing.stretches.push_back({0, m_ground.size() - 1, frame(m_style.window->datum)});
+        else
+            cutIntoStretches();
         for (const Stretch& stretch : m_drawing.stretches)
             drawStretch(stretch);
         for (const GroundPlace& each : m_ground)
             m_x.push_back(x(each));
-        const double right = std::max(m_x.back(), m_style.textHeight);
+        const double right =
+            m_style.window ? m_style.window->width : std::max(m_x.back(), m_style.textHeight);
         list().line(Layer::Frame, {0, 0}, {right, 0});
-        if (m_style.rows) drawRows(right);
+        if (m_style.row > 0) drawRows(right);
         return std::move(m_drawing);
     }
 
   private:
     [[nodiscard]] double x(const GroundPlace& at) const {
-        return (at.along - m_ground.front().along) * m_style.scale.perMetre();
+        return (at.along - m_along) * m_style.scale.perMetre();
+    }
+    [[nodiscard]] Frame frame(double datum) const {
+        return {{0, 0}, m_along, datum, m_style.scale.perMetre(), m_style.scale.levelPerMetre()};
     }
     [[nodiscard]] DisplayList& list() { return m_drawing.list; }
 
@@ -51,13 +57,7 @@ class Drafter {
         double lowest = m_ground[0].level;
         double highest = lowest;
         const auto close = [&](std::size_t last) {
-            m_drawing.stretches.push_back({first,
-                                           last,
-                                           {{0, 0},
-                                            m_ground.front().along,
-                                            datumBelow(lowest, perMetre),
-                                            m_style.scale.perMetre(),
-                                            perMetre}});
+            m_drawing.stretches.push_back({first, last, frame(datumBelow(lowest, perMetre))});
         };
         for (std::size_t k = 1; k < m_ground.size(); ++k) {
             const double low = std::min(lowest, m_ground[k].level);
@@ -80,9 +80,13 @@ class Drafter {
 
     void drawStretch(const Stretch& stretch) {
         Polyline line{Layer::Ground, {}};
+        double lastUpright = -1e300;
         for (std::size_t k = stretch.first; k <= stretch.last; ++k) {
-            line.places.push_back(stretch.frame.place(m_ground[k]));
-            list().line(Layer::Grid, {line.places.back().x, 0}, line.places.back());
+            const Place at = stretch.frame.place(m_ground[k]);
+            line.places.push_back(at);
+            if (at.x - lastUpright < crowded * m_style.finest) continue;
+            list().line(Layer::Grid, {at.x, 0}, at);
+            lastUpright = at.x;
         }
         const double h = m_style.textHeight;
         if (line.places.size() == 1) { // a point alone is a short stroke, so that it is seen
@@ -104,9 +108,12 @@ class Drafter {
 
     void drawRows(double right) {
         const double h = m_style.textHeight;
+        // Of a window the points within it.
+        const auto first = static_cast<std::size_t>(std::ranges::lower_bound(m_x, 0.0) - m_x.begin());
+        const auto end = static_cast<std::size_t>(std::ranges::upper_bound(m_x, right) - m_x.begin());
         std::vector<double> y;
-        for (const GroundPlace& each : m_ground)
-            y.push_back(each.level * m_style.scale.levelPerMetre());
+        for (std::size_t k = first; k < end; ++k)
+            y.push_back(m_ground[k].level * m_style.scale.levelPerMetre());
         const bool isChainage = m_style.figures == Figures::Chainage;
         const auto figure = [&](int number, const GroundPlace& at) {
             if (number == 1) return levelText(at.level);
@@ -114,39 +121,43 @@ class Drafter {
         };
         const char* heads[] = {isChainage ? "Chainage" : "Offset", "Ground level"};
         for (int number = 0; number < 2; ++number) {
-            const double top = -(elbow + number * row) * h;
+            const double top = -(elbow + number * m_style.row) * h;
             list().line(Layer::Frame, {-headWidth(h), top}, {right, top});
-            list().text(Layer::Text, {-0.5 * h, top - (row + 1) / 2 * h}, h, heads[number], Align::Right);
+            list().text(Layer::Text, {-0.5 * h, top - (m_style.row + 1) / 2 * h}, h, heads[number],
+                        Align::Right);
         }
-        list().line(Layer::Frame, {-headWidth(h), -rowsHeight(h)}, {right, -rowsHeight(h)});
-        for (const Label& label : chooseLabels(m_x, y, letterRoom * h)) {
-            const double at = m_x[label.point];
+        list().line(Layer::Frame, {-headWidth(h), -rowsHeight(h, m_style.row)},
+                    {right, -rowsHeight(h, m_style.row)});
+        const std::span x(m_x.data() + first, y.size());
+        for (const Label& label : chooseLabels(x, y, letterRoom * h)) {
+            const double at = x[label.point];
             list().line(Layer::Grid, {at, 0}, {label.x, -elbow * h});
             for (int number = 0; number < 2; ++number)
-                list().text(Layer::Text, {label.x + h / 2, -(elbow + (number + 1) * row - 0.5) * h}, h,
-                            figure(number, m_ground[label.point]), Align::Left, 90);
+                list().text(Layer::Text, {label.x + h / 2, -(elbow + (number + 1) * m_style.row - 0.5) * h},
+                            h, figure(number, m_ground[first + label.point]), Align::Left, 90);
         }
     }
 
     const ProfileStyle& m_style;
     std::vector<GroundPlace> m_ground;
+    double m_along = 0; // where x is 0
     std::vector<double> m_x;
     ProfileDrawing m_drawing;
 };
 
 } // namespace
 
-double datumBelow(double lowest, double levelPerMetre) {
-    const double step = roundStep(datumRounding / levelPerMetre);
-    return std::floor((lowest - datumClearance / levelPerMetre) / step) * step;
+double datumBelow(double lowest, double levelPerMetre, double clearance) {
+    const double step = roundStep(2 * clearance / levelPerMetre);
+    return std::floor((lowest - clearance / levelPerMetre) / step) * step;
 }
 
 double headWidth(double textHeight) {
     return head * textHeight;
 }
 
-double rowsHeight(double textHeight) {
-    return (elbow + 2 * row) * textHeight;
+double rowsHeight(double textHeight, double row) {
+    return row <= 0 ? 0 : (elbow + 2 * row) * textHeight;
 }
 
 std::vector<GroundPlace> thinned(std::span<const GroundPlace> ground, double width) {

@@ -1,5 +1,7 @@
 #include "frmGrl.h"
 
+#include "letters_items.h"
+#include "section_panes.h"
 #include "window_part.h"
 
 // The parts that the window is made of besides buttons, laid-down menus, frames and grid: a row a part, in
@@ -8,7 +10,10 @@
 namespace shell {
 namespace {
 
-const std::vector<MakePart> partTable{};
+const std::vector<MakePart> partTable{
+    &makeSectionPanes,
+    &makeLettersItems,
+};
 
 } // namespace
 

@@ -1,0 +1,75 @@
+#include "list_painter.h"
+
+#include "../text.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace shell {
+
+using drawing::Layer;
+
+ListPainter::ListPainter(QPainter& painter, const ListLook& look, QPointF origin, qreal perMillimetre)
+    : m_painter(painter), m_look(look), m_origin(origin), m_perMillimetre(perMillimetre) {}
+
+bool ListPainter::take(Layer layer, Part part) {
+    const bool isGround = layer != Layer::Frame && layer != Layer::Text;
+    if ((part & (isGround ? Ground : Rest)) == 0) return false;
+    const int number = static_cast<int>(layer);
+    if (std::exchange(m_layer, number) == number) return true;
+    const auto index = static_cast<std::size_t>(number);
+    QPen pen(m_look.ink[index], m_look.width[index]);
+    pen.setJoinStyle(Qt::RoundJoin);
+    if (layer == Layer::Neighbour) pen.setStyle(Qt::DashLine);
+    if (layer == Layer::Centre) pen.setStyle(Qt::DashDotLine);
+    m_painter.setPen(pen);
+    return true;
+}
+
+void ListPainter::lines(const drawing::DisplayList& list, Part part) {
+    for (const drawing::Line& line : list.lines)
+        if (take(line.layer, part)) m_painter.drawLine(place(line.from), place(line.to));
+    QPolygonF places;
+    for (const drawing::Polyline& line : list.polylines) {
+        if (!take(line.layer, part)) continue;
+        places.clear();
+        for (const drawing::Place at : line.places)
+            places.append(place(at));
+        m_painter.drawPolyline(places);
+    }
+}
+
+void ListPainter::texts(const drawing::DisplayList& list) {
+    // What one unit of the letters' size gives as height of a capital.
+    QFont font = m_look.font;
+    font.setPixelSize(1000);
+    const qreal capital = QFontMetricsF(font, m_painter.device()).capHeight() / 1000;
+    qreal height = 0;
+    for (const drawing::Text& each : list.texts) {
+        if (height != each.height) {
+            height = each.height;
+            font.setPixelSize(std::max(1, qRound(height * m_perMillimetre / capital)));
+            m_painter.setFont(font);
+        }
+        m_painter.setPen(m_look.ink[static_cast<std::size_t>(each.layer)]);
+        m_layer = -1;
+        const QString words = fromUtf8(each.text);
+        const QPointF at = place(each.at);
+        qreal left = 0;
+        if (each.align != drawing::Align::Left) {
+            const qreal width = m_painter.fontMetrics().horizontalAdvance(words);
+            left = each.align == drawing::Align::Right ? -width : -width / 2;
+        }
+        if (each.angle == 0) {
+            m_painter.drawText(QPointF(at.x() + left, at.y()), words);
+            continue;
+        }
+        m_painter.save();
+        m_painter.translate(at);
+        m_painter.rotate(-each.angle);
+        m_painter.drawText(QPointF(left, 0), words);
+        m_painter.restore();
+    }
+}
+
+} // namespace shell
