@@ -109,7 +109,8 @@ void frmGrl::Form_Load() {
     project::readDefaultFolder(m_book, m_desktop);
     mNu();
     showBook();
-    if (m_offersRecovery) QTimer::singleShot(0, this, [this] { offerRecovery(); });
+    if (m_offersRecovery)
+        QTimer::singleShot(0, this, [this] { act({.name = "Recovery"}, [this] { offerRecovery(); }); });
 }
 
 void frmGrl::keepRecoveryCopy() {
