@@ -3,8 +3,9 @@
 // Prints medians in milliseconds and the ratio of ours to theirs. Usage: peers [RUNS]
 
 #include "exchange/transfer.h"
-#include "project/project_commands.h"
+#include "project/load.h"
 #include "project/project_file.h"
+#include "project/save.h"
 #include "scripted_desktop.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"

@@ -4,8 +4,9 @@
 #include "dao/dao.h"
 #include "desktop/desktop.h"
 #include "jet/database.h"
-#include "project/project_commands.h"
+#include "project/load.h"
 #include "project/project_file.h"
+#include "project/save.h"
 #include "sheet/book.h"
 
 #include <benchmark/benchmark.h>
@@ -66,7 +67,7 @@ struct Setting {
         }
         desktop = std::make_unique<QuietDesktop>(folder);
         book.setProjectPath(path);
-        if (!project::makeProject(book, *desktop, path)) throw std::runtime_error("no project");
+        if (!project::makeProject(book, *desktop, path).whole()) throw std::runtime_error("no project");
     }
     Setting(const Setting&) = delete;
     Setting& operator=(const Setting&) = delete;
@@ -95,7 +96,8 @@ struct Setting {
 void save(benchmark::State& state) {
     Setting setting(static_cast<int>(state.range(0)));
     for (auto _ : state)
-        if (!project::rewriteProject(setting.book, *setting.desktop)) state.SkipWithError("not saved");
+        if (!project::rewriteProject(setting.book, *setting.desktop).whole())
+            state.SkipWithError("not saved");
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

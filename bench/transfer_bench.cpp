@@ -4,7 +4,7 @@
 
 #include "exchange/formation_levels.h"
 #include "exchange/transfer.h"
-#include "project/project_commands.h"
+#include "project/save.h"
 #include "tools/road_tables.h"
 
 #include "scripted_desktop.h"

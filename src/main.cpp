@@ -1,4 +1,4 @@
-#include "project/project_file.h"
+#include "project/load.h"
 #include "shell/application.h"
 #include "shell/controls/branding.h"
 #include "shell/frmGrl.h"
@@ -17,10 +17,7 @@ namespace {
 
 /// A book that was named on the command line, as a file manager does it, is opened like one chosen with Open.
 void openBook(shell::frmGrl& window, const QString& path) {
-    sheet::Book& book = window.book();
-    book.FileName = shell::toUtf8(QFileInfo(path).absoluteFilePath());
-    book.CurrentFile = book.FileName;
-    project::op(book, window.desktop());
+    project::openPath(window.book(), window.desktop(), shell::toUtf8(QFileInfo(path).absoluteFilePath()));
     window.showBook();
     window.desktop().focusGrid();
 }

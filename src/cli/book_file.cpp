@@ -6,7 +6,7 @@
 #include "basic/files.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
-#include "project/project_file.h"
+#include "project/load.h"
 
 #include <istream>
 #include <iterator>
@@ -17,8 +17,7 @@ namespace cli {
 bool loadBook(sheet::Book& book, const std::string& path, std::istream& in, std::ostream& err) {
     if (basic::lower(path).ends_with(".grl")) {
         StreamDesktop desktop(err);
-        book.FileName = path;
-        return project::op(book, desktop);
+        return project::openPath(book, desktop, path);
     }
     try {
         readBook(book.MSFG, path == "-" ? basic::toUtf8(std::string(std::istreambuf_iterator<char>(in), {}))

@@ -4,9 +4,10 @@
 #include "stream_desktop.h"
 
 #include "exchange/csv_export.h"
+#include "project/load.h"
 #include "project/program_folder.h"
-#include "project/project_commands.h"
 #include "project/project_file.h"
+#include "project/save.h"
 #include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
@@ -20,11 +21,6 @@
 namespace cli {
 namespace {
 
-bool load(sheet::Book& book, StreamDesktop& desktop, const std::string& path) {
-    book.FileName = path;
-    return project::op(book, desktop);
-}
-
 ExitStatus failed(std::ostream& err, const std::string& path, const basic::RuntimeError& error) {
     err << "zavrogrl-cli: " << path << ": " << error.description() << '\n';
     return Failed;
@@ -35,11 +31,9 @@ ExitStatus failed(std::ostream& err, const std::string& path, const basic::Runti
 ExitStatus calProject(const std::string& path, std::ostream& err) {
     StreamDesktop desktop(err);
     sheet::Book book;
-    if (!load(book, desktop, path)) return Failed;
-    sheet::reduceLevels(book, desktop);
-    // The reduction leaves the grid hidden when it stops in an error.
-    if (!book.MSFG.Visible()) return Failed;
-    if (!project::rewriteProject(book, desktop)) return Failed;
+    if (!project::openPath(book, desktop, path)) return Failed;
+    if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
+    if (!project::rewriteProject(book, desktop).whole()) return Failed;
     desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
     return Done;
 }
@@ -48,7 +42,7 @@ ExitStatus exportProject(const std::string& path, const std::string& out, std::o
                          std::ostream& err) {
     StreamDesktop desktop(err);
     sheet::Book book;
-    if (!load(book, desktop, path)) return Failed;
+    if (!project::openPath(book, desktop, path)) return Failed;
     try {
         const std::string csv = exchange::csvText(book.MSFG);
         if (out != "-")
@@ -57,7 +51,7 @@ ExitStatus exportProject(const std::string& path, const std::string& out, std::o
             throw basic::RuntimeError(basic::DeviceIoError);
         return Done;
     } catch (const basic::RuntimeError& error) {
-        return failed(err, out.empty() ? path : out, error);
+        return failed(err, out.empty() || out == "-" ? path : out, error);
     }
 }
 
@@ -70,8 +64,13 @@ ExitStatus newProject(const std::string& path, const std::string& from, std::ist
     } catch (const basic::RuntimeError& error) {
         return failed(err, from, error);
     }
+    if (book.MSFG.Rows() - 1 > project::mostRows) {
+        err << "zavrogrl-cli: " << from << ": " << book.MSFG.Rows() - 1 << " rows; a book takes "
+            << project::mostRows << " at most\n";
+        return Failed;
+    }
     desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));
-    return project::makeProject(book, desktop, path) ? Done : Failed;
+    return project::makeProject(book, desktop, path).whole() ? Done : Failed;
 }
 
 } // namespace cli

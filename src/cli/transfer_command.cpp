@@ -5,9 +5,11 @@
 #include "exchange/formation_levels.h"
 #include "exchange/marked_rows.h"
 #include "exchange/transfer.h"
+#include "project/load.h"
 #include "project/program_folder.h"
-#include "project/project_file.h"
 #include "tools/road_tables.h"
+
+#include "basic/files.h"
 
 #include <algorithm>
 #include <ostream>
@@ -18,28 +20,20 @@ namespace {
 using exchange::ExportFrame;
 using exchange::TransferEnd;
 
-/// Keeps what goes to the status bar until the command has said what matters, and counts the messages.
+/// Keeps what goes to the status bar until the command has said what matters.
 class TransferDesktop final : public StreamDesktop {
   public:
     using StreamDesktop::StreamDesktop;
 
-    desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons,
-                               std::string_view title) override {
-        ++m_messages;
-        return StreamDesktop::messageBox(text, buttons, title);
-    }
     void status(std::string_view message) override {
         if (!message.empty()) m_statuses.emplace_back(message);
     }
-
-    [[nodiscard]] int messages() const { return m_messages; }
     void sayStatuses() {
         for (const std::string& message : m_statuses)
             StreamDesktop::status(message);
     }
 
   private:
-    int m_messages = 0;
     std::vector<std::string> m_statuses;
 };
 
@@ -53,9 +47,18 @@ bool fillFrame(ExportFrame& frame, TransferDesktop& desktop, const TransferOptio
     frame.optGut_Click(options.gutter == "top" ? ExportFrame::TopWidth : ExportFrame::Slope);
     for (const auto& [number, text] : options.boxes)
         (frame.*frameOptions()[number].box).text = text;
-    const int messages = desktop.messages();
-    frame.Cal(desktop);
-    return desktop.messages() == messages;
+    return frame.Cal(desktop);
+}
+
+/// The parent of the project folders; made when it is missing, its last level only.
+bool makeParent(const std::string& folder, std::ostream& err) {
+    try {
+        if (!basic::folderExists(folder)) basic::makeFolder(folder);
+        return true;
+    } catch (const basic::RuntimeError& error) {
+        err << "zavrogrl-cli: " << folder << ": " << error.description() << '\n';
+        return false;
+    }
 }
 
 void sayMarkedRows(const sheet::Grid& grid, std::ostream& err) {
@@ -92,13 +95,13 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     TransferDesktop desktop(err);
     desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));
     sheet::Book book;
-    book.FileName = options.book;
     book.DefaultFolder = options.folder;
     ExportFrame frame;
-    if (!project::op(book, desktop) || !fillFrame(frame, desktop, options)) return Failed;
-    exchange::showExportFrame(book, desktop, frame);
-    // The reduction leaves the grid hidden when it stops in an error.
-    if (!frame.visible || !book.MSFG.Visible()) return Failed;
+    if (!project::openPath(book, desktop, options.book) || !fillFrame(frame, desktop, options)) return Failed;
+    if (!exchange::showExportFrame(book, desktop, frame)) {
+        desktop.sayStatuses();
+        return Failed;
+    }
 
     frame.chkFRL = !options.frl.empty();
     frame.lblProj = frame.chkFRL ? options.frl : options.frlUpdate;
@@ -107,12 +110,13 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
         desktop.sayStatuses();
         return updated ? Done : Failed;
     }
+    if (!frame.chkFRL && !makeParent(options.folder, err)) return Failed;
     const TransferEnd end = exchange::transfer(book, desktop, frame);
     if (end == TransferEnd::Refused)
         sayMarkedRows(book.MSFG, err);
     else
         desktop.sayStatuses();
-    if (end == TransferEnd::Done) out << frame.madeFolder << "/Road.mdb\n";
+    if (end == TransferEnd::Done || end == TransferEnd::DoneInPart) out << frame.madeFolder << "/Road.mdb\n";
     return end == TransferEnd::Done || end == TransferEnd::Sent ? Done : Failed;
 }
 

@@ -50,47 +50,47 @@ void ExportFrame::cmdSel_Click(desktop::Desktop& desktop) {
     if (auto path = desktop.fileDialog(desktop::FileDialog::Open, "Road.mdb")) lblProj = *path;
 }
 
-void ExportFrame::Cal(desktop::Desktop& desktop) {
+bool ExportFrame::Cal(desktop::Desktop& desktop) {
     try {
-        if (optGut == TopWidth)
-            calSlopes(desktop);
-        else
-            calTopWidth(desktop);
+        return optGut == TopWidth ? calSlopes(desktop) : calTopWidth(desktop);
     } catch (const basic::RuntimeError& error) {
         desktop.messageBox(error.description());
+        return false;
     }
 }
 
-void ExportFrame::calSlopes(desktop::Desktop& desktop) {
+bool ExportFrame::calSlopes(desktop::Desktop& desktop) {
     const double top = val(txtTopW.text);
     const double bottom = val(txtWDrn.text);
     if (top <= 0) {
         desktop.messageBox("Gutter Top Width is invalid or Zero");
-        return;
+        return false;
     }
     if (bottom > top) {
         desktop.messageBox("Top width of gutter is Less than Bottom width, Please check it");
-        return;
+        return false;
     }
     const double depth = val(txtDDrn.text);
     if (depth == 0) throw basic::RuntimeError(basic::DivisionByZero);
     cboGIS.text = basic::format((top - bottom) / 2 / depth, basic::pattern("#0.00"));
     cboGOS.text = cboGIS.text;
+    return true;
 }
 
-void ExportFrame::calTopWidth(desktop::Desktop& desktop) {
+bool ExportFrame::calTopWidth(desktop::Desktop& desktop) {
     const double inner = val(cboGIS.text);
     const double outer = val(cboGOS.text);
     if (inner < 0) {
         desktop.messageBox("Gutter Inner side is invalid or Zero");
-        return;
+        return false;
     }
     if (outer < 0) {
         desktop.messageBox("Gutter Outer side is invalid or Zero");
-        return;
+        return false;
     }
     const double top = (outer + inner) * val(txtDDrn.text) + val(txtWDrn.text);
     txtTopW.text = basic::format(top, basic::pattern("#0.00#"));
+    return true;
 }
 
 } // namespace exchange

@@ -66,13 +66,14 @@ struct ExportFrame {
     void cmdSel_Click(desktop::Desktop& desktop);
 
     /// Works out the gutter's slopes from its top width or the other way round; run when cboGIS, cboGOS or
-    /// txtTopW loses the focus. What does not fit is said in a message box and changes nothing.
-    void Cal(desktop::Desktop& desktop);
+    /// txtTopW loses the focus. What does not fit is said in a message box and changes nothing;
+    /// false then.
+    bool Cal(desktop::Desktop& desktop);
 
   private:
     void enableWidths();
-    void calSlopes(desktop::Desktop& desktop);
-    void calTopWidth(desktop::Desktop& desktop);
+    bool calSlopes(desktop::Desktop& desktop);
+    bool calTopWidth(desktop::Desktop& desktop);
 };
 
 } // namespace exchange

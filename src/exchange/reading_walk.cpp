@@ -109,6 +109,7 @@ void ReadingWalk::addCrossRecord(const std::string& chainage) {
     }
     m_cSect.Fields("Rmk").setValue("GG");
     m_cSect.Update();
+    ++m_tally.records;
 }
 
 void ReadingWalk::addLongRecord(const std::string& chainage) {

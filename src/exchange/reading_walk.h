@@ -17,6 +17,7 @@ struct MissingLevel {
 /// How far a walk came.
 struct WalkTally {
     int row = 0;          ///< the row being worked; 0 before and after the walk
+    int records = 0;      ///< readings taken
     int errors = 0;       ///< rows left out
     int lowestMarked = 0; ///< 0 for none
 };

@@ -1,7 +1,7 @@
 #include "sheet_import.h"
 
 #include "basic/numbers.h"
-#include "project/recovery.h"
+#include "project/marks.h"
 #include "sheet/long_work.h"
 
 #include <algorithm>
@@ -46,8 +46,8 @@ void fillGrid(sheet::Book& book, desktop::Desktop& desktop, const std::vector<sp
 
 } // namespace
 
-void importSheet(sheet::Book& book, desktop::Desktop& desktop,
-                 const std::function<std::vector<spreadsheet::Row>()>& readSheet) {
+project::Outcome importSheet(sheet::Book& book, desktop::Desktop& desktop,
+                             const std::function<std::vector<spreadsheet::Row>()>& readSheet) {
     std::vector<spreadsheet::Row> rows;
     try {
         rows = readSheet();
@@ -56,13 +56,18 @@ void importSheet(sheet::Book& book, desktop::Desktop& desktop,
             desktop.messageBox(notRunning);
         else
             desktop.status(std::string(error.what()) + "; the book is as it was");
-        return;
+        return error.failure() == spreadsheet::Failure::Cancelled ? project::Outcome::Cancelled
+                                                                  : project::Outcome::Failed;
     }
     rows.erase(std::ranges::find_if(rows, isEmpty), rows.end());
-    project::setAside(book, desktop);
+    // An import that nobody has touched is read again as easily.
+    const bool untouched = book.ImportMark != 0 && project::gridMark(book.MSFG) == book.ImportMark;
+    if (!untouched && !project::mayDrop(book, desktop)) return project::Outcome::Refused;
     fillGrid(book, desktop, rows);
+    book.ImportMark = project::gridMark(book.MSFG);
     desktop.status(std::to_string(rows.size()) + (rows.size() == 1 ? " row" : " rows") +
                    " imported; Cal reduces the levels");
+    return project::Outcome::Done;
 }
 
 } // namespace exchange

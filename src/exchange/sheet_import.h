@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "project/project_commands.h"
 #include "sheet/book.h"
 #include "spreadsheet/spreadsheet.h"
 
@@ -15,9 +16,10 @@ namespace exchange {
 /// as it stands.
 ///
 /// Everything is read, by one call of `readSheet`, before the grid is touched: when that raises
-/// spreadsheet::Error the book stays as it was and the user is told why. An unsaved book is set aside first.
+/// spreadsheet::Error the book stays as it was and the user is told why. An unsaved book is set aside first,
+/// and kept where it is when that cannot be.
 /// The levels are left as read.
-void importSheet(sheet::Book& book, desktop::Desktop& desktop,
-                 const std::function<std::vector<spreadsheet::Row>()>& readSheet);
+project::Outcome importSheet(sheet::Book& book, desktop::Desktop& desktop,
+                             const std::function<std::vector<spreadsheet::Row>()>& readSheet);
 
 } // namespace exchange

@@ -6,7 +6,7 @@
 #include "basic/strings.h"
 #include "formation_levels.h"
 #include "marked_rows.h"
-#include "project/project_commands.h"
+#include "project/save.h"
 #include "reading_walk.h"
 #include "road_schema.h"
 #include "sheet/reduction.h"
@@ -50,7 +50,8 @@ class Transfer {
     TransferEnd steps() {
         if (!widthsEntered()) return TransferEnd::Stopped;
         if (m_frame.width == ExportFrame::Total) halveTotalWidth();
-        if (!saved()) return TransferEnd::Stopped;
+        const project::Saved saved = project::saveProject(m_book, m_desktop);
+        if (!mayGoOn(saved)) return TransferEnd::Stopped;
         m_copy.open();
         emptyTables();
         fillTables();
@@ -59,7 +60,8 @@ class Transfer {
             return TransferEnd::Refused;
         }
         layOutFolder();
-        return TransferEnd::Done;
+        tellRoad(saved);
+        return saved.whole() ? TransferEnd::Done : TransferEnd::DoneInPart;
     }
 
     bool widthsEntered() {
@@ -80,12 +82,18 @@ class Transfer {
         m_frame.txtRW.text = m_frame.txtLW.text;
     }
 
-    bool saved() {
-        project::saveProject(m_book, m_desktop);
-        if (m_book.hasFile()) return true;
-        m_desktop.messageBox("1st save this file...");
+    /// No road is made of a book that is in no file. Why, the save has told.
+    bool mayGoOn(const project::Saved& saved) {
+        if (saved.written()) return true;
+        if (saved.end == project::Saved::Cancelled) m_desktop.messageBox("1st save this file...");
         m_frame.Enb();
         return false;
+    }
+
+    void tellRoad(const project::Saved& saved) {
+        const std::string road = std::to_string(m_tally.records) +
+                                 (m_tally.records == 1 ? " reading" : " readings") + " in " + m_folder + '.';
+        m_desktop.status(saved.whole() ? road : saved.told + ' ' + road);
     }
 
     static void emptyTables() {
@@ -162,7 +170,9 @@ class Transfer {
     /// already.
     std::string freeFolder(const std::string& project) {
         const std::string stem = project.substr(0, project.size() - std::min<std::size_t>(4, project.size()));
-        std::string folder = basic::nativePath(m_book.DefaultFolder) + "/" + basic::baseName(stem);
+        const std::string name = basic::baseName(stem);
+        if (name.find_first_not_of('.') == std::string::npos) throw RuntimeError(basic::PathNotFound);
+        std::string folder = basic::nativePath(m_book.DefaultFolder) + "/" + name;
         const std::string usual = basic::nativePath("C:\\Road");
         if (!basic::folderExists(usual)) basic::makeFolder(usual);
         while (basic::fileExists(folder + "/Road.mdb")) {
@@ -212,14 +222,15 @@ class Transfer {
 
 } // namespace
 
-void showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     if (book.MSFG.Rows() < 3) {
         desktop.messageBox("1st Enter Field Book Data...");
-        return;
+        return false;
     }
     frame.Dsb();
-    sheet::reduceLevels(book, desktop);
+    const bool reduced = !sheet::reduceLevels(book, desktop).stopped();
     frame.visible = true;
+    return reduced;
 }
 
 TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {

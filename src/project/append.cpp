@@ -1,27 +1,30 @@
 #include "append.h"
 
+#include "choose_file.h"
 #include "project_file.h"
 
 #include <optional>
 
 namespace project {
 
-void appendProject(sheet::Book& book, desktop::Desktop& desktop) {
+Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop) {
     std::optional<std::string> chosen = desktop.fileDialog(desktop::FileDialog::Open, book.FileName);
-    if (!chosen || chosen->empty() || *chosen == "*.grl") return;
+    if (!chosen || chosen->empty() || *chosen == noFile) return Outcome::Cancelled;
     book.FileName = std::move(*chosen);
     try {
         GrlReader reader(book.FileName);
-        if (reader.count() == 0) return;
+        if (reader.count() == 0) return Outcome::Done;
         const int rows = book.MSFG.Rows();
         if (reader.count() > mostRows - rows)
-            throw basic::RuntimeError(7, "The two books together have too many rows");
+            throw basic::RuntimeError(basic::OutOfMemory, "The two books together have too many rows");
         book.MSFG.setRows(rows + reader.count());
         reader.fill(book, desktop, rows);
         desktop.status(std::to_string(reader.count()) + " rows were added below row " +
                        std::to_string(rows - 1) + ".");
+        return Outcome::Done;
     } catch (const basic::RuntimeError& error) {
         desktop.messageBox(error.description());
+        return Outcome::Failed;
     }
 }
 

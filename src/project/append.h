@@ -1,11 +1,10 @@
 #pragma once
 
-#include "desktop/desktop.h"
-#include "sheet/book.h"
+#include "project_commands.h"
 
 namespace project {
 
 /// Adds the rows of a second project file below the last row of the book. Renumbers and reduces nothing.
-void appendProject(sheet::Book& book, desktop::Desktop& desktop);
+Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop);
 
 } // namespace project

@@ -3,31 +3,32 @@
 #include "desktop/desktop.h"
 #include "sheet/book.h"
 
-#include <string>
-
-// New, Open, Save, Save As and Exit. The caption is the only place that Save takes the project's name from.
-// The commands go on whatever fails. What fails without a message box is said in the status bar, and the file
-// on disk is then as it was.
+// New, Open, a recent entry and Exit. A grid that is in no file and that nobody was asked about is set aside
+// before it is dropped; where that cannot be, the command stops, says why, and asks the next time. What fails
+// without a message box is said in the status bar.
 
 namespace project {
 
-void newProject(sheet::Book& book, desktop::Desktop& desktop);
-void openProject(sheet::Book& book, desktop::Desktop& desktop);
-void saveProject(sheet::Book& book, desktop::Desktop& desktop);
-void saveProjectAs(sheet::Book& book, desktop::Desktop& desktop);
+/// What became of a command.
+enum class Outcome {
+    Done,
+    Cancelled, ///< by the user; nothing is changed
+    Refused,   ///< the book would have been lost; it is as it was
+    Failed,    ///< an error, which was shown
+};
 
-/// One of the recent entries, 1 to 4. Asks nothing; an unsaved grid is set aside for recovery.
-void openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry);
+Outcome newProject(sheet::Book& book, desktop::Desktop& desktop);
+Outcome openProject(sheet::Book& book, desktop::Desktop& desktop);
 
-/// What Save does for a book with a name, without the recent list. True when the file holds all of the grid.
-bool rewriteProject(sheet::Book& book, desktop::Desktop& desktop);
+/// One of the recent entries, 1 to 4. Asks nothing.
+Outcome openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry);
 
-/// Makes a project file of the grid as `path`, which is taken as it stands; a file there is replaced as a
-/// whole. True when it holds all of the grid.
-bool makeProject(sheet::Book& book, desktop::Desktop& desktop, const std::string& path);
-
-/// Asks about unsaved changes; true when the program is to end. What a failed save would lose is set aside
-/// for recovery.
+/// Asks about unsaved changes; true when the program is to end. After a save that did not take the whole book
+/// it is not, and the grid is set aside too.
 bool exitProgram(sheet::Book& book, desktop::Desktop& desktop);
+
+/// Sets the book aside before its grid is dropped unasked. False when that cannot be: the reason is said and
+/// BookChanged becomes True, so that the next command asks.
+[[nodiscard]] bool mayDrop(sheet::Book& book, desktop::Desktop& desktop);
 
 } // namespace project

@@ -2,7 +2,6 @@
 
 #include "basic/files.h"
 #include "basic/numbers.h"
-#include "marks.h"
 #include "sheet/cells.h"
 #include "sheet/sight.h"
 #include "tools/chainage.h"
@@ -18,8 +17,6 @@ namespace {
 
 constexpr const char* table = "Grl";
 constexpr int outOfMemory = 7;
-constexpr int invalidPassword = 3031;
-constexpr int unrecognizedFormat = 3343;
 
 /// The fields of Grl, looked up once and not by name in each record. A field that an unusual file lacks is an
 /// error where it is used.
@@ -234,34 +231,6 @@ void GrlReader::fill(sheet::Book& book, desktop::Desktop& desktop, int firstRow)
     book.MSFG.setVisible(true);
     desktop.hideProgress();
     desktop.focusGrid();
-}
-
-bool op(sheet::Book& book, desktop::Desktop& desktop) {
-    try {
-        book.setProjectPath(book.FileName);
-        book.MSFG.setRows(2);
-        book.FileMark.clear();
-        std::string mark = fileMark(book.FileName);
-        GrlReader reader(book.FileName);
-        if (reader.count() > 0) {
-            book.MSFG.setRows(reader.count() + 1);
-            reader.fill(book, desktop, 1);
-        }
-        book.FileMark = std::move(mark);
-        book.SavedMark = gridMark(book.MSFG);
-        return true;
-    } catch (const basic::RuntimeError& error) {
-        book.SavedMark = gridMark(book.MSFG); // a remainder that nobody typed
-        showLoadError(desktop, error);
-        return false;
-    }
-}
-
-void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error) {
-    if (error.number() == unrecognizedFormat || error.number() == invalidPassword)
-        desktop.messageBox(notAProjectFile);
-    else if (error.number() != basic::PermissionDenied)
-        desktop.messageBox(std::to_string(error.number()) + "  " + error.description());
 }
 
 } // namespace project

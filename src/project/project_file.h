@@ -16,7 +16,6 @@ namespace project {
 
 inline constexpr const char* connect = ";pwd=MoraKin";
 inline constexpr const char* templateName = "grl.mdb";
-inline constexpr const char* notAProjectFile = "Your Selected file is not a grl database file";
 
 /// Rows that a book may get from a file. A larger table is refused before the grid grows.
 inline constexpr std::int32_t mostRows = 1'000'000;
@@ -48,13 +47,5 @@ class GrlReader {
     dao::Recordset m_grl;
     std::int32_t m_count;
 };
-
-/// Loads the file that cdl1.FileName names into the grid, and sets the caption and CurrentHI. Errors are
-/// shown. True when the whole file was loaded. The grid is dropped first: what is unsaved must be set aside
-/// before.
-bool op(sheet::Book& book, desktop::Desktop& desktop);
-
-/// The message of a failed load: that it is no project file, nothing for 70, else number and description.
-void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error);
 
 } // namespace project

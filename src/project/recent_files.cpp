@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <vector>
 
 namespace project {
@@ -14,6 +15,14 @@ using Entries = std::array<std::string, 4>;
 
 std::string listFile(desktop::Desktop& desktop) {
     return desktop::programFile(desktop, "GRL.LVX");
+}
+
+/// A relative name would be another file's in another folder; one with a drive is whole.
+std::string wholePath(const std::string& path) {
+    if (basic::nativePath(path) != path) return path;
+    std::error_code unknown;
+    const std::filesystem::path whole = std::filesystem::absolute(path, unknown);
+    return unknown ? path : whole.lexically_normal().string();
 }
 
 /// A missing or unreadable list is an empty one.
@@ -41,9 +50,11 @@ void mNu(sheet::Book& book, desktop::Desktop& desktop) {
 }
 
 void Sv(const sheet::Book& book, desktop::Desktop& desktop) {
+    if (!basic::fileExists(book.FileName)) return;
+    const std::string path = wholePath(book.FileName);
     const Entries entries = readList(desktop);
-    if (std::find(entries.begin(), entries.end(), book.FileName) != entries.end()) return;
-    basic::writeLines(listFile(desktop), {book.FileName, entries[0], entries[1], entries[2]});
+    if (std::find(entries.begin(), entries.end(), path) != entries.end()) return;
+    basic::writeLines(listFile(desktop), {path, entries[0], entries[1], entries[2]});
 }
 
 } // namespace project

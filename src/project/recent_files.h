@@ -11,7 +11,8 @@ namespace project {
 /// Fills book.mnuX from the list file. An entry that the list leaves empty keeps its former path.
 void mNu(sheet::Book& book, desktop::Desktop& desktop);
 
-/// Puts cdl1.FileName at the head of the list file, unless it is listed already. Raises the file's error.
+/// Puts cdl1.FileName as a whole path at the head of the list file, unless it is listed already or there is
+/// no file of that name. Raises the file's error.
 void Sv(const sheet::Book& book, desktop::Desktop& desktop);
 
 } // namespace project

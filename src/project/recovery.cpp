@@ -3,6 +3,7 @@
 #include "basic/files.h"
 #include "copy_file.h"
 #include "marks.h"
+#include "report.h"
 
 #include <algorithm>
 #include <array>
@@ -35,9 +36,9 @@ void remove(const std::string& path) {
 std::string clockTime(system_clock::time_point when) {
     const std::time_t seconds = system_clock::to_time_t(when);
     std::tm local{};
-    std::array<char, 8> text{};
+    std::array<char, 32> text{};
     localtime_r(&seconds, &local);
-    return {text.data(), std::strftime(text.data(), text.size(), "%H:%M", &local)};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &local)};
 }
 
 struct Found {
@@ -66,22 +67,40 @@ std::vector<Found> findCopies(const std::string& folder) {
     return found;
 }
 
+std::string noCopy(const std::exception& error) {
+    return asSentence(std::string("No copy of the unsaved book could be kept: ") + error.what());
+}
+
+/// "An unsaved book "road.grl" of 2026-11-23 09:36 with 57 rows was found. Open it?"
+std::string question(const BookCopy& copy) {
+    sheet::Book book;
+    book.Caption = copy.caption;
+    const std::string name =
+        book.hasFile() ? '"' + basic::baseName(book.projectPath()) + '"' : "without a name";
+    const std::size_t rows = copy.rows.size();
+    return "An unsaved book " + name + " from " + clockTime(copy.written) + " with " + std::to_string(rows) +
+           (rows == 1 ? " row" : " rows") + " was found. Open it?";
+}
+
 } // namespace
 
 bool isUnsaved(const sheet::Book& book) {
     return gridMark(book.MSFG) != book.SavedMark;
 }
 
-std::string setAside(const sheet::Book& book, desktop::Desktop& desktop) {
+Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
     if (!isUnsaved(book)) return {};
+    const std::uint64_t mark = gridMark(book.MSFG);
+    if (mark == book.AsideMark && basic::fileExists(book.AsideCopy)) return {book.AsideCopy, {}};
     std::string path = newCopyPath(desktop);
     try {
         LockedFile::write(path, copyText(book, desktop.now()));
-        return path;
     } catch (const basic::RuntimeError& error) {
-        desktop.status("No copy of the unsaved book could be kept: " + error.description());
-        return {};
+        return {{}, noCopy(error)};
     }
+    book.AsideMark = mark;
+    book.AsideCopy = path;
+    return {std::move(path), {}};
 }
 
 std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
@@ -90,7 +109,7 @@ std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
         LockedFile::write(newCopyPath(desktop), copyText(book, desktop.now()));
         return setAsideNote;
     } catch (const std::exception& error) {
-        return std::string("No copy of the unsaved book could be kept: ") + error.what();
+        return noCopy(error);
     }
 }
 
@@ -100,16 +119,16 @@ Recovery::~Recovery() = default;
 
 void Recovery::offer() {
     for (Found& found : findCopies(m_desktop.programFolder())) {
-        const std::string question =
-            "An unsaved book from " + clockTime(found.copy.written) + " was found. Open it?";
-        const bool wanted = m_desktop.messageBox(question, desktop::Buttons::YesNo) == desktop::Answer::Yes;
-        if (wanted) {
+        const desktop::Answer answer =
+            m_desktop.messageBox(question(found.copy), desktop::Buttons::YesNoCancel);
+        if (answer == desktop::Answer::Cancel) return;
+        if (answer == desktop::Answer::Yes) {
             restore(found.copy);
             write(gridMark(m_book.MSFG));
-            if (m_path.empty()) return; // the old copy stays the only one
+            if (!m_path.empty()) remove(found.path); // else the old copy stays the only one
+            return;
         }
-        remove(found.path);
-        if (wanted) return;
+        if (!m_desktop.moveToTrash(found.path)) remove(found.path);
     }
 }
 
@@ -142,8 +161,7 @@ void Recovery::write(std::uint64_t mark) {
         m_mark = mark;
         m_failureTold = false;
     } catch (const basic::RuntimeError& error) {
-        if (!m_failureTold)
-            m_desktop.status("No copy of the unsaved book could be kept: " + error.description());
+        if (!m_failureTold) m_desktop.status(noCopy(error));
         m_failureTold = true;
     }
 }

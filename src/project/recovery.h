@@ -19,16 +19,25 @@ inline constexpr const char* copyPrefix = "recovery-";
 /// True while the grid holds something that no file has.
 [[nodiscard]] bool isUnsaved(const sheet::Book& book);
 
-/// Writes a copy that the next start offers like one of a crash, when the book is unsaved; called before its
-/// grid is dropped without a question. Returns the copy's path, empty when there is none. Raises nothing.
-std::string setAside(const sheet::Book& book, desktop::Desktop& desktop);
-
 /// What the status bar says of a book that was set aside.
 inline constexpr const char* setAsideNote =
     "The unsaved book is kept: the next start of the program offers it.";
 
-/// Sets the book aside after something failed that nobody expected. Returns what is to be said about it:
-/// where the book is, or why no copy could be kept; empty when there was nothing unsaved.
+/// What became of a book that was to be set aside.
+struct Aside {
+    std::string path;    ///< of the copy; empty when nothing was unsaved, or when it failed
+    std::string failure; ///< why there is none, as a sentence
+
+    [[nodiscard]] bool failed() const { return !failure.empty(); }
+};
+
+/// Writes a copy that the next start offers like one of a crash, when the book is unsaved; called before its
+/// grid is dropped without a question. A grid that stands in such a copy already gets no second one. Raises
+/// nothing.
+Aside setAside(sheet::Book& book, desktop::Desktop& desktop);
+
+/// The same after something failed that nobody expected, and always anew. What is to be said about it; empty
+/// when there was nothing unsaved.
 [[nodiscard]] std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop);
 
 class LockedFile;
@@ -43,7 +52,7 @@ class Recovery {
     ~Recovery();
 
     /// Once, after the main window is shown: offers the copies that no running process holds, the newest
-    /// first, until one is taken.
+    /// first, until one is taken. No moves a copy to the trash, Cancel ends the asking and keeps them all.
     void offer();
 
     /// Writes the copy anew when the book is unsaved and has changed since; removes it when it is not

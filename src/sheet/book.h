@@ -58,6 +58,9 @@ struct Book {
     std::uint64_t SavedMark =
         0;                ///< mark of the grid as it was last made, loaded or saved; 0 while all is empty
     std::string FileMark; ///< which version of the project file that was; empty: none known
+    std::uint64_t ImportMark = 0;           ///< mark of the grid as an import left it
+    std::uint64_t AsideMark = 0;            ///< mark of the grid that was last set aside
+    std::string AsideCopy;                  ///< and where that copy is
     std::string DefaultFolder = "C:\\Road"; ///< parent of the project folders that the transfer makes
     Settings settings;
     OffsetArray LeftOffsets{};

@@ -20,6 +20,7 @@
 #include "project/append.h"
 #include "project/project_commands.h"
 #include "project/recent_files.h"
+#include "project/save.h"
 #include "sheet/arithmetic_check.h"
 #include "sheet/change_points.h"
 #include "sheet/reduction.h"

@@ -73,7 +73,8 @@ TEST_F(CommandsTest, ExtensionIsFixed) {
         {"road", "roadgrl"},           {"road.txt", "road.grl"}, {"ROAD.GRL", "ROAD.GRL"}, {"x", "xgrl"},
         {"road.jpeg", "road.jpeggrl"}, {".txt", ".grl"},         {"b.ééé", "b.grl"}};
     for (const auto& [chosen, fixed] : names) {
-        for (Command* command : {project::newProject, project::saveProject, project::saveProjectAs}) {
+        for (const Command& command :
+             {Command(project::newProject), Command(project::saveProject), Command(project::saveProjectAs)}) {
             book = sheet::Book();
             run(command, {folder / chosen});
             EXPECT_EQ(book.projectPath(), folder / fixed);
@@ -177,9 +178,9 @@ TEST_F(CommandsTest, OpenAndExitAskAboutChanges) {
             SCOPED_TRACE(std::string(exits ? "Exit " : "Open ") + c.state);
             const std::string mine = existing("mine.grl");
             edit(mine);
-            static bool ended;
-            Command* exit = [](sheet::Book& b, desktop::Desktop& d) { ended = project::exitProgram(b, d); };
-            EXPECT_THAT(run(exits ? exit : project::openProject, {other}, {c.answer}),
+            bool ended = false;
+            const Command exit = [&](auto& b, auto& d) { ended = project::exitProgram(b, d); };
+            EXPECT_THAT(run(exits ? exit : Command(project::openProject), {other}, {c.answer}),
                         ElementsAre("Do you want to Save the changes you made to this file [Yes No Cancel]"));
             EXPECT_EQ(remarkIn(mine), c.saved);
             if (exits)
@@ -204,7 +205,8 @@ TEST_F(CommandsTest, OpenKeepsWhatTheUserDidNotGiveUp) {
                           Case{"given up for nothing", true, true, Answer::No, false, true},
                           Case{"a save that failed", true, true, Answer::Yes, true, true},
                           Case{"nobody was asked", true, false, Answer::No, true, true},
-                          Case{"changed by no key", false, true, Answer::No, false, true}}) {
+                          Case{"changed by no key", false, true, Answer::No, true, true},
+                          Case{"changed by no key for nothing", false, true, Answer::No, false, true}}) {
         SCOPED_TRACE(c.name);
         book.setProjectPath(folder / "gone.grl");
         setRows(remark(c.name));
@@ -229,6 +231,105 @@ TEST_F(CommandsTest, RecentEntryLoadsWithoutAQuestionAndSetsTheUnsavedGridAside)
     EXPECT_EQ(state(), "road.grl own.grl road.grl 1,9 changed");
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("unsaved book is kept"));
     EXPECT_EQ(recovered(), remark("unsaved"));
+}
+
+// Where no copy can be kept, what is in no file stays: the command stops, and the next time it asks, so that
+// No lets the user out.
+TEST_F(CommandsTest, AGridThatCannotBeSetAsideIsNotDropped) {
+    const std::string other = existing("other.grl");
+    book.mnuX[0] = other;
+    const Command exit = [&](auto& b, auto& d) { EXPECT_EQ(project::exitProgram(b, d), b.MSFG.Rows() == 9); };
+    const Command recent = [](auto& b, auto& d) { project::openRecent(b, d, 1); };
+    std::filesystem::rename(desktop.folder, folder / "away"); // no place for a copy, no template, no list
+    for (const bool hidden : {false, true}) {
+        for (const Command& command :
+             {Command(project::newProject), Command(project::openProject), exit, recent}) {
+            setRows(remark("in no file"));
+            book.BookChanged = false;
+            book.MSFG.setVisible(!hidden);
+            EXPECT_THAT(run(command, {other}, {Answer::Yes}), testing::Each(HasSubstr("Given Filename")));
+            EXPECT_EQ(rows(), remark("in no file"));
+            EXPECT_TRUE(book.BookChanged) << "the next command asks";
+            EXPECT_THAT(desktop.statuses.back(), HasSubstr("No copy of the unsaved book could be kept"));
+        }
+    }
+    book.MSFG.setVisible(true);
+    run(project::openProject, {other}, {Answer::No});
+    EXPECT_EQ(remarkIn(other), "the old book");
+    EXPECT_THAT(rows(), ElementsAre(",,0,,,,,,,the old book")) << "given up";
+}
+
+TEST_F(CommandsTest, ExitEndsOnlyWhenTheBookIsSavedWholeOrGivenUp) {
+    struct Case {
+        const char* file; ///< of the book; empty for a first Save, which is cancelled
+        std::string text;
+        const char* told;
+    };
+    const std::string tooLong(300, 'x');
+    for (const Case& c : {Case{"", "x", "The book was not saved. The unsaved"},
+                          Case{"gone/road.grl", "x", "The book was not saved: "},
+                          Case{"road.grl", tooLong, "but 1 text does not fit the file"}}) {
+        existing("road.grl");
+        book = sheet::Book();
+        if (*c.file != '\0') book.setProjectPath(folder / c.file);
+        setRows(remark(c.text));
+        book.BookChanged = true;
+        desktop.answers = {Answer::Yes};
+        EXPECT_FALSE(project::exitProgram(book, desktop));
+        EXPECT_THAT(desktop.statuses.back(), HasSubstr(c.told));
+        EXPECT_THAT(desktop.statuses.back(), HasSubstr(project::setAsideNote));
+        EXPECT_EQ(recovered(), remark(c.text));
+        desktop.answers = {Answer::No};
+        EXPECT_TRUE(project::exitProgram(book, desktop));
+    }
+}
+
+TEST_F(CommandsTest, ABookBeginsWithoutWhatTheOneBeforeLeft) {
+    const std::string sided = projectFile("sided.grl", {",2.5,,,,,,,,left", ""});
+    const std::string none = folder / "none.grl";
+    run(project::newProject, {none});
+    for (const auto& [path, stays] : {std::pair(sided, "Center 0."), {none, "Chainage 00-000, Center 0, "}}) {
+        setRows({"00-000,,0,,1.5,,,,100,tbm"});
+        book.MSFG.setCellBackColor(1, sheet::BackSight, sheet::suspiciousReading);
+        book.CurrentHI = 101.5F;
+        book.LastReading = 1.5F;
+        book.BookChanged = false;
+        open(path);
+        EXPECT_TRUE(book.MSFG.CellBackColor(1, sheet::BackSight).isNone());
+        EXPECT_EQ(book.CurrentHI, 0);
+        EXPECT_EQ(book.LastReading, 0);
+        EXPECT_THAT(desktop.statuses, testing::Contains(HasSubstr(stays)));
+    }
+}
+
+TEST_F(CommandsTest, OnlyWholePathsOfFilesAreListed) {
+    const std::string road = existing("road.grl");
+    book.setProjectPath(road);
+    for (const std::string& name : {std::string("*.grl"), folder / "gone.grl"}) {
+        book.FileName = name;
+        run(project::saveProject);
+        EXPECT_EQ(recentList(), "") << name;
+    }
+    const std::filesystem::path here = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    book.FileName = "road.grl";
+    run(project::saveProject);
+    std::filesystem::current_path(here);
+    EXPECT_EQ(recentList(), road + "\r\n\r\n\r\n\r\n");
+
+    // A first Save within Open leaves its name when Open is cancelled.
+    book = sheet::Book();
+    book.BookChanged = true;
+    run(project::openProject, {folder / "first.grl", std::nullopt}, {Answer::Yes});
+    EXPECT_EQ(book.FileName, folder / "first.grl");
+}
+
+TEST_F(CommandsTest, ANameThatItsEndingMakesAnExistingOneIsAskedAboutAgain) {
+    existing("km 1.grl");
+    setRows(remark("x"));
+    run(project::saveProject, {folder / "km 1.750", folder / "km 2.grl"}, {Answer::Yes});
+    EXPECT_EQ(remarkIn(folder / "km 1.grl"), "the old book");
+    EXPECT_EQ(book.projectPath(), folder / "km 2.grl");
 }
 
 } // namespace

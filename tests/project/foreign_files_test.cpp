@@ -127,6 +127,7 @@ TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
     chmod(desktop.folder.c_str(), 0755);
     chmod(folder.path().c_str(), 0555); // forbidden to the owner as well, who runs this where it is not root
 
+    book.MSFG.setRows(1); // nothing to set aside, where that other user could not
     chmod(path.c_str(), 0);
     EXPECT_EQ(1, asOtherUser([&] { return open(path).at(0).starts_with("3051  "); })) << "not readable";
     chmod(path.c_str(), 0444);
@@ -137,7 +138,7 @@ TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {
                    desktop.statuses.back().find("not saved") != std::string::npos;
         }))
         << "read-only folder";
-    for (Command* command : {project::saveProject, project::saveProjectAs}) {
+    for (const Command& command : {Command(project::saveProject), Command(project::saveProjectAs)}) {
         EXPECT_EQ(1, asOtherUser([&] {
                       return run(command, {folder / "new.grl"}) == Rows{"Permission denied"} &&
                              book.MSFG.Visible() && !book.hasFile();
@@ -175,7 +176,9 @@ TEST_F(ForeignFilesTest, AMissingFolderOrTemplateEndsTheCommand) {
     EXPECT_EQ(book.MSFG.CellBackColor(1, 3), sheet::rgb(240, 210, 220));
 
     std::filesystem::remove_all(desktop.folder); // the program folder is gone
-    EXPECT_THAT(run(project::newProject, {folder / "road.grl"}), ElementsAre("File not found"));
+    book.BookChanged = true;
+    EXPECT_THAT(run(project::newProject, {folder / "road.grl"}, {desktop::Answer::Yes}),
+                ElementsAre(testing::_, "File not found"));
     EXPECT_FALSE(book.hasFile());
     EXPECT_EQ(rows(), remark("the book before"));
     EXPECT_THAT(files(), IsEmpty());
@@ -185,7 +188,7 @@ TEST_F(ForeignFilesTest, ALinkIsFollowedAndTheFileKeepsItsMode) {
     const std::string path = projectFile("real.grl", remark("real"));
     chmod(path.c_str(), 0640);
     std::filesystem::create_symlink("real.grl", folder / "link.grl");
-    for (Command* command : {project::saveProjectAs, project::saveProject}) {
+    for (const Command& command : {Command(project::saveProjectAs), Command(project::saveProject)}) {
         run(command, {folder / "link.grl"});
         EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.grl"));
     }

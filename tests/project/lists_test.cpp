@@ -27,13 +27,19 @@ class ListsTest : public testing::Test {
 
 TEST_F(ListsTest, NewestOfFourProjectsStandsFirst) {
     folder.write("Grl.lvx", "/a/1.grl\r\n"); // found whatever its case
-    for (const char* path : {"/a/2.grl", "/a/3.grl", "/a/4.grl", "/a/5.grl"})
-        saved(path);
-    saved("/a/3.grl"); // listed already: nothing moves
-    EXPECT_EQ(folder.read("Grl.lvx"), "/a/5.grl\r\n/a/4.grl\r\n/a/3.grl\r\n/a/2.grl\r\n");
+    const auto path = [this](const char* name) { return folder / name; };
+    for (const char* name : {"2.grl", "3.grl", "4.grl", "5.grl", "C.grl"})
+        folder.write(name, "");
+    folder.write("c.grl", "");
+    for (const char* name : {"2.grl", "3.grl", "4.grl", "c.grl"})
+        saved(path(name));
+    saved(path("3.grl")); // listed already: nothing moves
+    saved(path("gone.grl"));
+    EXPECT_EQ(folder.read("Grl.lvx"), path("c.grl") + "\r\n" + path("4.grl") + "\r\n" + path("3.grl") +
+                                          "\r\n" + path("2.grl") + "\r\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "GRL.LVX"));
-    saved("/A/3.grl"); // the letter case counts
-    EXPECT_THAT(book.mnuX, ElementsAre("/A/3.grl", "/a/5.grl", "/a/4.grl", "/a/3.grl"));
+    saved(path("C.grl")); // the letter case counts
+    EXPECT_THAT(book.mnuX, ElementsAre(path("C.grl"), path("c.grl"), path("4.grl"), path("3.grl")));
 }
 
 TEST_F(ListsTest, ListFileIsReadAsItIsAndAnEntryOnceShownStays) {
@@ -85,6 +91,7 @@ TEST_F(ListsTest, MissingProgramFolderIsSaidAndLeavesTheRunAlone) {
     project::readDefaultFolder(book, desktop);
     project::mNu(book, desktop);
     EXPECT_EQ(book.DefaultFolder, "C:\\Road");
+    book.FileName = folder.write("road.grl", "");
     EXPECT_THROW(project::Sv(book, desktop), basic::RuntimeError);
     EXPECT_THROW((void)project::loadFolderForDialog(desktop), basic::RuntimeError);
     project::chooseDefaultFolder(book, desktop, "/srv/roads");

@@ -3,15 +3,18 @@
 #include "dao/dao.h"
 #include "field_book.h"
 #include "jet/database.h"
+#include "project/load.h"
 #include "project/project_commands.h"
 #include "project/project_file.h"
 #include "project/recovery.h"
+#include "project/save.h"
 #include "scripted_desktop.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
 
 /// Rows of the grid, each as its texts from column 0 on with commas between them.
 using Rows = std::vector<std::string>;
@@ -87,8 +90,8 @@ class ProjectTest : public testing::Test {
     }
 
     /// Runs a command with these choices and answers; returns its boxes, each as text, buttons and title.
-    using Command = void(sheet::Book&, desktop::Desktop&);
-    std::vector<std::string> run(Command* command, std::deque<std::optional<std::string>> files = {},
+    using Command = std::function<void(sheet::Book&, desktop::Desktop&)>;
+    std::vector<std::string> run(const Command& command, std::deque<std::optional<std::string>> files = {},
                                  std::deque<desktop::Answer> answers = {}) {
         desktop.boxes.clear();
         desktop.files = std::move(files);

@@ -40,8 +40,9 @@ TEST_F(RecoveryTest, AnUnsavedBookIsOfferedAfterACrash) {
     project::Recovery recovery(book, desktop);
     recovery.offer();
     ASSERT_THAT(desktop.boxes, SizeIs(1));
-    EXPECT_EQ(desktop.boxes[0].text, "An unsaved book from 22:13 was found. Open it?");
-    EXPECT_EQ(desktop.boxes[0].buttons, desktop::Buttons::YesNo);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "An unsaved book \"road.grl\" from 2023-11-14 22:13 with 3 rows was found. Open it?");
+    EXPECT_EQ(desktop.boxes[0].buttons, desktop::Buttons::YesNoCancel);
     EXPECT_EQ(rows(), someRows);
     EXPECT_EQ(book.Caption, "ZavroGrl-/books/road.grl");
     EXPECT_EQ(book.CurrentSide, 'R');
@@ -57,9 +58,14 @@ TEST_F(RecoveryTest, NoDropsTheCopyAndTheNextOlderOneIsOffered) {
     crashedRun(remark("older"));
     desktop.time += 1h;
     crashedRun(remark("newer"));
+    desktop.answers = {Answer::Cancel};
+    offer();
+    EXPECT_THAT(desktop.boxes, SizeIs(1)) << "Cancel ends the asking";
+    EXPECT_THAT(copies(), SizeIs(2)) << "and keeps all";
+    desktop.hasTrash = true;
     desktop.answers = {Answer::No, Answer::Yes};
     offer();
-    EXPECT_THAT(desktop.boxes, SizeIs(2));
+    EXPECT_THAT(desktop.trashed, SizeIs(1));
     EXPECT_EQ(rows(), remark("older"));
     EXPECT_THAT(copies(), SizeIs(1));
 }
@@ -130,7 +136,7 @@ TEST_F(RecoveryTest, WithoutAPlaceForCopiesTheUserIsToldOnce) {
     desktop.time += 1min;
     recovery.keep();
     EXPECT_THAT(desktop.statuses, SizeIs(1));
-    EXPECT_EQ(project::setAside(book, desktop), "");
+    EXPECT_TRUE(project::setAside(book, desktop).failed());
 }
 
 } // namespace

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "basic/runtime_error.h"
+#include "desktop/desktop.h"
+#include "sheet/book.h"
+
+#include <string>
+
+namespace project {
+
+inline constexpr const char* notAProjectFile = "Your Selected file is not a grl database file";
+
+/// Loads the file that cdl1.FileName names into the grid, and sets the caption and CurrentHI, which begins at
+/// 0 like the last reading. Errors are shown. True when the whole file was loaded. The grid is dropped first:
+/// what is unsaved must be set aside before. What stays in row 1 of the book before, because the first record
+/// does not fill it, is said in the status bar.
+bool op(sheet::Book& book, desktop::Desktop& desktop);
+
+/// op for a path that was named and not chosen in a dialog: by a start argument or on the command line. A
+/// relative one is taken from the current folder, so that it stays good.
+bool openPath(sheet::Book& book, desktop::Desktop& desktop, const std::string& path);
+
+/// The message of a failed load: that it is no project file, nothing for 70, else number and description.
+void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error);
+
+/// Takes the marking colours off the whole grid: they belong to the book that was in it.
+void dropColours(sheet::Grid& grid);
+
+} // namespace project
