@@ -115,6 +115,7 @@ int main(int argc, char** argv) {
     addNew(app, status);
     addTransfer(app, status);
     cli::addLevels(app, status);
+    cli::addCheck(app, status);
     addJet(app, status);
     cli::addSectionCommands(app, status);
     try {

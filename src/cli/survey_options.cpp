@@ -1,5 +1,6 @@
 #include "survey_options.h"
 
+#include "check_command.h"
 #include "levels_command.h"
 
 #include <CLI/CLI.hpp>
@@ -50,6 +51,17 @@ void addLevels(CLI::App& app, int& status) {
     command->add_flag("--json", options->json, "The sections as JSON");
     command->add_option("--csv", options->csv, "Write the levels of all rows into this file");
     command->callback([options, &status] { status = levels(*options, std::cin, std::cout, std::cerr); });
+}
+
+void addCheck(CLI::App& app, int& status) {
+    CLI::App* command = app.add_subcommand("check", "Print what looks wrong in a book, row by row");
+    const auto options = std::make_shared<CheckOptions>();
+    command->add_option("BOOK", options->book, "Project, book in CSV form, or - for standard input")
+        ->required();
+    command->add_flag("--json", options->json, "An array of objects with row, kind, rule and text");
+    command->add_option("--staff", options->staff, "Length of the staff, m; 5 at first")
+        ->check(CLI::PositiveNumber);
+    command->callback([options, &status] { status = check(*options, std::cin, std::cout, std::cerr); });
 }
 
 } // namespace cli

@@ -9,5 +9,6 @@ namespace cli {
 // Each adds one command with its options; `status` gets the exit status of the command that runs.
 
 void addLevels(CLI::App& app, int& status);
+void addCheck(CLI::App& app, int& status);
 
 } // namespace cli

@@ -127,8 +127,9 @@ void Runs::addSection(std::size_t fromIndex, std::size_t toIndex) {
     if (section.allowed.millimetres)
         section.verdict =
             isWithin(*section.misclosureMm, *section.allowed.millimetres) ? Verdict::Closes : Verdict::Fails;
-    section.byDistance = m_closing.method == Method::Distance && measured && *measured > 0;
-    m_stretches.push_back({fromIndex, toIndex, section.found - to.known, section.byDistance});
+    const bool hasDistances = measured && *measured > 0;
+    section.byDistance = m_closing.method == Method::Distance && hasDistances;
+    m_stretches.push_back({fromIndex, toIndex, section.found - to.known, hasDistances});
     m_sections.push_back(std::move(section));
 }
 
@@ -175,7 +176,7 @@ void Runs::makeSections() {
     std::ranges::stable_sort(m_sections, {}, &RunSection::toRow);
 }
 
-std::optional<RowLevel> Runs::levelAt(int row) {
+std::optional<RowLevel> Runs::levelAt(int row, Method method) {
     refresh();
     if (row < 1 || row > m_lastSight || m_usable == 0) return std::nullopt;
     const Reading& reading = m_rows[static_cast<std::size_t>(row)];
@@ -198,7 +199,7 @@ std::optional<RowLevel> Runs::levelAt(int row) {
         level.correction = to.known - to.raw;
         return level;
     }
-    const double share = stretch->byDistance
+    const double share = method == Method::Distance && stretch->hasDistances
                              ? (distanceAt(row) - from.distance) / (to.distance - from.distance)
                              : double(setupAt(row) - from.setup) / (to.setup - from.setup);
     level.correction -= stretch->misclosure * share;

@@ -147,6 +147,7 @@ void Runs::refresh() {
     }
     if (!m_unsettled) return;
     m_unsettled = false;
+    ++m_version;
     sumTurns();
     findLastSight();
     collectMarks();
@@ -160,10 +161,7 @@ void Runs::sumTurns() {
     for (std::size_t k = 0; k < m_turns.size(); ++k) {
         Turn& turn = m_turns[k];
         const Reading& reading = m_rows[static_cast<std::size_t>(turn.row)];
-        if (!reading.readable) {
-            m_stoppedAt = turn.row;
-            return;
-        }
+        if (!reading.readable && m_stoppedAt == 0) m_stoppedAt = turn.row;
         if (k == 0) {
             turn.level = reading.sight;
             turn.chainage = turn.lastChainage;
@@ -181,12 +179,15 @@ void Runs::sumTurns() {
             turn.missing = before.missing + (none ? 1 : 0);
         }
         turn.height = turn.level + reading.backSight;
-        ++m_usable;
+        if (m_stoppedAt == 0) ++m_usable;
     }
 }
 
 void Runs::findLastSight() {
-    int row = m_stoppedAt > 0 ? m_stoppedAt - 1 : static_cast<int>(m_rows.size()) - 1;
+    m_lastRead = static_cast<int>(m_rows.size()) - 1;
+    while (m_lastRead > 0 && m_rows[static_cast<std::size_t>(m_lastRead)].kind == RowKind::None)
+        --m_lastRead;
+    int row = m_stoppedAt > 0 ? m_stoppedAt - 1 : m_lastRead;
     while (row > 1) {
         const Reading& reading = m_rows[static_cast<std::size_t>(row)];
         if (reading.kind != RowKind::None && reading.readable) break;
@@ -215,9 +216,31 @@ int Runs::lastSight() {
     return m_lastSight;
 }
 
+int Runs::lastRead() {
+    refresh();
+    return m_lastRead;
+}
+
+std::size_t Runs::version() {
+    refresh();
+    return m_version;
+}
+
+double Runs::rawLevel(int row) {
+    refresh();
+    return rawAt(row);
+}
+
 std::size_t Runs::setups() {
     refresh();
     return m_usable;
+}
+
+Runs::Setup Runs::setup(std::size_t number) {
+    refresh();
+    const Turn& turn = m_turns.at(number);
+    const bool ends = number + 1 < m_usable;
+    return {turn.row + 1, ends ? m_turns[number + 1].row : m_lastSight, turn.height};
 }
 
 int Runs::setupOf(int row) {

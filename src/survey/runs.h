@@ -62,11 +62,24 @@ class Runs final : public sheet::GridListener {
     /// The row whose B.S., F.S. or level is no number, so that the run ends before it; 0 for none.
     [[nodiscard]] int stoppedAt();
     [[nodiscard]] int lastSight(); ///< the last row with a sight up to there; 1 when there is none
-    /// Nothing for a row without a readable sight.
-    [[nodiscard]] std::optional<RowLevel> levelAt(int row);
+    /// Nothing for a row without a readable sight, and from the stop on.
+    [[nodiscard]] std::optional<RowLevel> levelAt(int row) { return levelAt(row, m_closing.method); }
+    [[nodiscard]] std::optional<RowLevel> levelAt(int row, Method method);
+    /// The raw level of a sighted row, also behind the stop, where only differences within a set-up hold.
+    [[nodiscard]] double rawLevel(int row);
+    /// The last row in which anything was read, also behind the stop; 0 for none.
+    [[nodiscard]] int lastRead();
+    /// Grows with every change of a reading, a known level or the closing.
+    [[nodiscard]] std::size_t version();
     /// The height of the instrument that `row` was sighted from, and the number of that set-up, from 1 on.
     [[nodiscard]] int setupOf(int row);
-    [[nodiscard]] std::size_t setups();
+    /// A position of the instrument: what was sighted from it, up to and with the change point that ends it.
+    struct Setup {
+        int firstRow, lastRow;
+        double height; ///< raw, of the instrument
+    };
+    [[nodiscard]] std::size_t setups();            ///< before the stop
+    [[nodiscard]] Setup setup(std::size_t number); ///< 0 and on
     [[nodiscard]] const Reading& reading(int row);
 
   private:
@@ -94,7 +107,7 @@ class Runs final : public sheet::GridListener {
     struct Stretch {          // between closing marks
         std::size_t from, to; // indices into m_marks
         double misclosure;    // 0 for the tail
-        bool byDistance;
+        bool hasDistances;
     };
 
     void touch(int row);
@@ -127,6 +140,8 @@ class Runs final : public sheet::GridListener {
     std::size_t m_usable = 0; // turns before the stop
     int m_stoppedAt = 0;
     int m_lastSight = 1;
+    int m_lastRead = 0;
+    std::size_t m_version = 0;
     std::vector<Mark> m_marks;
     std::vector<Stretch> m_stretches;
     std::vector<RunSection> m_sections;

@@ -1,3 +1,4 @@
+#include "cli/check_command.h"
 #include "cli/levels_command.h"
 
 #include "basic/files.h"
@@ -62,6 +63,20 @@ TEST_F(SurveyCommands, BooksThatBreakOff) {
     for (const char* text : {"", "5", "=1", "x=1", "5=", "5=1x", "-1=5", "99999999=1", "1=1e999"})
         EXPECT_FALSE(cli::knownRowFrom(text)) << text;
     EXPECT_EQ(cli::knownRowFrom("48=-0.5"), (std::pair{48, -0.5}));
+}
+
+TEST_F(SurveyCommands, CheckPrintsWhatLooksWrong) {
+    const std::string book = folder.write(
+        "book.csv", "Chainage,\r\n,,,,1,,,,100,A\r\n00-000,,0,,,1.5,,,,\r\n00-000,,0,,,3.5,,,,\r\n");
+    EXPECT_EQ(cli::check({book}, in, out, err), cli::Failed);
+    EXPECT_EQ(out.str(), "row 3: error: The same point (the centre) was read in row 2\n"
+                         "row 3: hint: Not closed: no known level at the end\n");
+    out.str("");
+    EXPECT_EQ(cli::check({testData("books/nptel-ex14-1.csv"), true, 3}, in, out, err), cli::Done);
+    EXPECT_THAT(out.str(),
+                testing::StartsWith(R"([{"row": 2, "kind": "hint", "rule": "above-staff", "text": )"
+                                    R"("I.S. 3.745 is above the staff of 3 m"},)"));
+    EXPECT_EQ(cli::check({folder / "none.csv"}, in, out, err), cli::Failed);
 }
 
 } // namespace
