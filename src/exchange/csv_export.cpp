@@ -6,12 +6,15 @@
 #include "basic/strings.h"
 #include "sheet/long_work.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 
 namespace exchange {
 namespace {
+
+constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
 
 /// `name` with its last `count` characters replaced. Raises InvalidProcedureCall when it has not so many.
 std::string withEnding(const std::string& name, std::size_t count, const char* ending) {
@@ -50,6 +53,9 @@ std::string csvText(const sheet::Grid& grid, const std::function<void(int)>& row
         appendCsvLine(text, grid, row);
         if (rowDone) rowDone(row + 1);
     }
+    // A spreadsheet takes a file with letters beyond ASCII for one of its own code page otherwise.
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (!std::ranges::all_of(text, isAscii)) text.insert(0, byteOrderMark);
     return text;
 }
 

@@ -8,7 +8,8 @@
 
 namespace exchange {
 
-/// The whole grid, header included, as the text of a CSV file in UTF-8. `rowDone` hears how many rows are
+/// The whole grid, header included, as the text of a CSV file in UTF-8, with a byte-order mark when
+/// it holds a letter beyond ASCII. `rowDone` hears how many rows are
 /// done.
 [[nodiscard]] std::string csvText(const sheet::Grid& grid, const std::function<void(int)>& rowDone = {});
 

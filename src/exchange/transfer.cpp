@@ -6,6 +6,7 @@
 #include "basic/strings.h"
 #include "formation_levels.h"
 #include "marked_rows.h"
+#include "project/marks.h"
 #include "project/save.h"
 #include "reading_walk.h"
 #include "road_schema.h"
@@ -160,6 +161,7 @@ class Transfer {
         basic::fileCopy(desktop::programFile(m_desktop, "Rod.dwg"), folder + "/Road.dwg");
         basic::fileCopy(desktop::programFile(m_desktop, "Rod1.dwg"), folder + "/LRod.dwg");
         basic::fileCopy(project, folder + "/" + basic::baseName(project));
+        m_book.FileMark = project::fileMark(project); // the copy may be the file itself, in its own folder
         m_frame.madeFolder = folder;
         m_desktop.messageBox(folder + " Folder is Created");
         m_copy.remove();

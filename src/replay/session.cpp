@@ -2,6 +2,7 @@
 
 #include "key_text.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QStringList>
 
@@ -37,6 +38,12 @@ void checkStep(const QJsonValue& value, qsizetype number) {
     if (found.first() == "preset") require(what.isArray(), where + "a preset is a list of rows");
 }
 
+bool staysInside(const QString& path) {
+    const QString clean = QDir::cleanPath(path);
+    return !QDir::isAbsolutePath(clean) && clean != QLatin1String("..") &&
+           !clean.startsWith(QLatin1String("../"));
+}
+
 } // namespace
 
 QString actionOf(const QJsonObject& step) {
@@ -60,6 +67,8 @@ Session parseSession(const QByteArray& json) {
     session.fresh = start == "fresh";
     if (object["settings"].isObject()) session.settings = object["settings"].toObject();
     session.disk = object["disk"].toObject();
+    for (const QString& path : session.disk.keys())
+        require(staysInside(path), "disk: " + path + " lies outside the session's folder");
     if (object["default_folder"].isString()) session.defaultFolder = object["default_folder"].toString();
     session.steps = object["steps"].toArray();
     session.pictures = object["pictures"].toArray();

@@ -71,6 +71,10 @@ void frmDorvan::buildControls() {
         layout->addWidget(widget);
     layout->addWidget(m_Dir1, 1);
     layout->addWidget(buttons);
+    // Down the window, the buttons last.
+    const std::initializer_list<QWidget*> order{m_Drive1, m_txtPath, m_Dir1, m_cmdOK, cancel};
+    for (auto next = order.begin() + 1; next != order.end(); ++next)
+        setTabOrder(*(next - 1), *next);
     const QSize letter(fontMetrics().averageCharWidth(), fontMetrics().height());
     resize(64 * letter.width(), 28 * letter.height());
 

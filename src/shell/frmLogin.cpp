@@ -1,5 +1,6 @@
 #include "frmLogin.h"
 
+#include "basic/files.h"
 #include "basic/strings.h"
 #include "controls/branding.h"
 #include "project/password_store.h"
@@ -60,13 +61,21 @@ void frmLogin::Form_Load() {
     try {
         m_stored = project::passwordForLogin(m_desktop);
     } catch (const basic::RuntimeError& error) {
-        // Nothing is known of the password then: the empty one holds, as in a fresh installation.
-        lblStore->setText(text("The stored password cannot be read: %1").arg(fromUtf8(error.description())));
+        // It is there, so a password may be in it: nobody is let in who might not know it.
+        const char* store =
+            basic::fileExists(desktop::programFile(m_desktop, "suprt.dll")) ? "suprt.dll" : "lgn.lgn";
+        lblStore->setText(
+            text("The stored password cannot be read: %1 (%2). Put a readable copy of the file back, or move "
+                 "it "
+                 "away to begin without a password.")
+                .arg(fromUtf8(error.description()), fromUtf8(desktop::programFile(m_desktop, store))));
         lblStore->show();
+        cmdOK->setEnabled(false);
     }
 }
 
 void frmLogin::cmdOK_Click() {
+    if (!cmdOK->isEnabled()) return;
     if (basic::trim(toUtf8(txtPassword->text())) == m_stored) {
         if (const auto next = std::exchange(m_next, nullptr)) next();
         return;

@@ -126,6 +126,11 @@ void frmPwd::storeNew() {
 void frmPwd::tell(const QString& what) {
     lblStore->setText(what);
     lblStore->show();
+    // Below the boxes, not out of their height.
+    layout()->activate();
+    const int wanted = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width())
+                                                     : layout()->totalSizeHint().height();
+    if (wanted > height()) resize(width(), wanted);
 }
 
 } // namespace shell

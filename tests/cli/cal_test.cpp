@@ -57,8 +57,7 @@ TEST_F(Cal, ReducesAFileOrAStream) {
     in.str(basic::readFile(from));
     EXPECT_EQ(run("-", ""), cli::Done);
     EXPECT_EQ(out.str(), folder.read("out.csv"));
-    const std::string sums =
-        "Sum B.S. 9.620, sum F.S. 9.985, first level 100.000, last level 99.635: they agree.\n";
+    const std::string sums = "Sums agree: B.S. 9.620 - F.S. 9.985 = -0.365, level 100.000 to 99.635.\n";
     EXPECT_EQ(err.str(), sums + sums);
     sheet::Book book;
     cli::readBook(book.MSFG, out.str());

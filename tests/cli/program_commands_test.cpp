@@ -60,7 +60,7 @@ TEST_F(ProgramCommands, ABookIsMadeReducedAndWritten) {
     ASSERT_EQ(make(book, testData("books/fleming-tbm-loop.csv")), cli::Done) << err.str();
     ASSERT_EQ(cli::calProject(book, err), cli::Done) << err.str();
     EXPECT_TRUE(fs::exists(book + ".bak"));
-    EXPECT_THAT(err.str(), HasSubstr("Sum B.S. 13.592, sum F.S. 13.519"));
+    EXPECT_THAT(err.str(), HasSubstr("Sums agree: B.S. 13.592 - F.S. 13.519"));
 
     ASSERT_EQ(cli::exportProject(book, "", out, err), cli::Done);
     ASSERT_EQ(cli::exportProject(book, "-", out, err), cli::Done);

@@ -148,7 +148,8 @@ TEST(Session, RefusesWhatCannotBePlayed) {
     for (const char* json : {"", "[]", "{", R"({"start": "old"})", R"({"steps": [1]})", R"({"steps": [{}]})",
                              R"({"steps": [{"dance": 1}]})", R"({"steps": [{"keys": "{NOPE}"}]})",
                              R"({"steps": [{"keys": "{ENTER"}]})", R"({"steps": [{"click": [1]}]})",
-                             R"({"steps": [{"keys": "1", "button": "cmdCal"}]})"})
+                             R"({"steps": [{"keys": "1", "button": "cmdCal"}]})",
+                             R"({"disk": {"/etc/x": ""}})", R"({"disk": {"work/../../x": ""}})"})
         EXPECT_THROW((void)replay::parseSession(json), replay::SessionError) << json;
 }
 

@@ -188,9 +188,13 @@ TEST_F(SmallWindows, DamagedStoresAreToldAndLeftAlone) {
     std::filesystem::create_directory(folder / "lgn.lgn"); // in the place of a store
     for (const bool database : {false, true}) {
         if (database) folder.write("suprt.dll", "no database at all");
-        const shell::frmLogin login(desktop, next, end);
+        shell::frmLogin login(desktop, next, end);
         EXPECT_THAT(labelText(login, "lblStore"),
                     testing::StartsWith("The stored password cannot be read: "));
+        EXPECT_THAT(labelText(login, "lblStore"), testing::HasSubstr(database ? "suprt.dll" : "lgn.lgn"));
+        open(login);
+        QTest::keyClick(login.findChild<QLineEdit*>("txtPassword"), Qt::Key_Return);
+        EXPECT_EQ(went, 0) << "the empty password opens nothing then";
     }
     shell::frmPwd change(desktop);
     open(change);
