@@ -4,11 +4,11 @@
 
 #include "basic/files.h"
 #include "basic/strings.h"
+#include "files/folder.h"
 #include "sheet/long_work.h"
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 
 namespace exchange {
@@ -39,9 +39,7 @@ void createFile(const sheet::Book& book, desktop::Desktop& desktop, std::size_t 
         return;
     }
     // A name without a folder lies in the current folder, which nothing else on the screen tells.
-    std::error_code unknown;
-    const std::filesystem::path whole = std::filesystem::absolute(place, unknown);
-    if (!unknown && whole != place) desktop.status(whole.string() + " is created");
+    if (!place.starts_with('/')) desktop.status(files::wholePath(place) + " is created");
     desktop.messageBox(place + " File is Created");
 }
 

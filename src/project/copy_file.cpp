@@ -4,12 +4,7 @@
 #include "basic/numbers.h"
 
 #include <array>
-#include <cerrno>
 #include <charconv>
-#include <cstdio>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
 #include <utility>
 
 namespace project {
@@ -134,50 +129,31 @@ std::optional<BookCopy> parseCopy(std::string_view content) {
     return std::nullopt;
 }
 
-LockedFile::LockedFile(LockedFile&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-
-LockedFile& LockedFile::operator=(LockedFile&& other) noexcept {
-    std::swap(m_descriptor, other.m_descriptor);
-    return *this;
-}
-
-LockedFile::~LockedFile() {
-    if (isHeld()) close(m_descriptor);
-}
-
 LockedFile LockedFile::write(const std::string& path, std::string_view content) {
-    const std::string draft = path + ".tmp";
-    LockedFile file(open(draft.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
-    bool good = file.isHeld() && flock(file.m_descriptor, LOCK_EX | LOCK_NB) == 0;
-    while (good && !content.empty()) {
-        const ssize_t count = ::write(file.m_descriptor, content.data(), content.size());
-        if (count > 0)
-            content.remove_prefix(static_cast<std::size_t>(count));
-        else
-            good = count < 0 && errno == EINTR;
-    }
-    good = good && fsync(file.m_descriptor) == 0 && std::rename(draft.c_str(), path.c_str()) == 0;
-    if (!good) {
-        const int error = errno;
-        unlink(draft.c_str());
-        basic::raiseFileError(basic::FileAction::OpenForOutput, error);
-    }
-    return file;
+    return basic::during(basic::FileAction::OpenForOutput, [&] {
+        files::Replacement next(path, files::Target::Name, files::Rights::OwnerOnly);
+        next.write(content);
+        next.commit();
+        LockedFile file;
+        file.m_file = next.takeFile();
+        file.m_lock = next.takeLock();
+        return file;
+    });
 }
 
 LockedFile LockedFile::lock(const std::string& path) {
-    LockedFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
-    if (file.isHeld() && flock(file.m_descriptor, LOCK_EX | LOCK_NB) != 0) file = LockedFile();
+    LockedFile file;
+    try {
+        files::OpenFile found(path, files::OpenFor::ReadingNoLink);
+        if (files::lockUnshared(found)) file.m_file = std::move(found);
+    } catch (const files::Error&) {
+        return file; // gone, or not to be read
+    }
     return file;
 }
 
 std::string LockedFile::read() const {
-    std::string content;
-    std::array<char, 65536> part;
-    ssize_t count = 0;
-    while ((count = ::pread(m_descriptor, part.data(), part.size(), static_cast<off_t>(content.size()))) > 0)
-        content.append(part.data(), static_cast<std::size_t>(count));
-    return content;
+    return basic::during(basic::FileAction::OpenForInput, [&] { return files::contentOf(m_file); });
 }
 
 } // namespace project

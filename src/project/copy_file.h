@@ -2,7 +2,10 @@
 
 #include "sheet/book.h"
 
+#include "files/lock.h"
+
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,22 +35,20 @@ struct BookCopy {
 class LockedFile {
   public:
     LockedFile() = default;
-    LockedFile(LockedFile&& other) noexcept;
-    LockedFile& operator=(LockedFile&& other) noexcept;
-    ~LockedFile();
 
     /// Writes `content` as `path` whole: the file is locked and on the disk before it gets its name. Raises
     /// the error of opening a file for writing.
     static LockedFile write(const std::string& path, std::string_view content);
-    /// Locks an existing file; one that is not held (see below) when it is gone or another holds it.
+    /// Locks an existing file; one that is not held (see below) when it is gone or anyone holds it.
     static LockedFile lock(const std::string& path);
 
-    [[nodiscard]] bool isHeld() const { return m_descriptor >= 0; }
+    [[nodiscard]] bool isHeld() const { return m_file.isOpen(); }
+    /// All of a file that was locked; raises the error of reading a file.
     [[nodiscard]] std::string read() const;
 
   private:
-    explicit LockedFile(int descriptor) : m_descriptor(descriptor) {}
-    int m_descriptor = -1;
+    files::OpenFile m_file;
+    std::shared_ptr<files::FileLock> m_lock; ///< of one that was written
 };
 
 } // namespace project

@@ -3,7 +3,7 @@
 #include "basic/files.h"
 
 #include <functional>
-#include <sys/stat.h>
+#include <optional>
 
 namespace project {
 
@@ -22,10 +22,11 @@ std::uint64_t gridMark(const sheet::Grid& grid) {
 }
 
 std::string fileMark(std::string_view path) {
-    struct stat is {};
-    if (stat(basic::nativePath(path).c_str(), &is) != 0) return {};
-    return std::to_string(is.st_ino) + ' ' + std::to_string(is.st_size) + ' ' +
-           std::to_string(is.st_mtim.tv_sec) + '.' + std::to_string(is.st_mtim.tv_nsec);
+    const std::optional<files::Status> is = basic::during(
+        basic::FileAction::OpenForInput, [&] { return files::statusOf(basic::nativePath(path)); });
+    if (!is) return {};
+    return std::to_string(is->id.second) + ' ' + std::to_string(is->size) + ' ' +
+           std::to_string(is->seconds) + '.' + std::to_string(is->nanoseconds);
 }
 
 } // namespace project

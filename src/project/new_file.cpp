@@ -4,12 +4,7 @@
 #include "basic/strings.h"
 #include "project_file.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <utility>
+#include <optional>
 
 namespace project {
 
@@ -26,20 +21,12 @@ std::size_t tailOf(std::string_view text, int characters) {
     return at;
 }
 
-void refuseUnlessReplaceable(const std::string& target) {
-    struct stat is {};
-    if (stat(target.c_str(), &is) != 0) return;
-    if (S_ISDIR(is.st_mode)) throw basic::RuntimeError(basic::PathFileAccessError);
-    if ((is.st_mode & S_IWUSR) == 0 || access(target.c_str(), W_OK) != 0)
-        throw basic::RuntimeError(basic::PermissionDenied);
-}
-
-/// Beside `target`, so that one rename brings it there; short, so that a long name leaves room.
-std::string siblingOf(const std::string& target) {
-    static int count = 0;
-    const std::size_t slash = target.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
-    return folder + ".zavrogrl-" + std::to_string(getpid()) + '-' + std::to_string(++count) + ".tmp";
+files::Replacement copyOfTemplate(desktop::Desktop& desktop, std::string_view target) {
+    const std::optional<files::Status> there =
+        basic::during(basic::FileAction::Copy, [&] { return files::statusOf(basic::nativePath(target)); });
+    if (there && there->kind != files::Status::Kind::Plain)
+        throw basic::RuntimeError(basic::PathFileAccessError);
+    return basic::readyCopy(desktop::programFile(desktop, templateName), target);
 }
 
 } // namespace
@@ -53,29 +40,12 @@ std::string fixExtension(std::string path) {
     return path + "grl";
 }
 
-NewFile::NewFile(desktop::Desktop& desktop, std::string_view target) : m_target(basic::nativePath(target)) {
-    std::error_code none;
-    if (std::filesystem::is_symlink(m_target, none))
-        m_target = std::filesystem::weakly_canonical(m_target, none).string();
-    refuseUnlessReplaceable(m_target);
-    m_path = siblingOf(m_target);
-    basic::fileCopy(desktop::programFile(desktop, templateName), m_path);
-    struct stat replaced {};
-    if (stat(m_target.c_str(), &replaced) == 0) chmod(m_path.c_str(), replaced.st_mode & 07777);
-}
-
-NewFile::NewFile(NewFile&& other) noexcept
-    : m_target(std::move(other.m_target)), m_path(std::exchange(other.m_path, {})) {}
-
-NewFile::~NewFile() {
-    if (!m_path.empty()) unlink(m_path.c_str());
-}
+NewFile::NewFile(desktop::Desktop& desktop, std::string_view target)
+    : m_file(copyOfTemplate(desktop, target)) {}
 
 void NewFile::commit(desktop::Desktop& desktop) {
-    if (basic::fileExists(m_target)) desktop.moveToTrash(m_target);
-    if (std::rename(m_path.c_str(), m_target.c_str()) != 0)
-        basic::raiseFileError(basic::FileAction::Copy, errno);
-    m_path.clear();
+    if (basic::fileExists(m_file.target())) desktop.moveToTrash(m_file.target());
+    basic::place(m_file);
 }
 
 } // namespace project

@@ -4,10 +4,7 @@
 #include "basic/strings.h"
 #include "dao/dao.h"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "files/folder.h"
 
 namespace project {
 
@@ -16,7 +13,6 @@ namespace {
 constexpr const char* databaseName = "suprt.dll";
 constexpr const char* textName = "lgn.lgn";
 constexpr const char* connect = ";pwd=pelqor";
-constexpr mode_t ownerOnly = 0600;
 
 bool hasDatabase(desktop::Desktop& desktop) {
     return basic::fileExists(desktop::programFile(desktop, databaseName));
@@ -48,20 +44,16 @@ void writeDatabase(desktop::Desktop& desktop, std::string_view password) {
     passwords.Fields("pwd").setValue(password);
     passwords.Update();
     database.Close();
-    if (chmod(basic::nativePath(path).c_str(), ownerOnly) != 0)
-        errno = 0; // not ours: the password is stored all the same
+    try {
+        files::makePrivate(basic::nativePath(path));
+    } catch (const files::Error&) {
+        return; // not ours: the password is stored all the same
+    }
 }
 
-// Replacing a file keeps its mode, so the text is never readable by others, not even while it is written.
 void writeText(desktop::Desktop& desktop, std::string_view password) {
-    const std::string path = desktop::programFile(desktop, textName);
-    const std::string native = basic::nativePath(path);
-    const int fresh = open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
-    if (fresh >= 0)
-        close(fresh);
-    else if (chmod(native.c_str(), ownerOnly) != 0)
-        errno = 0; // the write tells what is wrong
-    basic::writeLines(path, {std::string(password)});
+    basic::writeLines(desktop::programFile(desktop, textName), {std::string(password)},
+                      files::Rights::OwnerOnly);
 }
 
 } // namespace

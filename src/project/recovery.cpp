@@ -5,11 +5,11 @@
 #include "marks.h"
 #include "report.h"
 
+#include "files/folder.h"
+
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <filesystem>
-#include <unistd.h>
 #include <vector>
 
 namespace project {
@@ -19,18 +19,12 @@ namespace {
 using std::chrono::system_clock;
 constexpr std::chrono::seconds leastPause{10};
 constexpr std::string_view copyEnding = ".txt";
-constexpr std::string_view draftEnding = ".tmp";
 
 std::string newCopyPath(desktop::Desktop& desktop) {
     static int count = 0;
     const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(desktop.now().time_since_epoch());
     return desktop.programFolder() + '/' + copyPrefix + std::to_string(now.count()) + '-' +
-           std::to_string(getpid()) + '-' + std::to_string(++count) + std::string(copyEnding);
-}
-
-void remove(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
+           files::processId() + '-' + std::to_string(++count) + std::string(copyEnding);
 }
 
 std::string clockTime(system_clock::time_point when) {
@@ -50,17 +44,23 @@ struct Found {
 /// The whole copies that nobody holds, locked now, the newest first.
 std::vector<Found> findCopies(const std::string& folder) {
     std::vector<Found> found;
-    std::error_code none;
-    for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end;
-         entry.increment(none)) {
-        const std::string path = entry->path().string();
-        if (!entry->path().filename().string().starts_with(copyPrefix)) continue;
-        LockedFile file = LockedFile::lock(path);
-        if (!file.isHeld()) continue;
-        if (path.ends_with(draftEnding))
-            remove(path); // its process died while writing it
-        else if (std::optional<BookCopy> copy = parseCopy(file.read()))
-            found.push_back({path, std::move(file), std::move(*copy)});
+    std::vector<std::string> names;
+    try {
+        names = files::namesIn(folder);
+    } catch (const files::Error&) {
+        return found;
+    }
+    for (const std::string& name : names) {
+        if (!name.starts_with(copyPrefix)) continue;
+        const std::string path = folder + '/' + name;
+        try {
+            LockedFile file = LockedFile::lock(path);
+            if (!file.isHeld()) continue;
+            if (std::optional<BookCopy> copy = parseCopy(file.read()))
+                found.push_back({path, std::move(file), std::move(*copy)});
+        } catch (const basic::RuntimeError&) {
+            continue; // it cannot be read now; a later start may
+        }
     }
     std::sort(found.begin(), found.end(),
               [](const Found& a, const Found& b) { return a.copy.written > b.copy.written; });
@@ -125,10 +125,10 @@ void Recovery::offer() {
         if (answer == desktop::Answer::Yes) {
             restore(found.copy);
             write(gridMark(m_book.MSFG));
-            if (!m_path.empty()) remove(found.path); // else the old copy stays the only one
+            if (!m_path.empty()) files::removeQuietly(found.path); // else the old copy stays the only one
             return;
         }
-        if (!m_desktop.moveToTrash(found.path)) remove(found.path);
+        if (!m_desktop.moveToTrash(found.path)) files::removeQuietly(found.path);
     }
 }
 
@@ -147,7 +147,7 @@ std::chrono::milliseconds Recovery::keep() {
 }
 
 void Recovery::discard() {
-    if (!m_path.empty()) remove(m_path);
+    if (!m_path.empty()) files::removeQuietly(m_path);
     m_path.clear();
     m_file.reset();
 }

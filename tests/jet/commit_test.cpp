@@ -280,8 +280,8 @@ TEST_F(CommitOnDiskTest, TellsWhyAFileCannotBeOpenedOrMade) {
     EXPECT_EQ(folder.read("late.grl"), "somebody else was first");
 }
 
-TEST_F(CommitOnDiskTest, ALeftOverOfACrashIsReplaced) {
-    folder.write(".Site 1.grl.zavrogrl-new", "half of a file");
+TEST_F(CommitOnDiskTest, ALeftOverOfADeadProcessGoes) {
+    folder.write(".zavrogrl-999999999-1.tmp", "half of a file");
     addRow(50);
     EXPECT_EQ(rows(), 21U);
     EXPECT_EQ(files(), 1U);

@@ -1,16 +1,11 @@
 #include "files.h"
 
-#include "replacement.h"
 #include "runtime_error.h"
 
-#include <array>
+#include "files/folder.h"
+
 #include <cctype>
 #include <cerrno>
-#include <cstdlib>
-#include <fcntl.h>
-#include <pwd.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace basic {
 namespace {
@@ -25,6 +20,8 @@ int copyError(int errorCode) {
         return FileNotFound;
     case ENOTDIR:
         return PathNotFound;
+    case EISDIR:
+        return PathFileAccessError;
     default:
         return DeviceIoError;
     }
@@ -77,15 +74,23 @@ int removeError(int errorCode) {
     }
 }
 
-std::string home() {
-    if (const char* folder = std::getenv("HOME"); folder != nullptr && *folder != 0) return folder;
-    const passwd* user = getpwuid(geteuid());
-    return user != nullptr ? user->pw_dir : "/";
+/// What stands at `path`; nothing also when that cannot be found out.
+std::optional<files::Status> statusOf(std::string_view path) {
+    try {
+        return files::statusOf(nativePath(path));
+    } catch (const files::Error&) {
+        return std::nullopt;
+    }
 }
 
-mode_t modeOf(std::string_view path) {
-    struct stat found {};
-    return stat(nativePath(path).c_str(), &found) == 0 ? found.st_mode : 0;
+/// Copying, on the side of the target: a missing name there is its folder.
+template <typename Step>
+auto duringTarget(Step&& step) {
+    try {
+        return step();
+    } catch (const files::Error& error) {
+        raiseFileError(FileAction::Copy, error.code() == ENOENT ? ENOTDIR : error.code());
+    }
 }
 
 } // namespace
@@ -112,7 +117,7 @@ std::string nativePath(std::string_view path) {
     std::string_view rest = path.substr(2);
     while (!rest.empty() && (rest.front() == '\\' || rest.front() == '/'))
         rest.remove_prefix(1);
-    std::string result = home();
+    std::string result = files::homeFolder();
     if (!rest.empty()) result.append("/").append(rest);
     for (std::size_t at = result.size() - rest.size(); at < result.size(); ++at) {
         if (result[at] == '\\') result[at] = '/';
@@ -126,38 +131,42 @@ std::string baseName(std::string_view path) {
 }
 
 bool fileExists(std::string_view path) {
-    const mode_t mode = modeOf(path);
-    return mode != 0 && !S_ISDIR(mode);
+    const std::optional<files::Status> found = statusOf(path);
+    return found && found->kind != files::Status::Kind::Folder;
 }
 
 bool folderExists(std::string_view path) {
-    return S_ISDIR(modeOf(path));
+    const std::optional<files::Status> found = statusOf(path);
+    return found && found->kind == files::Status::Kind::Folder;
+}
+
+files::Replacement readyCopy(std::string_view from, std::string_view to) {
+    const files::OpenFile source =
+        during(FileAction::Copy, [&] { return files::OpenFile(nativePath(from), files::OpenFor::Reading); });
+    return duringTarget([&] {
+        if (source.status().kind == files::Status::Kind::Folder) throw files::Error(EISDIR, source.path());
+        files::Replacement copy(nativePath(to));
+        copy.copy(source);
+        copy.finish();
+        return copy;
+    });
+}
+
+void place(files::Replacement& copy) {
+    duringTarget([&] { copy.commit(); });
 }
 
 void fileCopy(std::string_view from, std::string_view to) {
-    const Descriptor source(open(nativePath(from).c_str(), O_RDONLY | O_CLOEXEC));
-    if (source.get() < 0) raiseFileError(FileAction::Copy, errno);
-    struct stat found {};
-    if (fstat(source.get(), &found) != 0) raiseFileError(FileAction::Copy, errno);
-    if (S_ISDIR(found.st_mode)) throw RuntimeError(PathFileAccessError);
-    Replacement target(nativePath(to), FileAction::Copy);
-    std::array<char, 65536> buffer{};
-    for (;;) {
-        const ssize_t count = read(source.get(), buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) raiseFileError(FileAction::Copy, errno);
-        if (count == 0) break;
-        target.write({buffer.data(), static_cast<std::size_t>(count)});
-    }
-    target.commit();
+    files::Replacement copy = readyCopy(from, to);
+    place(copy);
 }
 
 void makeFolder(std::string_view path) {
-    if (mkdir(nativePath(path).c_str(), 0777) != 0) raiseFileError(FileAction::MakeFolder, errno);
+    during(FileAction::MakeFolder, [&] { files::makeFolder(nativePath(path)); });
 }
 
 void kill(std::string_view path) {
-    if (unlink(nativePath(path).c_str()) != 0) raiseFileError(FileAction::Remove, errno);
+    during(FileAction::Remove, [&] { files::remove(nativePath(path)); });
 }
 
 } // namespace basic

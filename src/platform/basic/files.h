@@ -1,6 +1,8 @@
 #pragma once
 
-#include <filesystem>
+#include "files/error.h"
+#include "files/replacement.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +19,16 @@ enum class FileAction { Copy, OpenForInput, OpenForOutput, MakeFolder, Remove };
 /// permission 75. MakeFolder: exists or no permission 75, parent missing 76. Anything else 57.
 [[noreturn]] void raiseFileError(FileAction action, int errorCode);
 
+/// Runs `step` and raises what its calls to the system fail with by the rule above.
+template <typename Step>
+auto during(FileAction action, Step&& step) {
+    try {
+        return step();
+    } catch (const files::Error& error) {
+        raiseFileError(action, error.code());
+    }
+}
+
 /// The place on this system that a path text means: "C:\Road" is the folder Road under the user's home, a
 /// backslash separates folders there; any other text is used as it is. The one function that does this.
 [[nodiscard]] std::string nativePath(std::string_view path);
@@ -31,6 +43,10 @@ enum class FileAction { Copy, OpenForInput, OpenForOutput, MakeFolder, Remove };
 /// A `to` that its owner made read-only is refused with PermissionDenied.
 void fileCopy(std::string_view from, std::string_view to);
 
+/// The same up to the point where the copy stands whole beside `to`; `place` gives it its name.
+[[nodiscard]] files::Replacement readyCopy(std::string_view from, std::string_view to);
+void place(files::Replacement& copy);
+
 void makeFolder(std::string_view path); ///< one level; see MakeFolder above
 void kill(std::string_view path);       ///< deletes a file; FileNotFound when there is none
 
@@ -44,10 +60,11 @@ void kill(std::string_view path);       ///< deletes a file; FileNotFound when t
                                                  std::size_t limit = std::size_t{64} << 20);
 
 /// Writes `lines`, each ended by CR LF, as UTF-8, replacing the file whole.
-void writeLines(std::string_view path, const std::vector<std::string>& lines);
+void writeLines(std::string_view path, const std::vector<std::string>& lines,
+                files::Rights rights = files::Rights::Kept);
 
 /// Writes `content` byte for byte, replacing the file whole.
-void writeFile(std::string_view path, std::string_view content);
+void writeFile(std::string_view path, std::string_view content, files::Rights rights = files::Rights::Kept);
 
 /// `bytes` as UTF-8: unchanged when valid, otherwise read as Windows-1252.
 [[nodiscard]] std::string toUtf8(std::string_view bytes);

@@ -1,14 +1,9 @@
 #include "files.h"
 
-#include "replacement.h"
 #include "strings.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace basic {
 namespace {
@@ -61,18 +56,9 @@ std::string toUtf8(std::string_view bytes) {
 }
 
 std::string readFile(std::string_view path, std::size_t limit) {
-    const Descriptor file(open(nativePath(path).c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.get() < 0) raiseFileError(FileAction::OpenForInput, errno);
-    std::string content;
-    std::array<char, 65536> buffer{};
-    while (content.size() < limit) {
-        const ssize_t count =
-            read(file.get(), buffer.data(), std::min(buffer.size(), limit - content.size()));
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) raiseFileError(FileAction::OpenForInput, errno);
-        if (count == 0) break;
-        content.append(buffer.data(), static_cast<std::size_t>(count));
-    }
+    std::string content = during(FileAction::OpenForInput, [&] {
+        return files::contentOf(files::OpenFile(nativePath(path), files::OpenFor::Reading), limit);
+    });
     if (!isUtf8(content)) content = toUtf8(content);
     return content;
 }
@@ -92,17 +78,19 @@ std::vector<std::string> readLines(std::string_view path, std::size_t limit) {
     return lines;
 }
 
-void writeFile(std::string_view path, std::string_view content) {
-    Replacement file(nativePath(path), FileAction::OpenForOutput);
-    file.write(content);
-    file.commit();
+void writeFile(std::string_view path, std::string_view content, files::Rights rights) {
+    during(FileAction::OpenForOutput, [&] {
+        files::Replacement file(nativePath(path), files::Target::File, rights);
+        file.write(content);
+        file.commit();
+    });
 }
 
-void writeLines(std::string_view path, const std::vector<std::string>& lines) {
+void writeLines(std::string_view path, const std::vector<std::string>& lines, files::Rights rights) {
     std::string content;
     for (const std::string& line : lines)
         content.append(line).append("\r\n");
-    writeFile(path, content);
+    writeFile(path, content, rights);
 }
 
 } // namespace basic

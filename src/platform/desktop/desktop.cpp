@@ -3,8 +3,7 @@
 #include "basic/files.h"
 #include "basic/strings.h"
 
-#include <filesystem>
-#include <system_error>
+#include "files/folder.h"
 
 namespace desktop {
 
@@ -12,11 +11,11 @@ std::string programFile(Desktop& desktop, std::string_view name) {
     const std::string folder = desktop.programFolder() + "/";
     std::string asGiven = folder + std::string(name);
     if (basic::fileExists(asGiven)) return asGiven;
-    std::error_code none;
-    for (std::filesystem::directory_iterator entry(basic::nativePath(folder), none), end;
-         !none && entry != end; entry.increment(none)) {
-        const std::string found = entry->path().filename().string();
-        if (basic::sameText(found, name)) return folder + found;
+    try {
+        for (const std::string& found : files::namesIn(basic::nativePath(folder)))
+            if (basic::sameText(found, name)) return folder + found;
+    } catch (const files::Error&) {
+        return asGiven; // whoever opens it is told what is wrong
     }
     return asGiven;
 }
