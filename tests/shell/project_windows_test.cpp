@@ -55,7 +55,7 @@ TEST_F(ProjectWindows, AnUnsavedBookIsOfferedAtTheNextStart) {
                               open();
                               QTest::qWait(200);
                           }),
-                ElementsAre(testing::StartsWith("An unsaved book from ")));
+                ElementsAre(testing::StartsWith("An unsaved book \"road.grl\" from ")));
     EXPECT_EQ(title(), "ZavroGrl-" + at("road.grl"));
     EXPECT_EQ(cell(1, sheet::RLevel), "100");
     EXPECT_EQ(cell(1, sheet::BackSight), "1.5");
