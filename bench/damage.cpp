@@ -1,6 +1,6 @@
+#include "inside.h"
 #include "memory_disk.h"
 #include "page_mutator.h"
-#include "pager.h"
 
 #include "jet/check.h"
 #include "jet/database.h"
@@ -40,7 +40,7 @@ Bytes richFile() {
                         .indexes = {{.name = "Id", .columns = {{"Id"}}, .kind = jet::IndexKind::PrimaryKey},
                                     {.name = "Chn", .columns = {{"Chn"}, {"Id", false}}}}});
     table.insert({jet::Null{}, "first", std::string(sharedMemo / 2, 'M'), jet::Null{}});
-    for (int i = 0; db.pager().pageCount() < 250; ++i) {
+    for (int i = 0; jet::Inside::pager(db).pageCount() < 250; ++i) {
         const auto memo = static_cast<std::size_t>(i % 40 == 0 ? 9000 : 100 + i % 90);
         table.insert({jet::Null{}, "01-" + std::to_string(i * 7919 % 9973), std::string(memo, 'm'),
                       Bytes(static_cast<std::size_t>(i % 30 == 0 ? 4000 : 0), 1)});

@@ -25,7 +25,9 @@ ExitStatus guarded(const JetOptions& options, std::ostream& err, Command command
     try {
         return command();
     } catch (const jet::Error& error) {
-        err << "zavrogrl-cli: " << options.file << ": " << error.text() << '\n';
+        const bool missing = error.kind() == jet::ErrorKind::WrongPassword && options.password.empty();
+        err << "zavrogrl-cli: " << options.file << ": "
+            << (missing ? "the file has a password; --password is missing" : error.text()) << '\n';
     } catch (const basic::RuntimeError& error) {
         err << "zavrogrl-cli: " << options.file << ": " << error.description() << '\n';
     }
@@ -74,9 +76,12 @@ ExitStatus jetCheck(const JetOptions& options, std::ostream& out, std::ostream& 
     return guarded(options, err, [&] {
         jet::Database database = openToRead(options);
         const auto level = options.strict ? jet::CheckLevel::Strict : jet::CheckLevel::Normal;
-        const std::vector<std::string> faults = jet::check(database, level);
+        std::vector<std::string> notes;
+        const std::vector<std::string> faults = jet::check(database, level, &notes);
         for (const std::string& fault : faults)
             out << fault << '\n';
+        for (const std::string& note : notes)
+            out << "note: " << note << '\n';
         out.flush();
         return faults.empty() ? Done : Failed;
     });

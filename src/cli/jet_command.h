@@ -23,7 +23,7 @@ struct JetOptions {
 ExitStatus jetSchema(const JetOptions& options, std::ostream& out, std::ostream& err);
 /// The rows; with several tables each is led by a line "# name" (CSV) and tables are apart by a blank line.
 ExitStatus jetDump(const JetOptions& options, std::ostream& out, std::ostream& err);
-/// One line for each fault of the file's structure; Failed when there is any.
+/// One line for each fault of the file's structure, then one for each note; Failed when there is a fault.
 ExitStatus jetCheck(const JetOptions& options, std::ostream& out, std::ostream& err);
 /// Makes a new Jet 4 database; two runs with one schema make the same bytes.
 ExitStatus jetCreate(const JetOptions& options, std::istream& in, std::ostream& err);

@@ -1,5 +1,8 @@
+#include "catalog.h"
 #include "check.h"
+#include "data_page.h"
 #include "layout.h"
+#include "pager.h"
 #include "rich_file.h"
 
 namespace jet {
@@ -73,6 +76,98 @@ TEST(CheckTest, NoticesAWrongKey) {
         EXPECT_FALSE(faultsOf(content).empty()) << "page " << page;
     }
     EXPECT_GT(tried, 3);
+}
+
+/// The file after `change` was at its pages.
+Bytes edited(const Bytes& content, const std::function<void(Pager&)>& change) {
+    const auto file = std::make_shared<MemoryFile>(content);
+    Pager pager(std::make_unique<SharedFile>(file), OpenMode::ReadWrite);
+    change(pager);
+    pager.commit();
+    return file->content();
+}
+
+// What files of Access have is no damage; some of it is told at the strict level.
+TEST(CheckTest, TellsDamageFromWhatAccessLeavesBehind) {
+    const MemoryDisk disk;
+    {
+        Database db = disk.create();
+        Table table = db.createTable(
+            {.name = "T", .columns = {{.name = "A"}}, .indexes = {{.name = "A", .columns = {{"A"}}}}});
+        for (int i = 0; i < 400; ++i)
+            table.insert({std::to_string(i)});
+        db.commit();
+    }
+    const auto freeRow = [](Pager& pager) { return slotAt(pager.view(1), pager.layout(), 0).start; };
+    const auto addPage = [](Pager& pager, PageKind kind) {
+        const std::uint32_t page = pager.allocate();
+        pager.edit(page).set16(0, 0x100U | static_cast<unsigned>(kind));
+        return page;
+    };
+    const auto tableDef = [](Pager& pager) {
+        return TableDef::load(pager, Catalog(pager).table("T")->page());
+    };
+    struct Case {
+        const char* what;
+        std::function<void(Pager&)> change;
+        std::string normal, strict, note;
+    };
+    const std::vector<Case> cases{
+        {"a map that grew",
+         [&](Pager& pager) {
+             const RowPointer where = tableDef(pager).ownedPages;
+             const std::vector<std::uint32_t> pages = UsageMap(pager, where).pages();
+             UsageMap(pager, where).clear();
+             const std::uint32_t start = resizeRow(pager.edit(where.page), pager.layout(), where.row, 101, 0);
+             pager.edit(where.page).fill(start, 101, 0);
+             UsageMap grown(pager, where);
+             for (std::uint32_t page : pages)
+                 grown.add(page);
+         },
+         "", "", ""},
+        {"a definition that leaked", [&](Pager& pager) { addPage(pager, PageKind::TableDef); }, "",
+         "a definition that no table has", ""},
+        {"a page that leaked", [&](Pager& pager) { addPage(pager, PageKind::Data); }, "",
+         "neither used nor marked as free", ""},
+        {"a map page of the second global map",
+         [&](Pager& pager) {
+             const std::uint32_t page = addPage(pager, PageKind::UsageMap);
+             Edit maps = pager.edit(1);
+             const Slot second = slotAt(maps, pager.layout(), 1);
+             maps.set8(second.start, 1);
+             maps.set32(second.start + 1, page);
+         },
+         "", "", ""},
+        {"a map of free pages from page 8 on",
+         [&](Pager& pager) { pager.edit(1).set32(freeRow(pager) + 1, 8); }, "", "does not start at page 0",
+         ""},
+        {"a wrong count of rows",
+         [&](Pager& pager) { pager.edit(tableDef(pager).page).set32(pager.layout().rowCountAt, 7); }, "",
+         "row count of 'T' is 7 instead of 400", "row count of 'T' is 7 instead of 400"},
+    };
+    const auto expect = [](const std::vector<std::string>& lines, const std::string& part) {
+        EXPECT_EQ(lines.empty(), part.empty()) << (lines.empty() ? part : lines.front());
+        if (!lines.empty()) {
+            EXPECT_NE(lines.front().find(part), std::string::npos) << lines.front();
+        }
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Database db = MemoryDisk(edited(disk.content(), c.change)).open();
+        std::vector<std::string> notes;
+        expect(check(db, CheckLevel::Normal, &notes), c.normal);
+        expect(notes, c.note);
+        expect(check(db, CheckLevel::Strict, &notes), c.strict);
+        expect(notes, "");
+        if (!c.note.empty()) {
+            Table table = db.table("T");
+            EXPECT_EQ(rowsOf(table).size(), 400U) << "rows are read to their end";
+            table.insert({"one more"});
+            db.commit();
+            EXPECT_EQ(table.rowCount(), 401U) << "the count is right once rows were changed";
+            EXPECT_EQ(check(db), std::vector<std::string>{});
+        }
+    }
 }
 
 TEST(CheckTest, NoticesAUsedPageThatIsMarkedFree) {

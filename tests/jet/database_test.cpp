@@ -2,7 +2,7 @@
 #include "engine_fixture.h"
 
 #include "catalog.h"
-#include "pager.h"
+#include "inside.h"
 
 namespace jet {
 namespace {
@@ -382,10 +382,10 @@ TEST(DatabaseTest, RefusesWhatTheFormatCannotHold) {
          {.name = "U", .columns = {{.name = "A"}}, .indexes = {{.name = "I", .columns = {{"B"}}}}},
          ErrorKind::InvalidDesign},
     };
-    const std::uint32_t pages = db.pager().pageCount();
+    const std::uint32_t pages = Inside::pager(db).pageCount();
     for (const Case& c : cases)
         EXPECT_EQ(errorOf([&] { db.createTable(c.design); }), c.kind) << c.what;
-    EXPECT_EQ(db.pager().pageCount(), pages);
+    EXPECT_EQ(Inside::pager(db).pageCount(), pages);
     EXPECT_EQ(errorOf([&] { (void)db.table("U"); }), ErrorKind::NotFound);
     std::string wideText;
     for (int i = 0; i < 255; ++i)

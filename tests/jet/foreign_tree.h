@@ -83,14 +83,20 @@ class ForeignTree {
     Tails m_tails;
 };
 
+/// The first page of each level of a tree, from the root down.
+inline std::vector<std::uint32_t> levelsOf(Pager& pager, std::uint32_t owner, std::uint32_t root) {
+    const auto read = [&](std::uint32_t page) { return IndexPage(pager.view(page), pager.layout(), owner); };
+    std::vector<std::uint32_t> levels{root};
+    for (std::uint32_t page = root; !read(page).leaf(); levels.push_back(page))
+        page = read(page).empty() ? read(page).tail() : read(page).child(read(page).begin());
+    return levels;
+}
+
 /// The entries of a tree, in order.
 inline std::vector<Bytes> entriesOf(Pager& pager, std::uint32_t owner, std::uint32_t root) {
     const auto read = [&](std::uint32_t page) { return IndexPage(pager.view(page), pager.layout(), owner); };
-    std::uint32_t leaf = root;
-    while (!read(leaf).leaf())
-        leaf = read(leaf).empty() ? read(leaf).tail() : read(leaf).child(read(leaf).begin());
     std::vector<Bytes> entries;
-    for (; leaf != 0; leaf = read(leaf).next())
+    for (std::uint32_t leaf = levelsOf(pager, owner, root).back(); leaf != 0; leaf = read(leaf).next())
         for (std::size_t at = read(leaf).begin(); at < read(leaf).end(); at = read(leaf).after(at))
             read(leaf).entry(at, entries.emplace_back());
     return entries;

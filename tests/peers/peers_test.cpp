@@ -2,9 +2,10 @@
 
 #include "catalog.h"
 #include "engine_fixture.h"
+#include "foreign_tree.h"
+#include "inside.h"
 #include "random_rows.h"
 #include "temp_folder.h"
-#include "tree_fixture.h"
 
 #include "jet/check.h"
 #include "jet/database.h"
@@ -177,9 +178,9 @@ table Large
     }
     database.commit();
     EXPECT_EQ(table.rowCount(), 200000U);
-    jet::Pager& pager = database.pager();
+    jet::Pager& pager = jet::Inside::pager(database);
     const auto definition = jet::TableDef::load(pager, jet::Catalog(pager).table("Large")->page());
-    EXPECT_EQ(jet::TreeWalk(pager, definition, definition.indexData.front()).depth(), 4U);
+    EXPECT_EQ(jet::levelsOf(pager, definition.page, definition.indexData.front().root).size(), 4U);
     EXPECT_EQ(jet::check(database, jet::CheckLevel::Strict), std::vector<std::string>());
     expectSameFile(path, "", GetParam(), false);
 }

@@ -1,7 +1,7 @@
 #include "check.h"
 
 #include "check_table.h"
-#include "database.h"
+#include "inside.h"
 #include "rc4.h"
 
 #include <algorithm>
@@ -118,12 +118,10 @@ class DatabaseCheck {
 
 } // namespace
 
-std::vector<std::string> check(Database& database, CheckLevel level) {
+std::vector<std::string> check(Database& database, CheckLevel level, std::vector<std::string>* notes) {
     Faults faults(level);
-    faults.guarded("database", [&] {
-        if (database.changed()) database.pager().flush();
-        DatabaseCheck(database.pager(), faults).run();
-    });
+    faults.guarded("database", [&] { DatabaseCheck(Inside::pager(database), faults).run(); });
+    if (notes != nullptr) *notes = faults.takeNotes();
     return faults.take();
 }
 

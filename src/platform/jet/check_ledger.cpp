@@ -24,24 +24,32 @@ PageLedger::PageLedger(Pager& pager, Faults& faults)
     : m_pager(pager), m_faults(faults), m_free(pager.pageCount()), m_userOf(pager.pageCount()) {
     claim(0, "the header");
     claim(freePagesPage, "the map of free pages");
-    m_faults.guarded("map of free pages", [&] { readFreePages(); });
+    m_faults.guarded("map of free pages", [&] { readGlobalMaps(); });
 }
 
-void PageLedger::readFreePages() {
+/// Page 1: the map of free pages, and one whose purpose is not known but whose map pages are in use.
+void PageLedger::readGlobalMaps() {
+    const Layout& layout = m_pager.layout();
     const View page = m_pager.view(freePagesPage);
-    if (!checkSlots(page, m_pager.layout(), 1, m_faults)) return;
-    if (slotCount(page, m_pager.layout()) != 2) m_faults.add(freePagesPage, "two maps are expected");
-    const View row = rowAt(page, m_pager.layout(), 0);
+    if (!checkSlots(page, layout, 1, m_faults)) return;
+    if (slotCount(page, layout) != 2) m_faults.add(freePagesPage, "two maps are expected");
+    readFreePages(rowAt(page, layout, 0));
     std::vector<std::uint32_t> mapPages;
-    std::uint32_t last = 0;
+    readUsageMap(
+        m_pager, rowAt(page, layout, 1), [](std::uint32_t) {}, mapPages);
+    for (std::uint32_t mapPage : mapPages)
+        if (mapPage != 0) claim(mapPage, "the second global map");
+}
+
+void PageLedger::readFreePages(const View& row) {
+    std::vector<std::uint32_t> mapPages;
     const auto take = [&](std::uint32_t member) {
         if (member < m_free.size()) m_free[member] = true;
-        last = std::max(last, member);
     };
     readUsageMap(m_pager, row, take, mapPages);
     for (std::uint32_t mapPage : mapPages)
         if (mapPage != 0) claim(mapPage, "the map of free pages");
-    if (row.u8(0) != 0) return;
+    if (row.u8(0) != 0 || !m_faults.strict()) return;
     if (row.u32(1) != 0) m_faults.add(freePagesPage, "the map of free pages does not start at page 0");
     if ((row.size() - 5) * 8 < m_pager.pageCount())
         m_faults.add(freePagesPage, "the map of free pages is shorter than the file");
@@ -72,7 +80,6 @@ std::vector<std::uint32_t> PageLedger::readMap(RowPointer where, const std::stri
         }
         if (!m_mapRows.insert(where.pack()).second) m_faults.add(where, "a second map, of " + user);
         const View row = rowAt(page, m_pager.layout(), where.row);
-        if (row.size() != m_pager.layout().mapRow) m_faults.add(where, "a usage map has another length");
         std::vector<std::uint32_t> mapPages;
         readUsageMap(
             m_pager, row, [&](std::uint32_t member) { pages.push_back(member); }, mapPages);
@@ -100,11 +107,9 @@ void PageLedger::finish() {
         });
     }
     for (std::uint32_t page = 0; page < m_userOf.size(); ++page) {
-        if (m_userOf[page] != 0 || m_free[page]) continue;
-        if (m_pager.view(page).u8(0) == static_cast<std::uint8_t>(PageKind::TableDef))
-            m_faults.add(page, "a definition that no table has");
-        else if (m_faults.strict())
-            m_faults.add(page, "neither used nor marked as free");
+        if (m_userOf[page] != 0 || m_free[page] || !m_faults.strict()) continue;
+        const bool definition = m_pager.view(page).u8(0) == static_cast<std::uint8_t>(PageKind::TableDef);
+        m_faults.add(page, definition ? "a definition that no table has" : "neither used nor marked as free");
     }
 }
 

@@ -25,6 +25,14 @@ class Faults {
     }
     [[nodiscard]] bool strict() const { return m_level == CheckLevel::Strict; }
     [[nodiscard]] std::vector<std::string> take() { return std::move(m_lines); }
+    [[nodiscard]] std::vector<std::string> takeNotes() { return std::move(m_notes); }
+    /// What is a fault at the strict level alone, and worth a word at the other.
+    void addOrNote(std::uint32_t page, const std::string& what) {
+        if (strict())
+            add(page, what);
+        else if (m_notes.size() < mostNotes)
+            m_notes.push_back("page " + std::to_string(page) + ": " + what);
+    }
 
     /// Runs a step; damage that it meets is a fault and ends the step.
     template <typename Step>
@@ -39,8 +47,10 @@ class Faults {
     }
 
   private:
+    static constexpr std::size_t mostNotes = 1000;
     CheckLevel m_level;
     std::vector<std::string> m_lines;
+    std::vector<std::string> m_notes;
 };
 
 /// Who uses which page. Every page has one user at most, and none that is marked as free.
@@ -56,7 +66,8 @@ class PageLedger {
     void finish();
 
   private:
-    void readFreePages();
+    void readGlobalMaps();
+    void readFreePages(const View& row);
 
     Pager& m_pager;
     Faults& m_faults;

@@ -274,9 +274,9 @@ void TableCheck::checkLeftOvers() {
     for (const auto& [column, pieces] : m_pieces)
         for (const auto& [packed, referred] : pieces)
             if (!referred) m_faults.add(RowPointer::unpack(packed), "a long value that no row has");
-    if (m_faults.strict() && m_rows != m_def.rowCount)
-        m_faults.add(m_def.page, part("row count") + " is " + std::to_string(m_def.rowCount) +
-                                     " instead of " + std::to_string(m_rows));
+    if (m_rows != m_def.rowCount)
+        m_faults.addOrNote(m_def.page, part("row count") + " is " + std::to_string(m_def.rowCount) +
+                                           " instead of " + std::to_string(m_rows));
 }
 
 } // namespace jet

@@ -123,6 +123,15 @@ void eraseRow(Edit page, const Layout& layout, int number) {
     resizeRow(page, layout, number, 0, deletedRow);
 }
 
+std::uint32_t homesOn(const View& page, const Layout& layout) {
+    std::uint32_t homes = 0;
+    for (int i = 0; i < slotCount(page, layout); ++i) {
+        const Slot slot = slotAt(page, layout, i);
+        homes += !slot.deleted() && !slot.isOverflow();
+    }
+    return homes;
+}
+
 bool isEmptyPage(const View& page, const Layout& layout) {
     const int count = slotCount(page, layout);
     for (int i = 0; i < count; ++i)

@@ -44,6 +44,8 @@ std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint1
 std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length, std::uint16_t flags);
 /// Marks a row as deleted and squeezes its bytes out.
 void eraseRow(Edit page, const Layout& layout, int number);
+/// Rows that live and are at home here.
+[[nodiscard]] std::uint32_t homesOn(const View& page, const Layout& layout);
 /// No row of the page lives.
 [[nodiscard]] bool isEmptyPage(const View& page, const Layout& layout);
 

@@ -1,6 +1,7 @@
 #include "database.h"
 
 #include "catalog.h"
+#include "inside.h"
 #include "new_database.h"
 #include "pager.h"
 #include "properties.h"
@@ -184,9 +185,9 @@ void Database::commit() {
     m_state->pager.commit();
 }
 
-Pager& Database::pager() {
-    m_state->flush();
-    return m_state->pager;
+Pager& Inside::pager(Database& database) {
+    database.m_state->flush();
+    return database.m_state->pager;
 }
 
 } // namespace jet

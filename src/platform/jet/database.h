@@ -12,7 +12,7 @@
 
 namespace jet {
 
-class Pager;
+struct Inside;
 
 struct CreateOptions {
     std::string password; ///< up to 20 characters; empty = none
@@ -61,10 +61,8 @@ class Database {
     /// EncodedWrite; Corrupt when a change was broken off, or an index does not hold where it was changed.
     void commit();
 
-    /// The pages as commit() would write them, for the structural checker.
-    [[nodiscard]] Pager& pager();
-
   private:
+    friend Inside;
     struct State;
     explicit Database(std::unique_ptr<State> state);
     std::unique_ptr<State> m_state;

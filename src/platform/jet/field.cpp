@@ -105,7 +105,7 @@ void decodeField(Pager& pager, const ColumnDef& column, const View& field, Value
     case ColumnType::Text: {
         auto* text = std::get_if<std::string>(&into);
         if (text == nullptr) text = &into.emplace<std::string>();
-        decodeText(field, pager.format(), *text);
+        decodeText(column.fixed() ? withoutPadding(field, pager.format()) : field, pager.format(), *text);
         return;
     }
     case ColumnType::Memo: {

@@ -78,6 +78,7 @@ class Table {
     [[nodiscard]] std::optional<int> column(std::string_view name) const; ///< position; any letter case
     [[nodiscard]] const std::vector<IndexInfo>& indexes() const;
     [[nodiscard]] std::optional<int> index(std::string_view name) const; ///< position; any letter case
+    /// As the definition counts them, which may be wrong in files of other programs; scan() goes to the end.
     [[nodiscard]] std::uint32_t rowCount() const;
     /// The autonumber that the next row with Null in that column gets.
     [[nodiscard]] std::int32_t nextAutonumber() const;

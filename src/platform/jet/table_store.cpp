@@ -24,6 +24,7 @@ TableStore::TableStore(Pager& pager, std::string name, std::uint32_t definitionP
       m_def(TableDef::load(pager, definitionPage)),
       m_ownedPages(pager, m_def.ownedPages),
       m_freeSpacePages(pager, m_def.freeSpacePages) {
+    m_counted = m_def.rowCount == 0 && m_ownedPages.next(0) == 0;
     describe();
 }
 
@@ -195,13 +196,58 @@ void TableStore::seek(int index, std::span<const Value> key, const std::function
                         "The value has another type than the field '" + column.name + "'.");
         appendKey(bytes, {column.type, info.columns[i].ascending}, key[i], m_pager.format());
     }
-    m_trees[data]->each(bytes, [&](RowPointer row) { return take({row.page, row.row}); });
+    const auto isEmpty = [](const Value& value) {
+        const Bytes* binary = std::get_if<Bytes>(&value);
+        return binary != nullptr && binary->empty();
+    };
+    const std::span<const Value> wanted = key.first(std::min(key.size(), info.columns.size()));
+    const bool ambiguous = std::ranges::any_of(wanted, isEmpty);
+    m_trees[data]->each(bytes, [&](RowPointer row) {
+        const RowId id{row.page, row.row};
+        return (ambiguous && !hasValues(id, info, wanted)) || take(id);
+    });
+}
+
+/// The row has the wanted values; asked where the key alone does not tell.
+bool TableStore::hasValues(RowId id, const IndexInfo& info, std::span<const Value> wanted) {
+    Row row;
+    read(id, row);
+    Bytes found, sought;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const auto position = static_cast<std::size_t>(info.columns[i].column);
+        const KeyColumn column{m_def.columns[position].type, info.columns[i].ascending};
+        found.clear();
+        sought.clear();
+        appendKey(found, column, row[position], m_pager.format());
+        appendKey(sought, column, wanted[i], m_pager.format());
+        if (found != sought) return false;
+    }
+    return true;
 }
 
 void TableStore::flush() {
     for (const auto& tree : m_trees)
         tree->settle();
+    if (m_rowsChanged && !m_counted) count();
     m_def.saveCounters(m_pager);
+}
+
+/// The count of a definition is a hint: other programs leave wrong ones behind. Where rows changed it is
+/// written anew; pages that cannot be read leave it as it was.
+void TableStore::count() {
+    std::uint32_t rows = 0;
+    try {
+        for (std::uint32_t page : m_ownedPages.pages()) {
+            const View view = m_pager.view(page);
+            requireDataPage(view, m_def.page);
+            rows += homesOn(view, m_pager.layout());
+        }
+    } catch (const Error& error) {
+        if (error.kind() != ErrorKind::Corrupt) throw;
+        return;
+    }
+    m_def.rowCount = rows;
+    m_counted = true;
 }
 
 void TableStore::verifyTrees() {

@@ -59,6 +59,8 @@ class TableStore {
     [[nodiscard]] Body locate(RowId id);
     [[nodiscard]] View bodyView(const Body& body);
     Keys keysOf(const Row& row);
+    [[nodiscard]] bool hasValues(RowId id, const IndexInfo& info, std::span<const Value> wanted);
+    void count();
     void requireFreeKeys(const Keys& keys, const Keys& old);
     void requireKeptKeys(const Row& row, const Row& old) const;
     void changeKeys(const Keys& old, const Keys& fresh, RowPointer row);
@@ -90,7 +92,9 @@ class TableStore {
     std::vector<bool> m_ordered;                           ///< one a tree: the order of its keys is known
     std::vector<std::unique_ptr<LongValues>> m_longValues; ///< as in the definition
     std::unique_ptr<RowBuilder> m_builder;
-    Bytes m_row; ///< kept to be used again
+    Bytes m_row;                ///< kept to be used again
+    bool m_counted = false;     ///< the number of rows is known to be right
+    bool m_rowsChanged = false; ///< since it was opened
 };
 
 } // namespace jet

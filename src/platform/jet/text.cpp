@@ -8,6 +8,8 @@ namespace jet {
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
+constexpr char16_t compressionMark = 0xFEFF; ///< in front of compressed text
+constexpr std::uint8_t toggleMode = 0;       ///< between bytes and words in it
 
 /// Code page 1252 from 80 to 9F; what it leaves open stands for itself.
 constexpr std::array<char16_t, 32> ansiUpper{0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,
@@ -110,6 +112,32 @@ class Utf8Builder {
     char16_t m_high = 0;
 };
 
+bool allNarrow(std::u16string_view units) {
+    return std::ranges::all_of(units, [](char16_t unit) { return unit > 0 && unit < 0x100; });
+}
+
+void putUnits(Bytes& out, std::u16string_view units, bool narrow) {
+    for (char16_t unit : units) {
+        if (narrow)
+            put8(out, unit);
+        else
+            put16(out, unit);
+    }
+}
+
+/// A text that begins with U+FEFF, of which `rest` follows: compressed, with that character as a word. False
+/// when the compressed form cannot hold the rest.
+bool encodeMarked(std::u16string_view rest, Bytes& out) {
+    const bool narrow = allNarrow(rest);
+    if (!narrow && std::ranges::any_of(rest, [](char16_t unit) { return (unit & 0xFF) == 0; })) return false;
+    put16(out, compressionMark);
+    put8(out, toggleMode);
+    put16(out, compressionMark);
+    if (narrow) put8(out, toggleMode);
+    putUnits(out, rest, narrow);
+    return true;
+}
+
 bool isAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
 }
@@ -163,6 +191,15 @@ std::string ansiFromUtf8(std::string_view text) {
     return result;
 }
 
+View withoutPadding(const View& stored, Format format) {
+    const std::size_t unit = format == Format::Jet4 ? 2 : 1;
+    const ByteView bytes = stored.bytes();
+    std::size_t length = bytes.size() - bytes.size() % unit;
+    while (length >= unit && bytes[length - 1] == 0 && bytes[length - unit] == 0)
+        length -= unit;
+    return stored.part(0, length);
+}
+
 void decodeText(const View& stored, Format format, std::string& out) {
     if (format == Format::Jet3) {
         out = utf8FromAnsi(stored.bytes());
@@ -184,7 +221,7 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
         const bool narrow = compress && text.size() >= shortestCompressed &&
                             text.size() <= longestCompressed && text.find('\0') == std::string_view::npos;
         if (narrow) {
-            put16(out, 0xFEFF);
+            put16(out, compressionMark);
             out.insert(out.end(), text.begin(), text.end());
         } else {
             for (char c : text)
@@ -193,17 +230,14 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
         return;
     }
     std::u16string units = utf16FromUtf8(text);
-    // A text that began with the byte-order mark would be read as a compressed one.
-    if (units.front() == 0xFEFF) units.erase(0, 1);
-    const bool narrow = compress && units.size() >= shortestCompressed && units.size() <= longestCompressed &&
-                        std::ranges::all_of(units, [](char16_t unit) { return unit > 0 && unit < 0x100; });
-    if (narrow) put16(out, 0xFEFF);
-    for (char16_t unit : units) {
-        if (narrow)
-            put8(out, unit);
-        else
-            put16(out, unit);
+    if (units.front() == compressionMark) {
+        if (encodeMarked(std::u16string_view(units).substr(1), out)) return;
+        units.erase(0, 1);
     }
+    const bool narrow = compress && units.size() >= shortestCompressed && units.size() <= longestCompressed &&
+                        allNarrow(units);
+    if (narrow) put16(out, compressionMark);
+    putUnits(out, units, narrow);
 }
 
 std::size_t storedLength(std::string_view text, Format format) {
