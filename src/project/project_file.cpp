@@ -84,7 +84,8 @@ class RowWriter {
     void write(int row) {
         m_row = row;
         m_grl.AddNew();
-        set(Fields::Chn, sheet::Chainage, [&] { return dao::Value(text(sheet::Chainage)); });
+        if (!text(sheet::Chainage).empty() || m_fields[Fields::Chn].AllowZeroLength())
+            set(Fields::Chn, sheet::Chainage, [&] { return dao::Value(text(sheet::Chainage)); });
         writeOffset();
         for (const CellField& field : cellFields)
             if (!text(field.col).empty())

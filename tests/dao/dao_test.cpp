@@ -112,6 +112,32 @@ TEST_F(RoadDatabase, ARefusedRecordIsNotStored) {
     EXPECT_TRUE(dao::isNull(section.Fields("Grl").value()));
 }
 
+TEST_F(RoadDatabase, FieldsRefuseNullAndEmptyTextsAsTheirPropertiesSay) {
+    const std::string rules = makeDatabase(folder / "rules.mdb", R"(
+table T
+    Id   Counter required
+    Name Text(9) required zero-length
+    Rem  Text(9)
+)");
+    auto database = dao::OpenDatabase(rules, ";pwd=TarnVel");
+    auto records = database.OpenRecordset("T");
+    EXPECT_TRUE(records.Fields("Name").Required() && records.Fields("Name").AllowZeroLength());
+    const auto add = [&](const dao::Value& name, const dao::Value& remark) {
+        records.AddNew();
+        records.Fields("Name").setValue(name);
+        records.Fields("Rem").setValue(remark);
+        return errorOf([&] { records.Update(); });
+    };
+    EXPECT_EQ(add(dao::Null{}, "x"), 3314);
+    EXPECT_EQ(add("", ""), 3315);
+    EXPECT_EQ(add("", dao::Null{}), 0);
+    EXPECT_EQ(records.RecordCount(), 1);
+    records.MoveFirst();
+    records.Edit();
+    records.Fields("Name").setValue(dao::Null{});
+    EXPECT_EQ(errorOf([&] { records.Update(); }), 3314);
+}
+
 TEST_F(RoadDatabase, EditChangesOneRecordInAllItsIndexes) {
     auto section = road.OpenRecordset("CSect");
     addPoint(section, "01-250", "L", 2);

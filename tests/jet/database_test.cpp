@@ -298,7 +298,8 @@ TEST(DatabaseTest, AddsColumnsToTablesWithRows) {
     db.commit();
     Database again = disk.open();
     table = again.table("T");
-    std::vector<ColumnDesign> added{{.name = "S", .type = Single}};
+    std::vector<ColumnDesign> added{{.name = "S", .type = Single, .required = true},
+                                    {.name = "Z", .type = Text, .allowZeroLength = true}};
     for (ColumnType type : everyType)
         added.push_back({.name = "C" + std::to_string(static_cast<int>(type)), .type = type});
     for (const ColumnDesign& column : added) {
@@ -313,7 +314,7 @@ TEST(DatabaseTest, AddsColumnsToTablesWithRows) {
             ASSERT_TRUE(isNull(cursor.row()[c]) || cursor.row()[c] == Value(false)) << c;
     }
     EXPECT_EQ(count, 900);
-    Row row{2000, true, 1.5F};
+    Row row{2000, true, 1.5F, ""};
     for (Value& value : everyTypeRow(60))
         row.push_back(value);
     table.insert(row);
@@ -325,6 +326,38 @@ TEST(DatabaseTest, AddsColumnsToTablesWithRows) {
     EXPECT_EQ(rowsOf(last.table("T")), rowsOf(table));
     EXPECT_EQ(last.table("T").read(*last.table("T").seek(0, first)), row);
     expectIndexesMatch(last.table("T"));
+    for (const Column& column : last.table("T").columns()) {
+        EXPECT_EQ(column.required, column.name == "S");
+        EXPECT_EQ(column.allowZeroLength, column.name == "Z");
+    }
+}
+
+// The key of an empty Binary starts the keys of all others.
+TEST(DatabaseTest, AnEmptyBinaryHasAKeyOfItsOwn) {
+    for (IndexKind kind : {IndexKind::Plain, IndexKind::Unique}) {
+        const MemoryDisk disk;
+        Database db = disk.create();
+        Table table = db.createTable(
+            {.name = "T",
+             .columns = {{.name = "A", .type = ColumnType::Binary}, {.name = "B", .type = Long}},
+             .indexes = {{.name = "A", .columns = {{"A"}}, .kind = kind},
+                         {.name = "AB", .columns = {{"A", false}, {"B"}}, .kind = kind}}});
+        for (std::int32_t i = 0; i < 600; ++i)
+            table.insert({Bytes{0, 0, static_cast<std::uint8_t>(i / 256), static_cast<std::uint8_t>(i)}, i});
+        const RowId empty = table.insert({Bytes{}, 7});
+        const bool again = !errorOf([&] { table.insert({Bytes{}, 8}); });
+        EXPECT_EQ(again, kind == IndexKind::Plain);
+        const std::vector<Value> key{Bytes{}};
+        for (int index : {0, 1}) {
+            EXPECT_EQ(table.seek(index, key), empty);
+            EXPECT_EQ(table.seekAll(index, key).size(), again ? 2U : 1U);
+        }
+        EXPECT_EQ(check(db), std::vector<std::string>{});
+        for (RowId id : table.seekAll(0, key))
+            table.erase(id);
+        EXPECT_EQ(table.seek(0, key), std::nullopt);
+        EXPECT_EQ(check(db), std::vector<std::string>{});
+    }
 }
 
 TEST(DatabaseTest, RowsShorterThanAPointerCanGrowOnAFullPage) {

@@ -48,6 +48,8 @@ class Field {
     [[nodiscard]] const std::string& Name() const;
     [[nodiscard]] DataType Type() const;
     [[nodiscard]] int Size() const; ///< characters of a Text field, bytes of others
+    [[nodiscard]] bool Required() const;
+    [[nodiscard]] bool AllowZeroLength() const;
     /// Value of the current record, or of the copy buffer after AddNew or Edit. 3021 without a current
     /// record.
     [[nodiscard]] Value value() const;
@@ -74,8 +76,10 @@ class Recordset {
     Recordset& operator=(Recordset&&) noexcept;
 
     void AddNew();
-    void Edit();   ///< 3021 without a current record
-    void Update(); ///< 3022 duplicate key, 3058 Null in a key; the record is then not stored
+    void Edit(); ///< 3021 without a current record
+    /// 3022 duplicate key, 3058 Null in a key, 3314 Null in a Required field, 3315 an empty text where none
+    /// is allowed; the record is then not stored. Of an edited record only changed fields are judged.
+    void Update();
     void Delete(); ///< the deleted record stays current until the cursor moves
     void MoveFirst();
     void MoveNext(); ///< 3021 when already at the end

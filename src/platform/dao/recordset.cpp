@@ -21,6 +21,14 @@ int Field::Size() const {
     return m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).size;
 }
 
+bool Field::Required() const {
+    return m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).required;
+}
+
+bool Field::AllowZeroLength() const {
+    return m_owner->m_state->table.columns().at(static_cast<std::size_t>(m_number)).allowZeroLength;
+}
+
 Value Field::value() const {
     Recordset::State& state = *m_owner->m_state;
     state.mustBeOpen();
@@ -65,6 +73,7 @@ void Recordset::Update() {
     m_state->mustBeOpen();
     if (m_state->buffer == State::Buffer::None) raise(EngineError::UpdateWithoutEdit);
     translated(m_state->table.name(), [&] {
+        m_state->requireAllowed();
         if (m_state->buffer == State::Buffer::Add) {
             static_cast<void>(m_state->table.insert(m_state->edited));
         } else {

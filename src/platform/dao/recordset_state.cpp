@@ -92,6 +92,20 @@ void Recordset::State::startEdit(Buffer kind, jet::Row values) {
     buffer = kind;
 }
 
+void Recordset::State::requireAllowed() {
+    const jet::Row* stored = buffer == Buffer::Edit ? &currentRow() : nullptr;
+    const auto& columns = table.columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const jet::Value& value = edited[i];
+        const auto* text = std::get_if<std::string>(&value);
+        const bool lacking = columns[i].required && !columns[i].autonumber && jet::isNull(value);
+        const bool empty = !columns[i].allowZeroLength && text != nullptr && text->empty();
+        if ((!lacking && !empty) || (stored != nullptr && stored->at(i) == value)) continue;
+        raise(lacking ? EngineError::ValueRequired : EngineError::ZeroLengthText,
+              table.name() + "." + columns[i].name);
+    }
+}
+
 std::optional<jet::RowId> Recordset::State::find(const std::vector<Value>& keys) {
     const jet::IndexInfo& info = table.indexes().at(static_cast<std::size_t>(*index));
     if (keys.empty() || keys.size() > info.columns.size()) raise(EngineError::DataTypeConversion);

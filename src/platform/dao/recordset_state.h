@@ -48,6 +48,8 @@ struct Recordset::State {
     void toFirst();
     void toNext();
     void standOn(std::optional<jet::RowId> id);
+    /// 3314, 3315 for what the copy buffer would bring into a field that does not take it.
+    void requireAllowed();
     void startEdit(Buffer kind, jet::Row values);
     [[nodiscard]] std::optional<jet::RowId> find(const std::vector<Value>& keys);
 

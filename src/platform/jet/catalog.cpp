@@ -136,9 +136,10 @@ void Catalog::add(const std::string& name, std::uint32_t page, const Bytes& prop
     m_objects.push_back({id, name, tableObject, 0, tablesContainer, at});
 }
 
-void Catalog::touch(const Object& object, DateTime now) {
+void Catalog::touch(const Object& object, const Bytes& properties, DateTime now) {
     Row row;
     m_store->read(object.row, row);
+    if (!properties.empty()) row[column("LvProp")] = properties;
     row[column("DateUpdate")] = now;
     m_store->update(object.row, row);
 }

@@ -51,7 +51,8 @@ class Catalog {
     /// Enters a new user table.
     void add(const std::string& name, std::uint32_t page, const Bytes& properties, DateTime now,
              TableStore& permissions);
-    void touch(const Object& object, DateTime now); ///< it was changed now
+    /// It was changed now, and has these properties.
+    void touch(const Object& object, const Bytes& properties, DateTime now);
 
   private:
     [[nodiscard]] std::size_t column(std::string_view name) const;

@@ -163,8 +163,9 @@ void Database::addColumn(std::string_view tableName, const ColumnDesign& column)
     } else {
         store->addColumn(std::move(def), nullptr);
     }
-    readProperties(m_state->catalog->properties(object), format(), store->columns());
-    m_state->catalog->touch(object, m_state->clock());
+    const Bytes properties = withColumn(m_state->catalog->properties(object), column, format());
+    m_state->catalog->touch(object, properties, m_state->clock());
+    readProperties(properties, format(), store->columns());
     guard.done();
 }
 

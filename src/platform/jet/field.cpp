@@ -11,6 +11,8 @@ namespace jet {
 
 namespace {
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; ///< U+FEFF in UTF-8
+
 std::uint64_t wide(const View& field) {
     return std::uint64_t{field.u32(4)} << 32 | field.u32(0);
 }
@@ -228,7 +230,14 @@ void encodeField(const ColumnDef& column, const Value& value, Format format, Byt
     }
     case ColumnType::Text: {
         const bool compress = !column.fixed() && (column.flags2 & columnCompressed) != 0;
-        encodeText(std::get<std::string>(value), format, compress, out);
+        const std::size_t start = out.size();
+        std::string_view text = std::get<std::string>(value);
+        encodeText(text, format, compress, out);
+        if (!column.fixed() || out.size() - start <= column.length) return;
+        // Its mark takes more than the place of the column has.
+        out.resize(start);
+        text.remove_prefix(byteOrderMark.size());
+        encodeText(text, format, false, out);
         return;
     }
     default:

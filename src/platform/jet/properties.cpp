@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::array<std::uint8_t, 4> markJet3{'K', 'K', 'D', 0};
 constexpr std::array<std::uint8_t, 4> markJet4{'M', 'R', '2', 0};
+constexpr std::ptrdiff_t markBytes = 4;
 constexpr std::size_t chunkHeader = 6; ///< length and kind
 constexpr std::uint16_t namesChunk = 0x80;
 constexpr std::uint16_t columnChunk = 1;
@@ -69,12 +70,29 @@ void putTruth(Bytes& out, std::size_t name) {
     put8(out, 0xFF);
 }
 
+bool hasProperties(const ColumnDesign& column) {
+    return column.required || column.allowZeroLength;
+}
+
+/// The chunk of a column; the numbers are those of the names.
+void putColumn(Bytes& out, const ColumnDesign& column, std::size_t required, std::size_t zeroLength,
+               Format format) {
+    Bytes name;
+    putName(name, column.name, format);
+    Bytes data;
+    put32(data, static_cast<std::uint32_t>(4 + name.size()));
+    putBytes(data, name);
+    if (column.required) putTruth(data, required);
+    if (column.allowZeroLength) putTruth(data, zeroLength);
+    putChunk(out, columnChunk, data);
+}
+
 } // namespace
 
 void readProperties(const Bytes& stored, Format format, std::vector<Column>& columns) try {
     const View all(0, stored);
     std::vector<std::string> names;
-    for (std::size_t at = 4; at < all.size();) {
+    for (std::size_t at = markBytes; at < all.size();) {
         const View chunk = all.part(at, std::max<std::size_t>(all.u32(at), chunkHeader));
         const std::uint16_t kind = chunk.u16(4);
         if (kind == namesChunk) {
@@ -90,27 +108,47 @@ void readProperties(const Bytes& stored, Format format, std::vector<Column>& col
 }
 
 Bytes makeProperties(const std::vector<ColumnDesign>& columns, Format format) {
-    const bool any =
-        std::ranges::any_of(columns, [](const ColumnDesign& c) { return c.required || c.allowZeroLength; });
-    if (!any) return {};
+    if (std::ranges::none_of(columns, hasProperties)) return {};
     Bytes out;
     putBytes(out, format == Format::Jet4 ? markJet4 : markJet3);
     Bytes names;
     putName(names, requiredName, format);
     putName(names, zeroLengthName, format);
     putChunk(out, namesChunk, names);
-    for (const ColumnDesign& column : columns) {
-        if (!column.required && !column.allowZeroLength) continue;
-        Bytes name;
-        putName(name, column.name, format);
-        Bytes data;
-        put32(data, static_cast<std::uint32_t>(4 + name.size()));
-        putBytes(data, name);
-        if (column.required) putTruth(data, 0);
-        if (column.allowZeroLength) putTruth(data, 1);
-        putChunk(out, columnChunk, data);
-    }
+    for (const ColumnDesign& column : columns)
+        if (hasProperties(column)) putColumn(out, column, 0, 1, format);
     return out;
+}
+
+Bytes withColumn(const Bytes& stored, const ColumnDesign& column, Format format) try {
+    if (!hasProperties(column)) return stored;
+    if (stored.empty()) return makeProperties({column}, format);
+    const View all(0, stored);
+    const View first = all.part(markBytes, all.u32(markBytes));
+    if (first.u16(4) != namesChunk) return stored;
+    std::vector<std::string> names;
+    for (std::size_t at = chunkHeader; at < first.size();)
+        names.push_back(readName(first, at, format));
+    const ByteView kept = first.bytes();
+    Bytes known(kept.begin() + chunkHeader, kept.end());
+    const auto numberOf = [&](std::string_view name) {
+        const auto found = std::ranges::find(names, name);
+        const auto number = static_cast<std::size_t>(found - names.begin());
+        if (found == names.end()) {
+            putName(known, name, format);
+            names.emplace_back(name);
+        }
+        return number;
+    };
+    const std::size_t required = numberOf(requiredName);
+    const std::size_t zeroLength = numberOf(zeroLengthName);
+    Bytes out(stored.begin(), stored.begin() + markBytes);
+    putChunk(out, namesChunk, known);
+    putBytes(out, all.bytes(markBytes + first.size(), all.size() - markBytes - first.size()));
+    putColumn(out, column, required, zeroLength, format);
+    return out;
+} catch (const Error&) {
+    return stored;
 }
 
 } // namespace jet

@@ -10,5 +10,8 @@ namespace jet {
 void readProperties(const Bytes& stored, Format format, std::vector<Column>& columns);
 /// The properties of a new table; empty when nothing differs from what holds without them.
 [[nodiscard]] Bytes makeProperties(const std::vector<ColumnDesign>& columns, Format format);
+/// The stored properties of a table with those of a new column; what else stands in them stays. Properties
+/// that are damaged are left as they are.
+[[nodiscard]] Bytes withColumn(const Bytes& stored, const ColumnDesign& column, Format format);
 
 } // namespace jet

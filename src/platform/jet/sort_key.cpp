@@ -131,6 +131,10 @@ struct Encoder {
 
 } // namespace
 
+bool isNullFlag(std::uint8_t flag) {
+    return flag == ascendingNull || flag == descendingNull;
+}
+
 void appendKey(Bytes& out, const KeyColumn& column, const Value& value, Format format) {
     if (isNull(value) && column.type != ColumnType::Boolean) {
         out.push_back(column.ascending ? ascendingNull : descendingNull);

@@ -16,4 +16,7 @@ struct KeyColumn {
 /// order. Never fails for such values.
 void appendKey(Bytes& out, const KeyColumn& column, const Value& value, Format format);
 
+/// The flag byte of Null, which has nothing behind it.
+[[nodiscard]] bool isNullFlag(std::uint8_t flag);
+
 } // namespace jet

@@ -168,8 +168,10 @@ void TableStore::requireFreeKeys(const Keys& keys, const Keys& old) {
             throw Error(ErrorKind::RowTooLong,
                         "The values are too long for an index of the table '" + m_name + "'.");
         if ((m_def.indexData[i].flags & indexUnique) == 0) continue;
-        // Keys that are Null throughout, a single flag byte a column, may repeat.
-        const bool allNull = keys[i]->size() == m_def.indexData[i].columns.size();
+        // Keys that are Null throughout, a single flag byte a column, may repeat. An empty Binary has no more
+        // than its flag either.
+        const bool allNull = keys[i]->size() == m_def.indexData[i].columns.size() &&
+                             std::ranges::all_of(*keys[i], isNullFlag);
         if (!allNull && m_trees[i]->contains(*keys[i]))
             throw Error(
                 ErrorKind::DuplicateKey,

@@ -194,6 +194,8 @@ std::string ansiFromUtf8(std::string_view text) {
 View withoutPadding(const View& stored, Format format) {
     const std::size_t unit = format == Format::Jet4 ? 2 : 1;
     const ByteView bytes = stored.bytes();
+    // Behind compressed text the padding switches modes, which shows nothing.
+    if (unit == 2 && bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) return stored;
     std::size_t length = bytes.size() - bytes.size() % unit;
     while (length >= unit && bytes[length - 1] == 0 && bytes[length - unit] == 0)
         length -= unit;
