@@ -116,6 +116,7 @@ int main(int argc, char** argv) {
     addTransfer(app, status);
     cli::addLevels(app, status);
     cli::addCheck(app, status);
+    cli::addHeading(app, status);
     addJet(app, status);
     cli::addSectionCommands(app, status);
     try {

@@ -1,6 +1,7 @@
 #include "survey_options.h"
 
 #include "check_command.h"
+#include "heading_command.h"
 #include "levels_command.h"
 
 #include <CLI/CLI.hpp>
@@ -62,6 +63,14 @@ void addCheck(CLI::App& app, int& status) {
     command->add_option("--staff", options->staff, "Length of the staff, m; 5 at first")
         ->check(CLI::PositiveNumber);
     command->callback([options, &status] { status = check(*options, std::cin, std::cout, std::cerr); });
+}
+
+void addHeading(CLI::App& app, int& status) {
+    CLI::App* command = app.add_subcommand("heading", "Show the heading of a book, or set texts of it");
+    const auto options = std::make_shared<HeadingOptions>();
+    command->add_option("FILE.grl", options->book, "Project")->required();
+    command->add_option("KEY=VALUE", options->texts, "Texts to set; an empty one is taken away");
+    command->callback([options, &status] { status = heading(*options, std::cout, std::cerr); });
 }
 
 } // namespace cli

@@ -10,5 +10,6 @@ namespace cli {
 
 void addLevels(CLI::App& app, int& status);
 void addCheck(CLI::App& app, int& status);
+void addHeading(CLI::App& app, int& status);
 
 } // namespace cli

@@ -7,6 +7,14 @@ namespace exchange {
 
 using basic::val;
 
+void ExportFrame::takeHeading(const sheet::Heading& heading) {
+    const auto put = [](std::string& box, std::string& before, const std::string& text) {
+        if (box.empty() || box == before) box = before = text;
+    };
+    put(txtName.text, m_headingName, heading.text("work"));
+    put(txtSurvey.text, m_headingSurvey, heading.text("surveyor"));
+}
+
 void ExportFrame::Dsb() {
     visible = true;
     commandsEnabled = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "sheet/heading.h"
 
 #include <array>
 #include <string>
@@ -50,11 +51,16 @@ struct ExportFrame {
     bool chkFRL = false;
     std::string lblProj; ///< the road database that formation levels go to
 
+    bool sendsAdjusted = false; ///< R.Level. holds adjusted levels, which go as they are
+
     std::string madeFolder; ///< the project folder that the last transfer made
 
     bool visible = false;
     bool commandsEnabled = true; ///< cmdDel, cmdIns, cmdList, cmdNew, cmdOpen, cmdSave, cmdCal and cmdExit
     std::string_view focus; ///< the control that asks for the focus; the window takes it and empties this
+
+    /// Puts work and surveyor into txtName and txtSurvey, but never over a text that was typed.
+    void takeHeading(const sheet::Heading& heading);
 
     void Dsb(); ///< shows the frame and disables the eight buttons
     void Enb(); ///< the reverse
@@ -71,6 +77,8 @@ struct ExportFrame {
     bool Cal(desktop::Desktop& desktop);
 
   private:
+    std::string m_headingName;   ///< what a heading put into txtName
+    std::string m_headingSurvey; ///< and into txtSurvey
     void enableWidths();
     bool calSlopes(desktop::Desktop& desktop);
     bool calTopWidth(desktop::Desktop& desktop);

@@ -11,10 +11,13 @@
 #include "reading_walk.h"
 #include "road_schema.h"
 #include "sheet/reduction.h"
+#include "survey/adjusted.h"
 #include "tools/road_tables.h"
 #include "work_copy.h"
 
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace exchange {
 
@@ -222,6 +225,39 @@ class Transfer {
     std::string m_folder; ///< the project folder once it is made
 };
 
+std::vector<std::string> levelColumn(const sheet::Grid& grid) {
+    std::vector<std::string> levels;
+    levels.reserve(static_cast<std::size_t>(grid.Rows()));
+    for (int row = 0; row < grid.Rows(); ++row)
+        levels.push_back(grid.Text(row, sheet::RLevel));
+    return levels;
+}
+
+/// Reduces the book, but leaves R.Level. as it is while it holds the adjusted levels of these readings: they
+/// are what the user wants to be sent. False when the reduction stopped.
+bool reduceForTransfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+    sheet::Grid& grid = book.MSFG;
+    frame.sendsAdjusted = survey::holdsAdjustedLevels(grid);
+    const std::vector<std::string> before = levelColumn(grid);
+    const bool reduced = !sheet::reduceLevels(book, desktop).stopped();
+    survey::Runs runs(grid);
+    int others = 0;
+    for (int row = 2; row < grid.Rows(); ++row) {
+        const std::string& level = before[static_cast<std::size_t>(row)];
+        if (frame.sendsAdjusted)
+            grid.setText(row, sheet::RLevel, level);
+        else if (!level.empty() && level != grid.Text(row, sheet::RLevel))
+            ++others;
+    }
+    if (frame.sendsAdjusted)
+        desktop.status("Sends adjusted levels");
+    else if (others > 0 && reduced && survey::hasClosedSection(runs))
+        desktop.status("Sends the levels of the readings: " + std::to_string(others) +
+                       (others == 1 ? " level" : " levels") +
+                       " in R.Level. belonged to other readings or known levels");
+    return reduced;
+}
+
 } // namespace
 
 bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
@@ -229,8 +265,9 @@ bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& 
         desktop.messageBox("1st Enter Field Book Data...");
         return false;
     }
+    frame.takeHeading(book.JobHeading);
     frame.Dsb();
-    const bool reduced = !sheet::reduceLevels(book, desktop).stopped();
+    const bool reduced = reduceForTransfer(book, desktop, frame);
     frame.visible = true;
     return reduced;
 }

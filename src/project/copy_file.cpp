@@ -11,6 +11,7 @@ namespace project {
 
 namespace {
 
+constexpr std::string_view headingLine = "heading ";
 constexpr std::string_view firstLine = "ZavroGrl unsaved book 1";
 
 void addEscaped(std::string& out, std::string_view text) {
@@ -87,6 +88,9 @@ std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_po
     std::array<char, 32> height{};
     const auto end = std::to_chars(height.data(), height.data() + height.size(), book.CurrentHI).ptr;
     line("height", std::string_view(height.data(), static_cast<std::size_t>(end - height.data())));
+    for (std::size_t key = 0; key < sheet::Heading::keys.size(); ++key)
+        if (const std::string& text = book.JobHeading.text(key); !text.empty())
+            line(std::string(headingLine) + sheet::Heading::keys[key], text);
     const sheet::Grid& grid = book.MSFG;
     for (int row = 1; row < grid.Rows(); ++row) {
         out += "\nrow";
@@ -121,6 +125,13 @@ std::optional<BookCopy> parseCopy(std::string_view content) {
     std::from_chars(height->data(), height->data() + height->size(), copy.height);
     while (const std::optional<std::string_view> line = take(content, '\n')) {
         if (*line == "end" && !copy.rows.empty()) return copy;
+        if (line->starts_with(headingLine)) {
+            const std::string_view text = line->substr(headingLine.size());
+            const std::size_t blank = std::min(text.find(' '), text.size() - 1);
+            const auto key = sheet::Heading::find(text.substr(0, blank));
+            if (key) copy.heading.setText(*key, unescaped(text.substr(blank + 1)));
+            continue;
+        }
         std::optional<std::vector<std::string>> row;
         if (line->starts_with("row ")) row = parseRow(line->substr(4));
         if (!row) return std::nullopt;

@@ -23,6 +23,7 @@ struct BookCopy {
     std::string fileMark;
     char side = 'C';
     float height = 0;
+    sheet::Heading heading;
     std::vector<std::vector<std::string>> rows;
 };
 

@@ -64,6 +64,7 @@ bool op(sheet::Book& book, desktop::Desktop& desktop) {
         book.MSFG.setRows(2);
         dropColours(book.MSFG);
         book.FileMark.clear();
+        book.JobHeading = {};
         std::string mark = fileMark(book.FileName);
         GrlReader reader(book.FileName);
         book.CurrentHI = book.LastReading = 0;
@@ -81,12 +82,13 @@ bool op(sheet::Book& book, desktop::Desktop& desktop) {
                 throw;
             }
         }
+        book.JobHeading = reader.heading();
         book.FileMark = std::move(mark);
-        book.SavedMark = gridMark(book.MSFG);
+        book.SavedMark = bookMark(book);
         tellLeftover(desktop, stayed, before);
         return true;
     } catch (const basic::RuntimeError& error) {
-        book.SavedMark = gridMark(book.MSFG); // a remainder that nobody typed
+        book.SavedMark = bookMark(book); // a remainder that nobody typed
         showLoadError(desktop, error);
         return false;
     }

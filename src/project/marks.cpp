@@ -21,6 +21,14 @@ std::uint64_t gridMark(const sheet::Grid& grid) {
     return anyText ? mark : 0;
 }
 
+std::uint64_t bookMark(const sheet::Book& book) {
+    std::uint64_t mark = gridMark(book.MSFG);
+    if (book.JobHeading.empty()) return mark;
+    for (std::size_t key = 0; key < sheet::Heading::keys.size(); ++key)
+        mark = mark * 31 + std::hash<std::string>{}(book.JobHeading.text(key));
+    return mark;
+}
+
 std::string fileMark(std::string_view path) {
     const std::optional<files::Status> is = basic::during(
         basic::FileAction::OpenForInput, [&] { return files::statusOf(basic::nativePath(path)); });

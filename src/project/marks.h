@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sheet/grid.h"
+#include "sheet/book.h"
 
 #include <cstdint>
 #include <string>
@@ -11,6 +11,9 @@ namespace project {
 /// A number that differs when the texts of two grids differ; 0 for a grid without any text. Good within one
 /// process.
 [[nodiscard]] std::uint64_t gridMark(const sheet::Grid& grid);
+
+/// The same for all of a book that its file holds, the heading included.
+[[nodiscard]] std::uint64_t bookMark(const sheet::Book& book);
 
 /// A text that changes when another program writes the file; empty when there is no such file.
 [[nodiscard]] std::string fileMark(std::string_view path);

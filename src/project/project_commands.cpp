@@ -43,7 +43,8 @@ void emptyBook(sheet::Book& book, desktop::Desktop& desktop) {
     desktop.focusGrid();
     book.CurrentHI = book.LastReading = 0;
     book.BookChanged = false;
-    book.SavedMark = gridMark(grid);
+    book.JobHeading = {};
+    book.SavedMark = bookMark(book);
 }
 
 void refuse(sheet::Book& book, desktop::Desktop& desktop, const Aside& aside) {

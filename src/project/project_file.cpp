@@ -202,8 +202,10 @@ Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view
         writer.write(row);
         desktop.setProgress(static_cast<float>(row) * 100 / static_cast<float>(grid.Rows()));
     }
+    Refused refused = writer.refused();
+    refused.heading = !writeHeading(database, book.JobHeading);
     database.Close();
-    return writer.refused();
+    return refused;
 }
 
 GrlReader::GrlReader(std::string_view path)

@@ -2,6 +2,7 @@
 
 #include "dao/dao.h"
 #include "desktop/desktop.h"
+#include "job_heading.h"
 #include "sheet/book.h"
 
 #include <cstdint>
@@ -25,6 +26,7 @@ struct Refused {
     int count = 0;
     int row = 0; ///< the first of them
     int col = 0;
+    bool heading = false; ///< the heading, since the file's table of that name is another one
 };
 
 /// Replaces the records of Grl in the database at `path` by the grid's rows, hiding the grid meanwhile. The
@@ -37,6 +39,7 @@ class GrlReader {
   public:
     GrlReader(std::string_view path);
 
+    [[nodiscard]] sheet::Heading heading() { return readHeading(m_database); }
     [[nodiscard]] std::int32_t count() const { return m_count; }
     /// Fills the grid from `firstRow` on, which must have the rows, and sets CurrentHI to the last HI that is
     /// not Null. Offset cells that a record does not fill keep their text. Leaves the cursor on the last row.

@@ -85,12 +85,12 @@ std::string question(const BookCopy& copy) {
 } // namespace
 
 bool isUnsaved(const sheet::Book& book) {
-    return gridMark(book.MSFG) != book.SavedMark;
+    return bookMark(book) != book.SavedMark;
 }
 
 Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
     if (!isUnsaved(book)) return {};
-    const std::uint64_t mark = gridMark(book.MSFG);
+    const std::uint64_t mark = bookMark(book);
     if (mark == book.AsideMark && basic::fileExists(book.AsideCopy)) return {book.AsideCopy, {}};
     std::string path = newCopyPath(desktop);
     try {
@@ -124,7 +124,7 @@ void Recovery::offer() {
         if (answer == desktop::Answer::Cancel) return;
         if (answer == desktop::Answer::Yes) {
             restore(found.copy);
-            write(gridMark(m_book.MSFG));
+            write(bookMark(m_book));
             if (!m_path.empty()) files::removeQuietly(found.path); // else the old copy stays the only one
             return;
         }
@@ -133,7 +133,7 @@ void Recovery::offer() {
 }
 
 std::chrono::milliseconds Recovery::keep() {
-    const std::uint64_t mark = gridMark(m_book.MSFG);
+    const std::uint64_t mark = bookMark(m_book);
     if (mark == m_book.SavedMark) {
         discard();
         return std::chrono::milliseconds{0};
@@ -181,6 +181,7 @@ void Recovery::restore(const BookCopy& copy) {
     m_book.Caption = copy.caption;
     m_book.FileName = copy.fileName;
     m_book.FileMark = copy.fileMark;
+    m_book.JobHeading = copy.heading;
     m_book.CurrentSide = copy.side;
     m_book.CurrentHI = copy.height;
     m_book.BookChanged = true;

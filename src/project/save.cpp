@@ -43,8 +43,13 @@ Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, st
         return notWritten(error.description());
     }
     book.FileMark = fileMark(path);
+    if (refused.heading) {
+        report.addFirst("Saved " + path +
+                        ", but not the heading: the file's table Job is not one of this program.");
+        return {.end = Saved::Partly, .leftOut = refused.count};
+    }
     if (refused.count == 0) {
-        book.SavedMark = gridMark(book.MSFG);
+        book.SavedMark = bookMark(book);
         report.add("Saved " + path + '.');
         return {.end = Saved::Whole};
     }

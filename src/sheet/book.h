@@ -1,6 +1,7 @@
 #pragma once
 
 #include "grid.h"
+#include "heading.h"
 
 #include <array>
 #include <cstdint>
@@ -62,6 +63,7 @@ struct Book {
     std::uint64_t AsideMark = 0;            ///< mark of the grid that was last set aside
     std::string AsideCopy;                  ///< and where that copy is
     std::string DefaultFolder = "C:\\Road"; ///< parent of the project folders that the transfer makes
+    Heading JobHeading;
     Settings settings;
     OffsetArray LeftOffsets{};
     OffsetArray RightOffsets{};

@@ -345,6 +345,10 @@ void ExportPanel::buildButtons() {
     auto* cancel = new CommandButton(QStringLiteral("cmdCancel"), text("&Cancel"), nullptr);
     auto* transfer = new CommandButton(QStringLiteral("cmdTr"), text("&Transfer"), nullptr);
     transfer->setDefault(true);
+    auto* adjusted = new QLabel(text("Sends adjusted levels"));
+    adjusted->setObjectName(QStringLiteral("lblAdjusted"));
+    m_mirrors.emplace_back([this, adjusted] { adjusted->setVisible(m_frame.sendsAdjusted); });
+    buttons().addWidget(adjusted);
     for (CommandButton* button : {cancel, transfer}) {
         button->setMinimumWidth(96);
         buttons().addWidget(button);

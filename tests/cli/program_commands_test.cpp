@@ -1,5 +1,6 @@
 // The commands that work on project files and road databases, on a program folder of their own.
 
+#include "cli/heading_command.h"
 #include "cli/project_files.h"
 #include "cli/transfer_command.h"
 #include "dao/dao.h"
@@ -156,6 +157,17 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
     EXPECT_EQ(home.read("absurd.grl"), absurd) << "not saved half reduced";
     EXPECT_TRUE(fs::is_empty(home / "roads"));
     EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(ProgramCommands, TheHeadingIsShownAndSet) {
+    ASSERT_EQ(make(book, testData("books/geocalc-abcg.csv")), cli::Done);
+    EXPECT_EQ(cli::heading({book, {"surveyor=N. N.", "WORK=Road = new"}}, out, err), cli::Done);
+    EXPECT_EQ(cli::heading({book, {"surveyor=", "date=1 May"}}, out, err), cli::Done);
+    EXPECT_EQ(out.str(), "work=Road = new\nsurveyor=N. N.\nwork=Road = new\ndate=1 May\n");
+    EXPECT_EQ(cli::heading({book, {"colour=red"}}, out, err), cli::WrongUsage);
+    EXPECT_EQ(cli::heading({book, {"date=" + std::string(256, 'x')}}, out, err), cli::Failed);
+    EXPECT_EQ(cli::heading({home / "none.grl", {"date=x"}}, out, err), cli::Failed);
+    EXPECT_EQ(cli::heading({home / "data/zavrogrl/Rod.mdb", {"date=x"}}, out, err), cli::Failed);
 }
 
 } // namespace

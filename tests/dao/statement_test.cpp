@@ -20,14 +20,21 @@ TEST(Statement, WhatIsUnderstood) {
         {"alter table LSect add LExCrW Single", AddColumn, "LSect", "LExCrW", "Single"},
         {"Alter Table LSect Add Column RFA Text(50)", AddColumn, "LSect", "RFA", "Text(50)"},
         {"ALTER TABLE [a b] ADD [c d] text ( 25 );", AddColumn, "a b", "c d", "text ( 25 )"},
+        {"Create Table [a b](K Text(50) Primary Key, [c, d] Numeric(18,4));", CreateTable, "a b", "K*c, d",
+         "Text(50)Numeric(18,4)"},
         {"alter table T add column Single", AddColumn, "T", "column", "Single"},
     };
     for (const Case& c : cases) {
         const dao::Statement statement = dao::parseStatement(c.text);
         EXPECT_EQ(statement.kind, c.kind) << c.text;
         EXPECT_EQ(statement.table, c.table) << c.text;
-        EXPECT_EQ(statement.column, c.column) << c.text;
-        EXPECT_EQ(statement.type, c.type) << c.text;
+        std::string columns, types;
+        for (const auto& [name, type, primaryKey] : statement.columns) {
+            columns += name + (primaryKey ? "*" : "");
+            types += type;
+        }
+        EXPECT_EQ(columns, c.column) << c.text;
+        EXPECT_EQ(types, c.type) << c.text;
     }
 }
 
@@ -37,6 +44,9 @@ TEST(Statement, SyntaxErrors) {
         {"alter table LSect add", 3292},
         {"alter table add F Single", 3292},
         {"alter LSect add F Single", 3292},
+        {"create table T (F)", 3292},
+        {"create table T", 3292},
+        {"create T (F Long)", 3292},
         {"alter table LSect drop F", 3292},
         {"", 3129},
         {"Delete From T", 3129},

@@ -78,3 +78,19 @@ TEST(ExportFrame, GutterIsWorkedOutInBothModes) {
         EXPECT_LE(desktop.boxes.size(), 1U);
     }
 }
+
+TEST(ExportFrame, TheHeadingFillsWhatNobodyTyped) {
+    ExportFrame frame;
+    sheet::Heading heading;
+    heading.setText(*sheet::Heading::find("work"), "First road");
+    heading.setText(*sheet::Heading::find("surveyor"), "N. N.");
+    frame.takeHeading(heading);
+    EXPECT_EQ(frame.txtName.text + '|' + frame.txtSurvey.text, "First road|N. N.");
+    frame.txtSurvey.text = "typed";
+    heading.setText(*sheet::Heading::find("work"), "Second road");
+    heading.setText(*sheet::Heading::find("surveyor"), "M. M.");
+    frame.takeHeading(heading);
+    EXPECT_EQ(frame.txtName.text + '|' + frame.txtSurvey.text, "Second road|typed");
+    frame.takeHeading({});
+    EXPECT_EQ(frame.txtName.text + '|' + frame.txtSurvey.text, "|typed");
+}

@@ -238,4 +238,22 @@ TEST_F(TransferTest, ExportButtonReducesAndOpensTheFrame) {
     EXPECT_TRUE(frame.visible && !frame.commandsEnabled);
 }
 
+TEST_F(TransferTest, AdjustedLevelsAreSentAsTheyStandWhileTheyBelongToTheReadings) {
+    keyRows(book.MSFG, {",,,,1.5,,,,100,A", "00-000,,0,,,1.4,,,100.102", "CP,,,,1.4,,1.5,,100.002",
+                        "00-010,,0,,,1.3,,,100.104", "CP,,,,,,1.398,,100.006,A = 100.006"});
+    ASSERT_TRUE(exchange::showExportFrame(book, desktop, frame));
+    EXPECT_TRUE(frame.sendsAdjusted);
+    EXPECT_EQ(desktop.statuses.back(), "Sends adjusted levels");
+    EXPECT_EQ(book.MSFG.Text(2, sheet::RLevel), "100.102");
+    EXPECT_EQ(book.MSFG.Text(3, sheet::HgtInst), "101.400"); // reduced as ever
+    frame.Enb();
+    book.MSFG.setText(2, sheet::InterSight, "1.3"); // another reading: the rest belonged to the old ones
+    ASSERT_TRUE(exchange::showExportFrame(book, desktop, frame));
+    EXPECT_FALSE(frame.sendsAdjusted);
+    EXPECT_EQ(book.MSFG.Text(2, sheet::RLevel), "100.200");
+    EXPECT_EQ(
+        desktop.statuses.back(),
+        "Sends the levels of the readings: 4 levels in R.Level. belonged to other readings or known levels");
+}
+
 } // namespace

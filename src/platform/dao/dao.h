@@ -111,8 +111,9 @@ class Database {
     Database(Database&&) noexcept;
     Database& operator=(Database&&) noexcept;
 
-    /// Runs "Delete * From T" or "alter table T add F TYPE" in any letter case; anything else, and a missing
-    /// type, is the engine's syntax error (3292 for alter, 3129 for an unknown statement).
+    /// Runs "Delete * From T", "alter table T add F TYPE" or "create table T (F TYPE [primary key], ...)" in
+    /// any letter case; anything else, and a missing type, is the engine's syntax error (3292 for alter, 3129
+    /// for an unknown statement).
     void Execute(std::string_view statement);
     [[nodiscard]] Recordset OpenRecordset(std::string_view table); ///< 3078 when there is no such table
     [[nodiscard]] std::vector<std::string> TableNames() const;     ///< user tables

@@ -50,6 +50,13 @@ jet::Database openFile(const std::string& path, std::string_view password) {
     }
 }
 
+jet::ColumnDesign designOf(const Statement::Column& column) {
+    auto design = jet::columnTypeOf(column.type);
+    if (!design) raise(EngineError::FieldDefinition);
+    design->name = column.name;
+    return *design;
+}
+
 } // namespace
 
 Database OpenDatabase(std::string_view path, std::string_view connect) {
@@ -67,12 +74,18 @@ void Database::Execute(std::string_view text) {
     if (statement.kind == Statement::Kind::DeleteAll) {
         if (!database.hasTable(statement.table)) raise(EngineError::NoSuchTable, statement.table);
         translated(statement.table, [&] { database.table(statement.table).clear(); });
-    } else {
-        auto column = jet::columnTypeOf(statement.type);
-        if (!column) raise(EngineError::FieldDefinition);
+    } else if (statement.kind == Statement::Kind::AddColumn) {
+        const jet::ColumnDesign column = designOf(statement.columns.front());
         if (!database.hasTable(statement.table)) raise(EngineError::NoTableOrConstraint);
-        column->name = statement.column;
-        translated(statement.column, [&] { database.addColumn(statement.table, *column); });
+        translated(column.name, [&] { database.addColumn(statement.table, column); });
+    } else {
+        jet::TableDesign design{statement.table};
+        for (const Statement::Column& column : statement.columns) {
+            design.columns.push_back(designOf(column));
+            if (column.primaryKey)
+                design.indexes.push_back({"PrimaryKey", {{column.name}}, jet::IndexKind::PrimaryKey});
+        }
+        translated(statement.table, [&] { database.createTable(design); });
     }
     ++m_state->connection->changes;
 }

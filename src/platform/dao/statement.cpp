@@ -60,7 +60,7 @@ class Words {
         }
         std::size_t length = m_rest.front() == '*' ? 1 : 0;
         while (length < m_rest.size() && m_rest.front() != '*' && !isBlank(m_rest[length]) &&
-               m_rest[length] != '*' && m_rest[length] != '[')
+               m_rest[length] != '*' && m_rest[length] != '[' && m_rest[length] != '(')
             ++length;
         const std::string_view word = m_rest.substr(0, length);
         m_rest.remove_prefix(length);
@@ -70,6 +70,46 @@ class Words {
     std::string_view m_rest;
 };
 
+/// Cuts at the commas that stand in no brackets.
+std::vector<std::string_view> splitAtCommas(std::string_view text) {
+    std::vector<std::string_view> parts;
+    int depth = 0;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '(' || text[at] == '[') ++depth;
+        if (text[at] == ')' || text[at] == ']') --depth;
+        if (text[at] != ',' || depth > 0) continue;
+        parts.push_back(text.substr(begin, at - begin));
+        begin = at + 1;
+    }
+    parts.push_back(text.substr(begin));
+    return parts;
+}
+
+Statement::Column parseColumn(std::string_view text) {
+    constexpr std::string_view key = " primary key";
+    Words words(text);
+    const auto name = words.name();
+    std::string_view type = words.rest();
+    if (!name || type.empty()) raise(EngineError::FieldDefinition);
+    const bool primary =
+        type.size() > key.size() && basic::sameText(type.substr(type.size() - key.size()), key);
+    if (primary) type.remove_suffix(key.size());
+    return {*name, std::string(type), primary};
+}
+
+Statement parseCreate(Words words) {
+    if (!words.take("table")) raise(EngineError::FieldDefinition);
+    const auto table = words.name();
+    const std::string_view rest = words.rest();
+    if (!table || rest.size() < 2 || rest.front() != '(' || rest.back() != ')')
+        raise(EngineError::FieldDefinition);
+    Statement statement{Statement::Kind::CreateTable, *table};
+    for (const std::string_view column : splitAtCommas(rest.substr(1, rest.size() - 2)))
+        statement.columns.push_back(parseColumn(column));
+    return statement;
+}
+
 } // namespace
 
 Statement parseStatement(std::string_view text) {
@@ -78,8 +118,9 @@ Statement parseStatement(std::string_view text) {
         if (!words.take("*") || !words.take("from")) raise(EngineError::StatementExpected);
         const auto table = words.name();
         if (!table || !words.rest().empty()) raise(EngineError::StatementExpected);
-        return {Statement::Kind::DeleteAll, *table, {}, {}};
+        return {Statement::Kind::DeleteAll, *table};
     }
+    if (words.take("create")) return parseCreate(words);
     if (!words.take("alter")) raise(EngineError::StatementExpected);
     if (!words.take("table")) raise(EngineError::FieldDefinition);
     const auto table = words.name();
@@ -91,7 +132,7 @@ Statement parseStatement(std::string_view text) {
         column = words.name();
     }
     if (!column || words.rest().empty()) raise(EngineError::FieldDefinition);
-    return {Statement::Kind::AddColumn, *table, *column, std::string(words.rest())};
+    return {Statement::Kind::AddColumn, *table, {{*column, std::string(words.rest())}}};
 }
 
 } // namespace dao
