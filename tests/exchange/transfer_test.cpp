@@ -240,7 +240,7 @@ TEST_F(TransferTest, ExportButtonReducesAndOpensTheFrame) {
 
 TEST_F(TransferTest, AdjustedLevelsAreSentAsTheyStandWhileTheyBelongToTheReadings) {
     keyRows(book.MSFG, {",,,,1.5,,,,100,A", "00-000,,0,,,1.4,,,100.102", "CP,,,,1.4,,1.5,,100.002",
-                        "00-010,,0,,,1.3,,,100.104", "CP,,,,,,1.398,,100.006,A = 100.006"});
+                        "00-010,,0,,,1.3,,,100.104", "CP,,,,,,1.398,,100.006,B = 100.006"});
     ASSERT_TRUE(exchange::showExportFrame(book, desktop, frame));
     EXPECT_TRUE(frame.sendsAdjusted);
     EXPECT_EQ(desktop.statuses.back(), "Sends adjusted levels");
