@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* table = "Grl";
 constexpr int outOfMemory = 7;
+constexpr int valueRequired = 3314;
 
 /// The fields of Grl, looked up once and not by name in each record. A field that an unusual file lacks is an
 /// error where it is used.
@@ -122,7 +123,8 @@ class RowWriter {
     void attempt(int col, Step&& step) {
         try {
             step();
-        } catch (const basic::RuntimeError&) {
+        } catch (const basic::RuntimeError& error) {
+            if (error.number() == valueRequired) throw; // the save ends; the record is not dropped
             if (m_refused.count++ == 0) {
                 m_refused.row = m_row;
                 m_refused.col = col;

@@ -97,6 +97,24 @@ TEST_F(ForeignFilesTest, ABookThatAnotherInstanceHoldsStaysAsItIs) {
     EXPECT_EQ(remarkIn(path), "theirs");
 }
 
+TEST_F(ForeignFilesTest, FieldsThatTakeNoEmptyTextOrNoNull) {
+    jet::TableDesign design = grlDesign();
+    design.columns[0].allowZeroLength = false;
+    const std::string nulls = folder / "nulls.grl";
+    const std::string needed = folder / "needed.grl";
+    makeDatabase(nulls, design);
+    open(nulls);
+    saveRows({"00-000", "", "CP"});
+    EXPECT_THAT(records(nulls), testing::SizeIs(3)) << "an empty chainage goes as Null";
+    EXPECT_THAT(desktop.statuses.back(), testing::Not(HasSubstr("left out")));
+    design.columns[0].required = true;
+    makeDatabase(needed, design);
+    open(needed);
+    saveRows({"00-000", "", "CP"});
+    EXPECT_THAT(desktop.statuses.back(), HasSubstr("not saved: The field 'Grl.Chn' cannot contain a Null"));
+    EXPECT_THAT(records(needed), testing::IsEmpty());
+}
+
 TEST_F(ForeignFilesTest, ATableWithAKeyLeavesOutWhatItRefuses) {
     jet::TableDesign design = grlDesign();
     design.indexes.push_back({"PrimaryKey", {{.name = "Chn"}}, jet::IndexKind::PrimaryKey});

@@ -2,8 +2,8 @@
 
 #include "data_page.h"
 #include "header.h"
+#include "map_row.h"
 #include "rc4.h"
-#include "usage_map.h"
 
 #include <algorithm>
 
@@ -84,11 +84,6 @@ void Pager::extend() {
     ++m_changedPages;
 }
 
-FreePages& Pager::freePages() {
-    if (!m_freePages) m_freePages = std::make_unique<FreePages>(*this);
-    return *m_freePages;
-}
-
 std::uint32_t Pager::allocate(std::uint32_t lowest) {
     requireWritable();
     lowest = std::max(lowest, catalogPage + 1);
@@ -115,10 +110,6 @@ void Pager::release(std::uint32_t number, PageKind mark) {
 void Pager::requireSound() const {
     if (m_spoiled)
         throw Error(ErrorKind::Corrupt, "A change was broken off half-way; nothing of it is written.");
-}
-
-void Pager::flush() {
-    if (m_freePages) m_freePages->save();
 }
 
 void Pager::commit() {

@@ -6,6 +6,7 @@
 #include "layout.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace jet {
@@ -63,6 +64,9 @@ class Pager {
 
     View load(std::uint32_t number);
     void extend();
+    [[nodiscard]] std::uint32_t sizedFreeRow(Edit page, std::uint32_t rowBytes);
+    void saveFreeInline(std::uint32_t rowBytes);
+    void saveFreePages();
     void write(File& file);
 
     std::unique_ptr<File> m_file;
@@ -74,7 +78,8 @@ class Pager {
     std::size_t m_changedPages = 0;
     bool m_spoiled = false;
     std::vector<Page> m_pages;
-    std::unique_ptr<FreePages> m_freePages;
+    std::optional<FreePages> m_freePages;      ///< once it was asked for
+    std::vector<std::uint32_t> m_freeMapPages; ///< of its map, when that is of pointers
 };
 
 /// Spoils the pager when the scope is left by an exception after pages were touched, so that a change that

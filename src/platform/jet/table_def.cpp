@@ -1,6 +1,7 @@
 #include "table_def.h"
 
 #include "pager.h"
+#include "table_blocks.h"
 #include "text.h"
 
 #include <algorithm>
@@ -14,10 +15,14 @@ constexpr std::uint32_t nextPageAt = 4;
 constexpr std::uint32_t lengthAt = 8;
 constexpr std::size_t longestDefinition = std::size_t{1} << 18;
 constexpr std::uint32_t mostIndexes = 1000;
-constexpr std::uint32_t indexDataConstant = 1923;
-constexpr std::uint16_t unusedColumn = 0xFFFF;
 constexpr std::uint16_t endOfDefinition = 0xFFFF;
-constexpr std::size_t longValueBytes = 10;
+constexpr std::size_t longValueBytes = 10; ///< column number, two row pointers
+constexpr std::uint16_t markJet3 = 0x4356; ///< "VC", where Jet 4 counts the free bytes
+
+// Jet 4 only: what Access writes into every definition.
+constexpr std::size_t headConstantAt = 0x0C;
+constexpr std::uint32_t headConstant = 1625;
+constexpr std::size_t autonumbersGoOnAt = 0x18;
 
 /// Reads the string from its front; the offsets in messages count from the start of the definition.
 class Reader {
@@ -46,107 +51,6 @@ class Reader {
     std::size_t m_at;
     const Layout& m_layout;
 };
-
-ColumnDef readColumn(const View& block, const Layout& layout) {
-    ColumnDef column;
-    column.type = static_cast<ColumnType>(block.u8(0));
-    const std::size_t base = layout.jet4() ? 5 : 1; // Jet 4 has a constant behind the type
-    column.number = block.u16(base);
-    column.variableSlot = block.u16(base + 2);
-    if (layout.jet4()) {
-        column.sortOrder = block.u16(11);
-        column.sortVersion = block.u8(14);
-        column.precision = block.u8(11);
-        column.scale = block.u8(12);
-        column.flags = block.u8(15);
-        column.flags2 = block.u8(16);
-        column.fixedOffset = block.u16(21);
-        column.length = block.u16(23);
-    } else {
-        column.sortOrder = block.u16(9);
-        column.precision = block.u8(9);
-        column.scale = block.u8(10);
-        column.flags = block.u8(13);
-        column.fixedOffset = block.u16(14);
-        column.length = block.u16(16);
-    }
-    return column;
-}
-
-void writeColumn(Bytes& out, const ColumnDef& column, const Layout& layout) {
-    const bool numeric = column.type == ColumnType::Numeric;
-    const std::size_t sort =
-        numeric ? std::size_t{column.precision} | std::size_t{column.scale} << 8 : column.sortOrder;
-    put8(out, static_cast<std::size_t>(column.type));
-    if (layout.jet4()) put32(out, 1625);
-    put16(out, column.number);
-    put16(out, column.variableSlot);
-    put16(out, (column.flags & columnOfSystem) != 0 ? 0 : column.number); // order; no meaning for storage
-    if (!layout.jet4()) put16(out, 0);
-    put16(out, sort);
-    put16(out, layout.jet4() ? std::size_t{column.sortVersion} << 8 : 1252);
-    put8(out, column.flags);
-    if (layout.jet4()) {
-        put8(out, column.flags2);
-        put32(out, 0);
-    }
-    put16(out, column.fixedOffset);
-    put16(out, column.length);
-}
-
-IndexData readIndexData(const View& block, const Layout& layout) {
-    IndexData data;
-    const std::size_t base = layout.jet4() ? 4 : 0;
-    for (std::size_t i = 0; i < mostKeyColumns; ++i) {
-        const std::uint16_t column = block.u16(base + 3 * i);
-        if (column == unusedColumn) continue;
-        data.columns.push_back({column, block.u8(base + 3 * i + 2) != 0});
-    }
-    data.map = RowPointer::unpack(block.u32(base + 30));
-    data.root = block.u32(base + 34);
-    data.flags = block.u8(layout.jet4() ? 46 : 38);
-    return data;
-}
-
-void writeIndexData(Bytes& out, const IndexData& data, const Layout& layout) {
-    if (layout.jet4()) put32(out, indexDataConstant);
-    for (std::size_t i = 0; i < mostKeyColumns; ++i) {
-        const bool used = i < data.columns.size();
-        put16(out, used ? data.columns[i].column : unusedColumn);
-        put8(out, used && data.columns[i].ascending ? 1 : 0);
-    }
-    put32(out, data.map.pack());
-    put32(out, data.root);
-    if (layout.jet4()) put32(out, 0);
-    put8(out, data.flags);
-    if (layout.jet4()) out.insert(out.end(), 5, 0);
-}
-
-LogicalIndex readIndex(const View& block, const Layout& layout) {
-    const std::size_t base = layout.jet4() ? 4 : 0;
-    LogicalIndex index;
-    index.number = block.u32(base);
-    index.data = block.u32(base + 4);
-    index.relation = block.u8(base + 8);
-    index.otherIndex = block.u32(base + 9);
-    index.otherTable = block.u32(base + 13);
-    index.use = static_cast<IndexUse>(block.u8(base + 19));
-    return index;
-}
-
-void writeIndex(Bytes& out, const LogicalIndex& index, const Layout& layout) {
-    constexpr std::size_t noCascade = 4;
-    if (layout.jet4()) put32(out, 1625);
-    put32(out, index.number);
-    put32(out, index.data);
-    put8(out, index.relation);
-    put32(out, index.otherIndex);
-    put32(out, index.otherTable);
-    put8(out, noCascade);
-    put8(out, noCascade);
-    put8(out, static_cast<std::size_t>(index.use));
-    if (layout.jet4()) put32(out, 0);
-}
 
 void writeName(Bytes& out, const std::string& name, const Layout& layout) {
     Bytes text;
@@ -229,7 +133,7 @@ void TableDef::parse(const Layout& layout) {
     reader.skip(std::size_t{dataCount} * layout.counterBytes);
     for (int i = 0; i < columnCount; ++i) {
         const std::size_t at = reader.at();
-        columns.push_back(readColumn(reader.block(layout.columnBytes), layout));
+        columns.push_back(readColumnBlock(reader.block(layout.columnBytes), layout));
         if (columns.back().number >= maxColumns) string.fail(at, "a column has an impossible number");
         if (!columns.back().fixed() && columns.back().variableSlot >= variableSlots)
             string.fail(at, "a column has an impossible place");
@@ -242,7 +146,7 @@ void TableDef::parse(const Layout& layout) {
     m_columnNamesEnd = reader.at();
     for (std::uint32_t i = 0; i < dataCount; ++i) {
         const std::size_t at = reader.at();
-        indexData.push_back(readIndexData(reader.block(layout.indexDataBytes), layout));
+        indexData.push_back(readIndexDataBlock(reader.block(layout.indexDataBytes), layout));
         indexData.back().entries = string.u32(countersAt(layout, i));
         indexData.back().keys = string.u32(countersAt(layout, i) + 4);
         for (const IndexData::Part& part : indexData.back().columns)
@@ -252,7 +156,7 @@ void TableDef::parse(const Layout& layout) {
     }
     for (std::uint32_t i = 0; i < indexCount; ++i) {
         const std::size_t at = reader.at();
-        indexes.push_back(readIndex(reader.block(layout.indexBytes), layout));
+        indexes.push_back(readIndexBlock(reader.block(layout.indexBytes), layout));
         if (indexes.back().data >= dataCount) string.fail(at, "an index has no keys");
     }
     for (LogicalIndex& index : indexes)
@@ -277,8 +181,8 @@ void TableDef::create(Pager& pager) {
     m_string.assign(layout.countersAt, 0);
     Edit head(page, m_string);
     if (layout.jet4()) {
-        head.set32(0x0C, 1625);
-        head.set8(0x18, 1);
+        head.set32(headConstantAt, headConstant);
+        head.set8(autonumbersGoOnAt, 1);
     }
     head.set32(layout.rowCountAt, rowCount);
     head.set32(layout.autonumberAt, static_cast<std::uint32_t>(autonumber));
@@ -296,13 +200,13 @@ void TableDef::create(Pager& pager) {
         if (layout.jet4()) put32(m_string, 0);
     }
     for (const ColumnDef& column : columns)
-        writeColumn(m_string, column, layout);
+        writeColumnBlock(m_string, column, layout);
     for (const ColumnDef& column : columns)
         writeName(m_string, column.name, layout);
     for (const IndexData& data : indexData)
-        writeIndexData(m_string, data, layout);
+        writeIndexDataBlock(m_string, data, layout);
     for (const LogicalIndex& index : indexes)
-        writeIndex(m_string, index, layout);
+        writeIndexBlock(m_string, index, layout);
     for (const LogicalIndex& index : indexes)
         writeName(m_string, index.name, layout);
     for (const LongValueMaps& maps : longValues)
@@ -329,7 +233,7 @@ void TableDef::addColumn(Pager& pager, ColumnDef column, const LongValueMaps* ma
     m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnNamesEnd), name.begin(),
                     name.end());
     Bytes block;
-    writeColumn(block, column, layout);
+    writeColumnBlock(block, column, layout);
     m_string.insert(m_string.begin() + static_cast<std::ptrdiff_t>(m_columnBlocksEnd), block.begin(),
                     block.end());
     set16(m_string, layout.maxColumnsAt, maxColumns + 1U);
@@ -381,7 +285,7 @@ void TableDef::store(Pager& pager) {
         if (layout.jet4())
             view.set16(freeSpaceAt, left < headerBytes ? 0 : left - headerBytes);
         else
-            view.set16(freeSpaceAt, 0x4356); // "VC"
+            view.set16(freeSpaceAt, markJet3);
         view.set32(nextPageAt, i + 1 < m_pages.size() ? m_pages[i + 1] : 0);
         if (used != 0) view.setBytes(headerBytes, ByteView(m_string).subspan(at, used));
         view.fill(headerBytes + used, left, 0);

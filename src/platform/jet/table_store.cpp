@@ -170,8 +170,8 @@ void TableStore::requireFreeKeys(const Keys& keys, const Keys& old) {
         if ((m_def.indexData[i].flags & indexUnique) == 0) continue;
         // Keys that are Null throughout, a single flag byte a column, may repeat. An empty Binary has no more
         // than its flag either.
-        const bool allNull = keys[i]->size() == m_def.indexData[i].columns.size() &&
-                             std::ranges::all_of(*keys[i], isNullFlag);
+        const bool allNull =
+            keys[i]->size() == m_def.indexData[i].columns.size() && std::ranges::all_of(*keys[i], isNullFlag);
         if (!allNull && m_trees[i]->contains(*keys[i]))
             throw Error(
                 ErrorKind::DuplicateKey,

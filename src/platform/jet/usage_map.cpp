@@ -10,54 +10,14 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint8_t windowKind = 0;
-constexpr std::uint8_t pointerKind = 1;
-constexpr std::uint32_t bitsAt = 5;     ///< of a window: behind the kind and the first page
-constexpr std::uint32_t pointersAt = 1; ///< behind the kind
 constexpr std::uint32_t wordBits = 64;
-
-void eachBit(ByteView bytes, std::uint32_t first, const std::function<void(std::uint32_t)>& take) {
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        for (unsigned bits = bytes[i]; bits != 0; bits &= bits - 1)
-            take(static_cast<std::uint32_t>(first + i * 8 + static_cast<unsigned>(std::countr_zero(bits))));
-}
-
-void requireMapPage(const View& page) {
-    if (page.u8(0) != static_cast<std::uint8_t>(PageKind::UsageMap))
-        page.fail(0, "a usage map page is expected");
-}
 
 } // namespace
 
 void readUsageMap(Pager& pager, const View& row, const std::function<void(std::uint32_t)>& take,
                   std::vector<std::uint32_t>& mapPages) {
-    if (row.u8(0) == windowKind) {
-        if (row.size() < bitsAt) row.fail(0, "a usage map is too short");
-        eachBit(row.bytes(bitsAt, row.size() - bitsAt), row.u32(1), take);
-        return;
-    }
-    if (row.u8(0) != pointerKind) row.fail(0, "a usage map is of an unknown kind");
-    const std::uint32_t span = pager.layout().mapPageBits();
-    for (std::uint32_t i = 0; pointersAt + 4 * i + 4 <= row.size(); ++i) {
-        const std::uint32_t page = row.u32(pointersAt + 4 * i);
-        mapPages.push_back(page);
-        if (page == 0) continue;
-        const View map = pager.view(page);
-        requireMapPage(map);
-        eachBit(map.bytes(mapPageHeader, span / 8), i * span, take);
-    }
-    while (!mapPages.empty() && mapPages.back() == 0)
-        mapPages.pop_back();
-}
-
-void initMapPage(Edit page) {
-    page.fill(0, page.size(), 0);
-    page.set8(0, static_cast<std::uint8_t>(PageKind::UsageMap));
-    page.set8(1, 1);
-}
-
-std::vector<std::uint8_t> emptyMapRow(const Layout& layout) {
-    return std::vector<std::uint8_t>(layout.mapRow, 0);
+    readMapRow(
+        pager.layout(), row, [&](std::uint32_t page) { return pager.view(page); }, take, mapPages);
 }
 
 UsageMap::UsageMap(Pager& pager, RowPointer where) : m_pager(pager), m_where(where) {
@@ -65,9 +25,9 @@ UsageMap::UsageMap(Pager& pager, RowPointer where) : m_pager(pager), m_where(whe
     if (page.u8(0) != static_cast<std::uint8_t>(PageKind::Data)) page.fail(0, "a usage map is expected");
     requireOrder(page, pager.layout());
     const View row = rowAt(page, pager.layout(), where.row);
-    m_pointers = row.u8(0) == pointerKind;
-    if (!m_pointers) m_start = row.u32(1);
-    m_window = static_cast<std::uint32_t>(row.size() - std::min<std::size_t>(row.size(), bitsAt)) * 8;
+    m_pointers = row.u8(0) == static_cast<std::uint8_t>(MapKind::Pointers);
+    if (!m_pointers) m_start = row.u32(mapStartAt);
+    m_window = static_cast<std::uint32_t>(row.size() - std::min<std::size_t>(row.size(), mapBitsAt)) * 8;
     m_bits.resize(pager.pageCount() / wordBits + 1);
     const auto take = [&](std::uint32_t member) {
         if (member <= catalogPage || member >= pager.pageCount())
@@ -145,7 +105,7 @@ void UsageMap::setBit(std::uint32_t page, bool on) {
     std::uint32_t length = 0;
     if (!m_pointers) {
         Edit row = editRow(start, length);
-        change(row, start + bitsAt, page - m_start);
+        change(row, start + mapBitsAt, page - m_start);
         return;
     }
     const std::uint32_t span = m_pager.layout().mapPageBits();
@@ -155,9 +115,9 @@ void UsageMap::setBit(std::uint32_t page, bool on) {
         const std::uint32_t fresh = m_pager.allocate();
         initMapPage(m_pager.edit(fresh));
         Edit row = editRow(start, length);
-        if (pointersAt + 4 * number + 4 > length)
+        if (mapPointersAt + 4 * number + 4 > length)
             throw Error(ErrorKind::Full, "The database would become larger than its format allows.");
-        row.set32(start + pointersAt + 4 * number, fresh);
+        row.set32(start + mapPointersAt + 4 * number, fresh);
         m_mapPages[number] = fresh;
     }
     Edit map = m_pager.edit(m_mapPages[number]);
@@ -180,7 +140,7 @@ void UsageMap::moveWindow(std::uint32_t first) {
     std::uint32_t length = 0;
     Edit row = editRow(start, length);
     row.fill(start, length, 0);
-    row.set32(start + 1, first);
+    row.set32(start + mapStartAt, first);
     m_start = first;
     for (std::uint32_t page : pages())
         setBit(page, true);
@@ -191,7 +151,7 @@ void UsageMap::useMapPages() {
     std::uint32_t length = 0;
     Edit row = editRow(start, length);
     row.fill(start, length, 0);
-    row.set8(start, pointerKind);
+    row.set8(start, static_cast<std::uint8_t>(MapKind::Pointers));
     m_pointers = true;
     for (std::uint32_t page : pages())
         setBit(page, true);

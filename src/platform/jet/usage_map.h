@@ -1,21 +1,14 @@
 #pragma once
 
-#include "bytes.h"
-#include "layout.h"
-
-#include <functional>
-#include <vector>
+#include "map_row.h"
 
 namespace jet {
 
 class Pager;
 
-/// Calls `take` for every page whose bit is set in the usage map that `row` holds, and collects the map pages
-/// of a map of the referring kind. Corrupt.
+/// readMapRow() over the pages of a database.
 void readUsageMap(Pager& pager, const View& row, const std::function<void(std::uint32_t)>& take,
                   std::vector<std::uint32_t>& mapPages);
-
-void initMapPage(Edit page);
 
 /// A set of pages of one table, index or column, kept in a row of a usage map page: a window of bits in the
 /// row, or pointers to map pages when the pages lie too far apart. Changes go to the pages at once.
@@ -50,8 +43,5 @@ class UsageMap {
     std::uint32_t m_start = 0;  ///< first page of the window
     std::uint32_t m_window = 0; ///< pages that the row has bits for
 };
-
-/// The bytes of an empty map.
-[[nodiscard]] std::vector<std::uint8_t> emptyMapRow(const Layout& layout);
 
 } // namespace jet
