@@ -24,6 +24,14 @@ std::string selectedText(const sheet::Grid& grid) {
     return text;
 }
 
+void emptySelection(sheet::Grid& grid) {
+    const auto [top, bottom] = std::minmax({grid.Row(), grid.RowSel()});
+    const auto [first, last] = std::minmax({grid.Col(), grid.ColSel()});
+    for (int row = top; row <= bottom; ++row)
+        for (int col = first; col <= last; ++col)
+            if (!grid.Text(row, col).empty()) grid.setText(row, col, {});
+}
+
 void pasteText(sheet::Grid& grid, std::string_view text) {
     const int startingCol = grid.Col();
     int row = grid.Row();

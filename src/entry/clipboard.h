@@ -10,6 +10,9 @@ namespace entry {
 /// The selected cells for the clipboard: a tab after every cell, a carriage return after every row.
 [[nodiscard]] std::string selectedText(const sheet::Grid& grid);
 
+/// Empties the texts of the selected cells.
+void emptySelection(sheet::Grid& grid);
+
 /// Adds `text` at the cursor, cell by cell: a tab goes one column on, a carriage return (or a line feed
 /// without one before it) to the starting column of the next row, which is added where there is none. The
 /// first cell keeps what it holds in front; every other one is cleared first. The line feed of a CR LF pair

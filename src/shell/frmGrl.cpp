@@ -44,7 +44,9 @@ constexpr std::chrono::seconds untilKeysRest{1};
 } // namespace
 
 frmGrl::frmGrl(Surroundings surroundings)
-    : m_offersRecovery(surroundings.offersRecovery), m_desktop(std::move(surroundings), this) {
+    : m_offersRecovery(surroundings.offersRecovery),
+      m_stateFolder(surroundings.stateFolder),
+      m_desktop(std::move(surroundings), this) {
     setObjectName(QStringLiteral("frmGrl"));
     auto* form = new QWidget;
     form->setObjectName(QStringLiteral("form"));
@@ -55,6 +57,7 @@ frmGrl::frmGrl(Surroundings surroundings)
     m_grid = new FlexGrid(m_book.MSFG, form);
     m_grid->setObjectName(QStringLiteral("MSFG"));
     m_grid->setAccessibleName(text("Field book"));
+    m_grid->showRowNumbers();
     listenToGrid();
     m_grid->mouseMove = [this] { MSFG_MouseMove(); };
     m_grid->flushed = [this] {
@@ -83,6 +86,7 @@ frmGrl::frmGrl(Surroundings surroundings)
 }
 
 frmGrl::~frmGrl() {
+    if (isVisible()) m_memory.keep();
     hide();
     m_parts.clear();
     m_grid->flushed = nullptr;
@@ -100,6 +104,7 @@ void frmGrl::Form_Load() {
     const QSize screenSize = screen()->availableGeometry().size();
     const QSize whole(m_grid->fullWidth() + 2 * pixels(besideGrid), 46 * m_grid->fontMetrics().height());
     resize(whole.expandedTo(screenSize * 6 / 10).boundedTo(screenSize * 95 / 100));
+    m_memory.restore();
     show();
     button("cmdOpen").setFocus();
 
@@ -206,8 +211,14 @@ void frmGrl::showStatus() {
     };
     const sheet::Grid& grid = m_book.MSFG;
     show(m_lblSide, text("Side %1").arg(QLatin1Char(m_book.CurrentSide)));
-    show(m_lblHI, text("H.I. %1").arg(fromUtf8(sheet::levelText(double(m_book.CurrentHI)))));
-    show(m_lblReading, text("Reading %1").arg(fromUtf8(sheet::levelText(double(m_book.LastReading)))));
+    const auto shown = [](float value) {
+        return value == 0 ? QStringLiteral("\u2013") : fromUtf8(sheet::levelText(double(value)));
+    };
+    const QString height = shown(m_book.CurrentHI);
+    const QString reading = shown(m_book.LastReading);
+    show(m_lblHI, text("H.I. %1").arg(height));
+    // Behind the back sight of row 1 it is the height of instrument that stands there.
+    show(m_lblReading, text("Reading %1").arg(reading == height ? QStringLiteral("\u2013") : reading));
     show(m_lblRow, text("Row %1 of %2").arg(grid.Row()).arg(grid.Rows() - 1));
     // What the transfer did not accept about a row is said when the cursor comes to it.
     if (std::exchange(m_statusRow, grid.Row()) != grid.Row()) exchange::tellMarkedRow(grid, m_desktop);
@@ -234,6 +245,12 @@ void frmGrl::typeIntoGrid(char32_t character) {
     MSFG_KeyPress(character);
 }
 
+void frmGrl::typeOnButton(char32_t character) {
+    const bool figure = (character >= U'0' && character <= U'9') || character == U'.' || character == U'-';
+    if (figure)
+        act({.name = "Typing", .heldByFrames = true, .kind = Action::Key}, [&] { typeIntoGrid(character); });
+}
+
 void frmGrl::enableForEntry(bool enable) {
     m_grid->setEnabled(enable);
     if (enable) m_desktop.focusGrid();
@@ -241,6 +258,7 @@ void frmGrl::enableForEntry(bool enable) {
 
 void frmGrl::endProgram() {
     m_ended = true;
+    m_memory.keep();
     hide();
     m_desktop.endProgram();
 }

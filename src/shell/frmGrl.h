@@ -3,6 +3,7 @@
 #include "action.h"
 #include "controls/half_screen.h"
 #include "qt_desktop.h"
+#include "window_memory.h"
 
 #include "entry/key_entry.h"
 #include "exchange/export_frame.h"
@@ -61,6 +62,12 @@ class frmGrl final : public QMainWindow {
     /// The Settings or the transfer's frame lies over the grid.
     [[nodiscard]] bool frameIsOpen() const;
 
+    /// Moves the cursor as the user does, with the check of the cell that is left; within an action.
+    void moveCursor(int row, int col) { MSFG_Move(row, col, false); }
+
+    /// A key that the grid hears, typed by a command; within an action.
+    void typeKey(char32_t character) { typeIntoGrid(character); }
+
     /// A menu of the bar: one that is there, or a new one before the menu `before` (empty: at the end).
     [[nodiscard]] QMenu& menu(const char* name);
     QMenu& addMenu(const char* name, const char* caption, const char* before = "");
@@ -100,6 +107,7 @@ class frmGrl final : public QMainWindow {
     void run(const Action& action, Handler command);
     void runMenu(const Action& action, const std::function<void()>& click);
     void typeIntoGrid(char32_t character);
+    void typeOnButton(char32_t character); ///< digits, point and minus are meant for the grid
     void enableForEntry(bool enable);
     void endProgram();
 
@@ -173,9 +181,11 @@ class frmGrl final : public QMainWindow {
     };
 
     bool m_offersRecovery;
+    std::string m_stateFolder;
     sheet::Book m_book;
     QtDesktop m_desktop;
     project::Recovery m_recovery{m_book, m_desktop};
+    WindowMemory m_memory{*this, m_book.MSFG, m_stateFolder};
     QTimer m_keysRest; // runs out when nothing was typed for a second
     FlexGrid* m_grid = nullptr;
     ButtonColumn* m_column = nullptr;

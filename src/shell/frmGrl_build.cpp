@@ -62,6 +62,7 @@ void frmGrl::buildStatusBar() {
 void frmGrl::buildFrames() {
     m_ff = new SettingsFrame(m_book, m_desktop, centralWidget());
     m_ff->cmdOK_Click = [this] { run({.name = "Settings"}, &frmGrl::cmdOK_Click); };
+    m_ff->givenUp = [this] { act({.name = "Settings"}, [this] { enableForEntry(true); }); };
     m_fExport = new ExportPanel(m_exportFrame, m_desktop, centralWidget());
     m_fExport->cmdTr_Click = [this] { run({.name = "Transfer", .walksGrid = true}, &frmGrl::cmdTr_Click); };
     m_fExport->cmdTr_KeyPress = [this](char32_t character) { cmdTr_KeyPress(character); };

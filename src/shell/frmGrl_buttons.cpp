@@ -211,11 +211,15 @@ void frmGrl::buildButtons() {
             // An access key is typed with the mind on the grid.
             if (control->takeAccessKey() && control->hasFocus()) m_desktop.focusGrid();
         });
+        control->keyPress = [this](char32_t character) { typeOnButton(character); };
         m_column->add(control, row.group, row.part);
         m_buttons.emplace(row.name, control);
     }
     button("cmdImpExl").hide();
-    button("cmdExpTxt").keyPress = [this](char32_t character) { cmdExpTxt_KeyPress(character); };
+    button("cmdExpTxt").keyPress = [this](char32_t character) {
+        cmdExpTxt_KeyPress(character);
+        typeOnButton(character);
+    };
     m_columnScroll->setWidget(m_column);
 }
 

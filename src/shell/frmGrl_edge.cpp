@@ -97,7 +97,13 @@ void frmGrl::listenToGrid() {
     const auto key = [this](const char* name, const std::function<void()>& what) {
         act({.name = name, .kind = Action::Key}, what);
     };
-    m_grid->keyPress = [this, key](char32_t character) { key("Typing", [&] { MSFG_KeyPress(character); }); };
+    m_grid->keyPress = [this, key](char32_t character) {
+        constexpr char32_t escape = 27;
+        if (character == escape && !m_fExport->isHidden()) // the grid lies behind the panel
+            run({.name = "Cancel"}, &frmGrl::cmdCancel_Click);
+        else
+            key("Typing", [&] { MSFG_KeyPress(character); });
+    };
     m_grid->keyDown = [this, key](entry::EditKey edit) { key("Typing", [&] { MSFG_KeyDown(edit); }); };
     m_grid->move = [this, key](int row, int col, bool extend) {
         key("Move", [&] { MSFG_Move(row, col, extend); });

@@ -1,5 +1,7 @@
 #include "frmGrl.h"
 
+#include "edit_items.h"
+#include "find_bar.h"
 #include "letters_items.h"
 #include "section_panes.h"
 #include "window_part.h"
@@ -11,8 +13,7 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeSectionPanes,
-    &makeLettersItems,
+    &makeEditMenu, &makeEditItems, &makeFindBar, &makeContextMenu, &makeSectionPanes, &makeLettersItems,
 };
 
 } // namespace

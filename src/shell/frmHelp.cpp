@@ -7,6 +7,7 @@
 #include "controls/rtf_reader.h"
 #include "text.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -16,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 
 namespace shell {
@@ -79,8 +81,15 @@ void frmHelp::Form_Load() {
 }
 
 bool frmHelp::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == cmdOK && event->type() == QEvent::KeyPress)
-        cmdOK_KeyPress(characterOf(*static_cast<QKeyEvent*>(event)));
+    if (watched == cmdOK && event->type() == QEvent::KeyPress) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        cmdOK_KeyPress(characterOf(key));
+        // The button has the focus, and the text is what one reads.
+        constexpr std::array reading{Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Up,
+                                     Qt::Key_Down,   Qt::Key_Home,     Qt::Key_End};
+        if (std::ranges::find(reading, key.key()) != reading.end())
+            return QApplication::sendEvent(RTB, event);
+    }
     return QDialog::eventFilter(watched, event);
 }
 

@@ -38,6 +38,14 @@ desktop::Answer answerOf(int button) {
     }
 }
 
+/// "km 1.750" is a name without an ending, and so is "St. Mary": only a point and three letters are one.
+QString withProjectEnding(const QString& path) {
+    const QString ending = path.right(4);
+    const bool has = ending.size() == 4 && ending[0] == u'.' &&
+                     std::all_of(ending.begin() + 1, ending.end(), [](QChar c) { return c.isLetter(); });
+    return has ? path : path + QStringLiteral(".grl");
+}
+
 } // namespace
 
 QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
@@ -104,7 +112,7 @@ std::optional<std::string> QtDesktop::fileDialog(desktop::FileDialog kind, std::
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile); // also for Open: a missing file is the command's to report
-    dialog.setDefaultSuffix(QStringLiteral("grl"));
+    if (open) dialog.setDefaultSuffix(QStringLiteral("grl"));
 
     const QString name = fromUtf8(initialName);
     const QFileInfo initial(name);
@@ -128,7 +136,8 @@ std::optional<std::string> QtDesktop::fileDialog(desktop::FileDialog kind, std::
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
 
-    const QString chosen = dialog.selectedFiles().constFirst();
+    const QString picked = dialog.selectedFiles().constFirst();
+    const QString chosen = open ? picked : withProjectEnding(picked);
     if (QFileInfo(chosen).fileName() == QLatin1String(projectFilter)) return std::nullopt;
     m_lastFolder = QFileInfo(chosen).absolutePath();
     return toUtf8(chosen);

@@ -22,6 +22,7 @@ inline constexpr const char* applicationTitle = "ZavroGrl";
 /// What a window of the program finds around it; a session or a test brings its own.
 struct Surroundings {
     std::string programFolder;  ///< empty: the user's own, below the XDG data home
+    std::string stateFolder;    ///< of what the window remembers; empty: below the XDG state home
     std::string templateFolder; ///< empty: where the installation keeps its templates
     bool hasTrash = true;
     bool offersRecovery = true;

@@ -133,6 +133,7 @@ QRadioButton* SettingsFrame::makeOption(const char* name, const char* caption) {
 }
 
 void SettingsFrame::open() {
+    m_before = m_settings;
     show();
     raise();
     m_cboIncr->setFocus();
@@ -188,6 +189,15 @@ void SettingsFrame::lstOft_KeyDown(int key) {
     if (selected < 0) return;
     showList();
     m_lstOft->setCurrentRow(std::min(selected, m_lstOft->count() - 1));
+}
+
+void SettingsFrame::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) return Panel::keyPressEvent(event);
+    m_settings = sheet::Settings(m_before);
+    showSettings();
+    m_txtOft->clear();
+    hide();
+    if (givenUp) givenUp();
 }
 
 bool SettingsFrame::eventFilter(QObject* watched, QEvent* event) {

@@ -24,6 +24,7 @@ class SettingsFrame final : public Panel {
     SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidget* parent);
 
     std::function<void()> cmdOK_Click;
+    std::function<void()> givenUp; ///< by Esc: the settings are as they were when the frame was opened
 
     void open();
     void showSettings();
@@ -31,6 +32,7 @@ class SettingsFrame final : public Panel {
     void chkAdd_Click(); ///< txtAdd is there while chkAdd is ticked
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -41,6 +43,7 @@ class SettingsFrame final : public Panel {
     QRadioButton* makeOption(const char* name, const char* caption);
 
     sheet::Settings& m_settings;
+    sheet::Settings m_before; ///< as the frame was opened
     desktop::Desktop& m_desktop;
     bool m_showing = false;
     QComboBox* m_cboIncr;

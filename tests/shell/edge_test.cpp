@@ -3,6 +3,9 @@
 #include "desktop/desktop.h"
 #include "project/recovery.h"
 
+#include <QContextMenuEvent>
+#include <QScrollBar>
+
 namespace {
 
 /// A spreadsheet that fails as nobody expects.
@@ -64,6 +67,128 @@ TEST_F(Edge, FramesHoldTheRowCommandsAndTheShortcuts) {
     }
     QTest::keyClick(&window->grid(), Qt::Key_Q, Qt::ControlModifier);
     EXPECT_EQ(ends, 1) << "the key of a command is not heard by the grid and marks nothing";
+}
+
+TEST_F(Edge, FiguresTypedOnAButtonGoToTheGridUnlessAFrameIsOpen) {
+    open();
+    moveTo(1, sheet::RLevel);
+    const auto typeOn = [this](const char* name) {
+        control<QWidget>(name).setFocus();
+        for (const char key : {'l', '1', '.', '5'})
+            QTest::keyClick(QApplication::focusWidget(), key);
+    };
+    for (const char* name : {"cmdSave", "cmdExpTxt", "cmdL"})
+        typeOn(name);
+    EXPECT_EQ(cell(1, sheet::RLevel), "1.51515") << "a letter is nothing there";
+    EXPECT_TRUE(window->grid().hasFocus());
+    click("cmdList");
+    typeOn("cmdSave");
+    EXPECT_EQ(cell(1, sheet::RLevel), "1.51515");
+}
+
+TEST_F(Edge, FocusReturnsToTheGridAfterAMenuOrAnAccessKey) {
+    open();
+    control<QWidget>("cmdSave").setFocus();
+    choose("mnuCopy");
+    EXPECT_TRUE(window->grid().hasFocus());
+    QTest::keyClick(window.get(), Qt::Key_I, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return book().Rows() == 3; }));
+    EXPECT_TRUE(window->grid().hasFocus());
+    click("cmdIns");
+    EXPECT_TRUE(control<QWidget>("cmdIns").hasFocus()) << "a click leaves it, for Return to click again";
+}
+
+TEST_F(Edge, EscClosesTheSettingsAsIfTheyHadNotBeenOpened) {
+    open();
+    window->book().settings.lstOft = {"L02.50", "R04.00"};
+    click("cmdList");
+    click("chkOft");
+    click("chkFinal");
+    control<QLineEdit>("txtOft").setText("7");
+    click("cmdAdd");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(shown("ff"));
+    EXPECT_TRUE(window->grid().hasFocus());
+    const sheet::Settings& settings = window->book().settings;
+    EXPECT_THAT(settings.lstOft, ElementsAre("L02.50", "R04.00"));
+    EXPECT_FALSE(settings.chkOft || settings.chkFinal);
+}
+
+TEST_F(Edge, FindAndGoToMoveTheCursorWithTheCheckOfTheCellThatIsLeft) {
+    open();
+    book().setRows(4);
+    book().setText(3, sheet::Remark, "kerb");
+    book().setText(2, sheet::Chainage, "1.250");
+    moveTo(2, sheet::Chainage);
+    const Answers ok([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    QTest::keyClick(&window->grid(), Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(control<QWidget>("txtFind").hasFocus());
+    auto& find = control<QLineEdit>("txtFind");
+    QTest::keyClicks(&find, "KERB");
+    QTest::keyClick(&find, Qt::Key_Return);
+    EXPECT_EQ(cursor(), std::pair(3, 9));
+    EXPECT_EQ(cell(2, 0), "1-250");
+    QTest::keyClick(&find, Qt::Key_Escape);
+    EXPECT_FALSE(find.isVisible());
+    choose("mnuFindNext");
+    EXPECT_EQ(status(), "The search went on from the top.");
+    choose("mnuGoto");
+    auto& answer = control<QLineEdit>("txtGoto");
+    for (const auto& [text, row] : {std::pair("2-000", 3), {"1+200", 2}}) {
+        answer.setText(text);
+        QTest::keyClick(&answer, Qt::Key_Return);
+        EXPECT_EQ(book().Row(), row);
+        EXPECT_EQ(status(), row == 3 ? "There is no chainage 2-000 or beyond." : "");
+    }
+    EXPECT_FALSE(window->book().BookChanged) << "none of these keys is the grid's";
+}
+
+TEST_F(Edge, CutAndTheMenuOfARightClick) {
+    open();
+    book().setRows(5);
+    book().setText(2, 4, "1.5");
+    book().setText(3, 5, "2.5");
+    moveTo(2, 4);
+    book().setSelection(3, 5);
+    QTest::keyClick(&window->grid(), Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(window->desktop().clipboardText(), "1.5\t\t\r\t2.5\t\r");
+    EXPECT_EQ(cell(2, 4) + cell(3, 5), "");
+    const auto rightClick = [this](int row, int col) {
+        const QPoint place = pointIn(row, col);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place,
+                                window->grid().viewport()->mapToGlobal(place));
+        QApplication::sendEvent(window->grid().viewport(), &event);
+        QApplication::activePopupWidget()->close();
+    };
+    rightClick(3, 4);
+    EXPECT_EQ(std::pair(book().RowSel(), book().ColSel()), std::pair(3, 5)) << "inside, the selection stays";
+    rightClick(4, 8);
+    EXPECT_EQ(cursor(), std::pair(4, 8));
+}
+
+TEST_F(Edge, TheWindowIsRememberedAndTheRowNumbersNameTheChainageThatIsOutOfSight) {
+    open();
+    const QSize size = window->size() - QSize(40, 30);
+    window->resize(size);
+    press(Qt::Key_F12);
+    click("cmdExit");
+    open();
+    EXPECT_EQ(window->size(), size);
+    EXPECT_EQ(book().FontSize(), 9.75);
+
+    book().setText(1, sheet::Chainage, "01-250");
+    const auto number = [this] {
+        return shell::toUtf8(window->grid().model()->headerData(0, Qt::Vertical, Qt::DisplayRole).toString());
+    };
+    EXPECT_EQ(number(), "1");
+    window->resize(window->minimumSize());
+    book().setColWidth(sheet::Remark, 20000);
+    window->showBook();
+    QScrollBar* across = window->grid().horizontalScrollBar();
+    across->setValue(across->maximum());
+    EXPECT_EQ(number(), "1  01-250");
+    across->setValue(0);
+    EXPECT_EQ(number(), "1");
 }
 
 } // namespace

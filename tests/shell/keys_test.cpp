@@ -19,6 +19,8 @@ TEST(Characters, AreTheCodesThatTheKeysType) {
     const Case cases[] = {
         {Qt::Key_5, Qt::NoModifier, "5", U'5'},
         {Qt::Key_Enter, Qt::KeypadModifier, "\r", 13},
+        {Qt::Key_Comma, Qt::KeypadModifier, ",", U'.'},
+        {Qt::Key_Comma, Qt::NoModifier, ",", U','},
         {Qt::Key_Return, Qt::ControlModifier, "\r", 10},
         {Qt::Key_Backspace, Qt::NoModifier, "\b", 8},
         {Qt::Key_Escape, Qt::NoModifier, "\x1b", 27},
@@ -152,8 +154,12 @@ TEST_F(Keys, CommandsThatWalkTheGridCheckTheCellFirst) {
 TEST_F(Keys, EditingKeysAreNoCharacters) {
     moveTo(1, 9);
     type("bridge/2");
-    press(Qt::Key_Slash, Qt::KeypadModifier);
-    EXPECT_EQ(cell(1, 9), "bridge/2");
+    for (const auto& [col, text] : {std::pair(1, ""), {3, ""}, {9, "bridge/2/"}}) {
+        moveTo(1, col);
+        press(Qt::Key_Slash, Qt::KeypadModifier);
+        EXPECT_EQ(cell(1, col), text) << "the keypad's divide";
+    }
+    press(Qt::Key_Backspace);
     press(Qt::Key_Escape);
     EXPECT_EQ(cell(1, 9), "bridge/2");
     press(Qt::Key_Delete);

@@ -65,6 +65,7 @@ class MainWindow : public testing::Test {
         shell::Surroundings surroundings;
         surroundings.programFolder = folder.path();
         surroundings.templateFolder = folder.path();
+        surroundings.stateFolder = folder / "state";
         surroundings.hasTrash = false;
         surroundings.offersRecovery = offersRecovery;
         surroundings.spreadsheet = spreadsheet;

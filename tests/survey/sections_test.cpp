@@ -1,5 +1,7 @@
 #include "survey/sections.h"
 
+#include "survey/chainage_search.h"
+
 #include "field_book.h"
 #include "sheet/book.h"
 
@@ -87,6 +89,24 @@ TEST(Sections, FollowEveryChange) {
         most = std::max(most, anew.points().size());
     }
     EXPECT_GT(most, 10U);
+}
+
+TEST(ChainageSearch, TakesTheFirstEqualOrTheNextGreater) {
+    sheet::Book book;
+    keyRows(book.MSFG, splitAt("01-250|CP|01-300,2|01-250,3|01-275.5", '|'));
+    for (const auto& [answer, row] : {std::pair("1-250", 1),
+                                      {"1+250", 1},
+                                      {"1.250", 1},
+                                      {"1250", 1},
+                                      {" 01-250 ", 1},
+                                      {"1-251", 5},
+                                      {"0", 1},
+                                      {"1-275.5", 5},
+                                      {"1-276", 3},
+                                      {"2-000", 0},
+                                      {"", 0},
+                                      {"peg", 0}})
+        EXPECT_EQ(survey::rowOfChainage(book.MSFG, answer).value_or(0), row) << answer;
 }
 
 } // namespace

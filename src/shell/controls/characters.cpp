@@ -25,6 +25,9 @@ char32_t characterOf(const QKeyEvent& event) {
     default:
         break;
     }
+    // The decimal key of the keypad, whatever the layout has on it.
+    if (modifiers.testFlag(Qt::KeypadModifier) && (key == Qt::Key_Comma || key == Qt::Key_Period))
+        return U'.';
     const QList<uint> codes = event.text().toUcs4();
     return codes.isEmpty() ? 0 : char32_t(codes.front());
 }

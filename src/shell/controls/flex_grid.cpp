@@ -7,7 +7,8 @@
 
 #include "sheet/book.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
@@ -46,6 +47,12 @@ std::optional<entry::EditKey> editKey(int key) {
     }
 }
 
+/// The size of a face in the window: the grid's sizes are laid down beside a desktop font of 9 points.
+double scaled(double points) {
+    constexpr double standardFont = 9;
+    return points * QFontInfo(QApplication::font()).pointSizeF() / standardFont;
+}
+
 } // namespace
 
 FlexGrid::FlexGrid(sheet::Grid& grid, QWidget* parent)
@@ -78,6 +85,7 @@ FlexGrid::~FlexGrid() {
 
 int FlexGrid::fullWidth() const {
     int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    if (m_numbered) width += verticalHeader()->width();
     for (int col = 0; col < m_grid.Cols(); ++col)
         width += columnPixels(m_grid.ColWidth(col), font());
     return width;
@@ -92,6 +100,7 @@ void FlexGrid::flush() {
     m_scheduled = false;
     m_model->flush();
     applyFont();
+    applyNumbers();
     applyWidths();
     if (m_grid.Visible()) showCursor();
     // A command hides the grid only while it runs; the widget follows when the grid stays hidden.
@@ -102,8 +111,9 @@ void FlexGrid::flush() {
 void FlexGrid::applyFont() {
     if (std::exchange(m_fontSize, m_grid.FontSize()) == m_grid.FontSize()) return;
     QFont face = font();
-    face.setPointSizeF(m_grid.FontSize());
+    face.setPointSizeF(scaled(m_grid.FontSize()));
     setFont(face);
+    verticalHeader()->setFont(face);
     face.setBold(true);
     horizontalHeader()->setFont(face);
     const int height = QFontMetrics(face).height();
@@ -112,6 +122,40 @@ void FlexGrid::applyFont() {
     horizontalHeader()->setFixedHeight(height + 10);
     verticalScrollBar()->setSingleStep(height + 5);
     m_widths.clear();
+    m_numberedRows = 0;
+}
+
+void FlexGrid::showRowNumbers() {
+    m_numbered = true;
+    QHeaderView* numbers = verticalHeader();
+    numbers->setSectionsClickable(false);
+    numbers->setHighlightSections(true);
+    numbers->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    numbers->setAccessibleName(text("Row numbers"));
+    numbers->show();
+    QObject::connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+        const bool out =
+            value > 0 && columnViewportPosition(sheet::Chainage) + columnWidth(sheet::Chainage) <= 0;
+        if (out == m_model->numbersWithChainage()) return;
+        m_model->setNumbersWithChainage(out);
+        m_numberedRows = 0;
+        applyNumbers();
+    });
+    applyNumbers();
+}
+
+// As wide as the last number needs; it grows by digits, not by rows.
+void FlexGrid::applyNumbers() {
+    if (!m_numbered || std::exchange(m_numberedRows, m_grid.Rows()) == m_grid.Rows()) return;
+    const QString digits(std::max<qsizetype>(3, QString::number(m_grid.Rows() - 1).size()), u'0');
+    const QString widest = m_model->numbersWithChainage() ? digits + QStringLiteral("  00-0000") : digits;
+    QFont face = font();
+    face.setBold(true); // of the row with the cursor
+    const int width = QFontMetrics(face).horizontalAdvance(widest) + 4 * CellPainter::padding;
+    if (verticalHeader()->width() == width) return;
+    verticalHeader()->setFixedWidth(width);
+    m_widths.clear();
+    updateGeometries();
 }
 
 void FlexGrid::applyWidths() {
@@ -198,8 +242,9 @@ void FlexGrid::keyPressEvent(QKeyEvent* event) {
     const char32_t character = characterOf(*event);
     if (const auto key = editKey(event->key()); key && plain && keyDown) {
         keyDown(*key);
-    } else if (event->key() == Qt::Key_Slash && event->modifiers().testFlag(Qt::KeypadModifier) && keyDown) {
-        // The keypad's divide is a key without an effect, not a character.
+    } else if (event->key() == Qt::Key_Slash && event->modifiers().testFlag(Qt::KeypadModifier) && keyDown &&
+               (m_grid.Col() == sheet::Left || m_grid.Col() == sheet::Right)) {
+        // The keypad's divide is a key without an effect there, not a character.
     } else if (character != 0 && character != 9 && keyPress) {
         keyPress(character);
     } else {
@@ -286,7 +331,7 @@ void FlexGrid::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !indexAt(event->position().toPoint()).isValid()) return;
     goTo(cellAt(event->position().toPoint()), event->modifiers().testFlag(Qt::ShiftModifier));
     // The check of the cell that was left may have shown a message, and the button was let go there.
-    m_dragging = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || !event->spontaneous();
+    m_dragging = QApplication::mouseButtons().testFlag(Qt::LeftButton) || !event->spontaneous();
 }
 
 void FlexGrid::mouseMoveEvent(QMouseEvent* event) {
@@ -335,6 +380,21 @@ void FlexGrid::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
     m_widths.clear();
     applyWidths();
+}
+
+void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
+    if (!contextMenu) return;
+    if (event->reason() != QContextMenuEvent::Mouse) { // the menu key: at the cursor
+        const QRect cell = visualRect(m_model->index(m_grid.Row() - 1, m_grid.Col()));
+        return contextMenu(viewport()->mapToGlobal(cell.center()));
+    }
+    const Cell cell = cellAt(event->pos());
+    const auto [top, bottom] = std::minmax({m_grid.Row(), m_grid.RowSel()});
+    const auto [left, right] = std::minmax({m_grid.Col(), m_grid.ColSel()});
+    const bool inside = cell.row >= top && cell.row <= bottom && cell.col >= left && cell.col <= right;
+    if (!inside && indexAt(event->pos()).isValid()) goTo(cell, false);
+    contextMenu(event->globalPos());
 }
 
 void FlexGrid::focusInEvent(QFocusEvent* event) {

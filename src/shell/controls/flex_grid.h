@@ -28,9 +28,14 @@ class FlexGrid final : public QTableView {
     std::function<void(entry::EditKey)> keyDown; ///< an editing or function key
     /// The user moves the cursor to a cell, or with `extend` the far end of the selection. Not set: so be it.
     std::function<void(int row, int col, bool extend)> move;
-    std::function<void()> mouseMove;   ///< the pointer moved over the grid
-    std::function<void()> doubleClick; ///< a double click on a cell
-    std::function<void()> flushed;     ///< after every flush
+    std::function<void()> mouseMove;         ///< the pointer moved over the grid
+    std::function<void(QPoint)> contextMenu; ///< asked for, at a place of the screen
+    std::function<void()> doubleClick;       ///< a double click on a cell
+    std::function<void()> flushed;           ///< after every flush
+
+    /// Shows the numbers of the rows at the left, and with them the chainages while their column is scrolled
+    /// out of sight. No column of the grid, and never under the cursor.
+    void showRowNumbers();
 
     void flush();
     [[nodiscard]] GridModel& gridModel() const { return *m_model; }
@@ -49,6 +54,7 @@ class FlexGrid final : public QTableView {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -64,6 +70,7 @@ class FlexGrid final : public QTableView {
     void dragTo(const QPoint& point);
     void schedule();
     void applyFont();
+    void applyNumbers();
     void applyWidths();
     void showCursor();
     void updateCursorCells();
@@ -77,6 +84,8 @@ class FlexGrid final : public QTableView {
     Cell m_shownEnd{0, 0};
     bool m_scheduled = false;
     bool m_dragging = false;
+    bool m_numbered = false;
+    int m_numberedRows = 0; ///< for which the row numbers' width was last worked out
     QBasicTimer m_autoScroll;
 };
 

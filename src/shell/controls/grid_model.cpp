@@ -58,6 +58,11 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation == Qt::Vertical && role == Qt::AccessibleTextRole) return text("row %1").arg(section + 1);
+    if (orientation == Qt::Vertical && role == Qt::DisplayRole) {
+        const QString number = QString::number(section + 1);
+        if (!m_numbersWithChainage || section + 1 >= m_grid.Rows()) return number;
+        return number + QStringLiteral("  ") + fromUtf8(m_grid.Text(section + 1, sheet::Chainage));
+    }
     if (orientation != Qt::Horizontal || section < 0 || section >= m_grid.Cols()) return {};
     if (role == Qt::AccessibleTextRole) return spokenColumn(section);
     if (role == Qt::DisplayRole) return fromUtf8(m_grid.Text(0, section));

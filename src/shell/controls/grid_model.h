@@ -21,6 +21,10 @@ class GridModel final : public QAbstractTableModel, public sheet::GridListener {
 
     std::function<void()> pending;
 
+    /// The vertical header says the chainages beside the numbers of the rows.
+    void setNumbersWithChainage(bool with) { m_numbersWithChainage = with; }
+    [[nodiscard]] bool numbersWithChainage() const { return m_numbersWithChainage; }
+
     void flush();
     [[nodiscard]] const sheet::Grid& grid() const { return m_grid; }
 
@@ -54,6 +58,7 @@ class GridModel final : public QAbstractTableModel, public sheet::GridListener {
     bool m_headerChanged = false;
     bool m_allChanged = false;
     bool m_awake = false;
+    bool m_numbersWithChainage = false;
 };
 
 /// Left for chainage and remark, right for the numbers between them.
