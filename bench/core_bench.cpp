@@ -1,6 +1,7 @@
 #include "basic/numbers.h"
 #include "entry/key_entry.h"
 #include "sheet/book.h"
+#include "sheet/journal.h"
 #include "sheet/reduction.h"
 
 #include "scripted_desktop.h"
@@ -74,6 +75,31 @@ void BM_Reduction(benchmark::State& state) {
     perRow(state, state.range(0));
 }
 BENCHMARK(BM_Reduction)->Arg(1000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
+// The same with a history: the reduction as a step, and that step taken back.
+void reduceWithHistory(benchmark::State& state, bool timesUndo) {
+    Book book;
+    Journal journal(book);
+    fillBook(book, static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        journal.clear();
+        if (timesUndo) state.PauseTiming();
+        journal.begin("Cal");
+        benchmark::DoNotOptimize(reduce(book.MSFG));
+        journal.end();
+        (timesUndo ? state.ResumeTiming() : state.PauseTiming());
+        journal.undo();
+        if (!timesUndo) state.ResumeTiming();
+    }
+}
+void BM_ReductionWithHistory(benchmark::State& state) {
+    reduceWithHistory(state, false);
+}
+BENCHMARK(BM_ReductionWithHistory)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+void BM_UndoOfReduction(benchmark::State& state) {
+    reduceWithHistory(state, true);
+}
+BENCHMARK(BM_UndoOfReduction)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
 // A row put on top of a long book and taken out again.
 void BM_InsertOnTop(benchmark::State& state) {

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,9 +24,9 @@ struct Standing {
 /// The history of a book's grid: what each action of the user changed, to be taken back and done again.
 ///
 /// An action that changed a text, a colour or the number of rows is a step; another one leaves the history as
-/// it is. Characters typed one after the other into one cell are one step. Changes outside an action are taken
-/// into the history as a step of their own each. A new book (Grid::beginBook) empties the history, and the
-/// rest of that action is not recorded.
+/// it is. Characters typed one after the other into one cell are one step. A change outside an action is a
+/// step of its own. A new book (Grid::beginBook) empties the history, and the rest of that action is not
+/// recorded.
 ///
 /// A change costs its old text; the oldest steps go when all steps together exceed the limit, and a step that
 /// exceeds it alone empties the history.
@@ -45,12 +44,13 @@ class Journal final : public GridListener {
         Typing ///< may go on the typing before it when the cursor has not moved since
     };
     /// An action of the user begins, until `end`. Actions within it are part of it. `name` is what menus call
-    /// the step ("Del Row"); empty: the step takes its name from what `name` below gives meanwhile.
+    /// the step ("Del Row").
     void begin(std::string_view name, Action action = Action::Command);
     /// False when the action was too large for the history, which is empty then.
     bool end();
-    /// Takes back what the open action has changed so far, and leaves it open with nothing changed.
-    void takeBack();
+    /// Takes back what the open action has changed so far, and leaves it open with nothing changed. False
+    /// when that cannot be done: for a new book, and for an action that was too large.
+    bool takeBack();
     [[nodiscard]] bool isOpen() const { return m_depth > 0; }
 
     /// Takes the last step back, or does it again; the grid is shown and BookChanged becomes True. False when
@@ -95,15 +95,14 @@ class Journal final : public GridListener {
 
         [[nodiscard]] std::size_t bytes() const { return sizeof(Step) + log.bytes(); }
     };
-    class Writer;
-    class Reader;
 
+    template <typename Write>
+    void record(std::string_view name, Write&& write);
     [[nodiscard]] bool changesNothing(const Log& log) const;
-    void record(std::size_t added);
-    void keep(Step step);
     void revert(Log& log);
     bool move(std::deque<Step>& from, std::deque<Step>& to, bool back);
-    void drop(std::deque<Step>& steps);
+    void push(std::deque<Step>& steps, Step step);
+    void fitLimit();
 
     Book& m_book;
     std::size_t m_limit;
@@ -113,7 +112,8 @@ class Journal final : public GridListener {
     Action m_action = Action::Command;
     int m_depth = 0;
     bool m_typingGoesOn = false; ///< the last step is typing, and the cursor stands where it was typed
-    bool m_paused = false;       ///< what changes is no part of the history
+    bool m_newBook = false;      ///< what the open action changes is no part of the history
+    bool m_reverting = false;
     bool m_tooLarge = false;
     int m_row = 1, m_col = 0; ///< the cursor as it was heard of last
     std::size_t m_bytes = 0;
