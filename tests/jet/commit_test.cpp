@@ -4,7 +4,6 @@
 
 #include <csignal>
 #include <functional>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -202,33 +201,6 @@ class CommitOnDiskTest : public ::testing::Test {
     std::string path = folder / "Site 1.grl";
 };
 
-TEST_F(CommitOnDiskTest, KeepsModeAndOwnerAndLeavesNothingBehind) {
-    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-    if (::geteuid() == 0) {
-        ASSERT_EQ(::chown(path.c_str(), 1234, 4321), 0);
-    }
-    addRow(50);
-    struct stat after {};
-    ASSERT_EQ(::stat(path.c_str(), &after), 0);
-    EXPECT_EQ(after.st_mode & 07777, 0640U);
-    if (::geteuid() == 0) {
-        EXPECT_EQ(after.st_uid, 1234U);
-        EXPECT_EQ(after.st_gid, 4321U);
-    }
-    EXPECT_EQ(files(), 1U);
-    EXPECT_EQ(rows(), 21U);
-}
-
-TEST_F(CommitOnDiskTest, FollowsSymbolicLinks) {
-    const std::string link = folder / "link.grl";
-    std::filesystem::create_symlink(path, link);
-    Database db = Database::open(link);
-    db.table("Book").insert(bookRow(50));
-    db.commit();
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(rows(), 21U);
-}
-
 TEST_F(CommitOnDiskTest, RefusesAFileThatChangedUnderneath) {
     const Bytes original = contentOf(path);
     struct Case {
@@ -307,23 +279,6 @@ int kindOf(const std::function<void()>& action) {
     return kind ? static_cast<int>(*kind) : noError;
 }
 
-TEST_F(CommitOnDiskTest, AFullDiskLeavesTheOldFile) {
-    const Bytes before = contentOf(path);
-    const int kind = statusOf(child([&] {
-        const rlimit limit{before.size() + 5000, before.size() + 5000};
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        return kindOf([&] {
-            Database db = Database::open(path);
-            fill(db.createTable({.name = "More", .columns = bookDesign().columns}), 500);
-            db.commit();
-        });
-    }));
-    EXPECT_EQ(kind, static_cast<int>(ErrorKind::Full));
-    EXPECT_EQ(contentOf(path), before);
-    EXPECT_EQ(files(), 1U);
-}
-
 TEST_F(CommitOnDiskTest, RightsAreRespected) {
     if (::geteuid() != 0) GTEST_SKIP() << "needs to become another user";
     constexpr uid_t nobody = 65534;
@@ -352,12 +307,6 @@ TEST_F(CommitOnDiskTest, RightsAreRespected) {
     EXPECT_EQ(contentOf(path), before);
     ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
     EXPECT_EQ(asNobody(change), noError);
-}
-
-TEST_F(CommitOnDiskTest, AnotherProcessMeetsALock) {
-    const Database held = Database::open(path);
-    EXPECT_EQ(statusOf(child([&] { return kindOf([&] { (void)Database::open(path); }); })),
-              static_cast<int>(ErrorKind::InUse));
 }
 
 TEST_F(CommitOnDiskTest, AKilledProcessLeavesTheOldStateOrTheNewOne) {
