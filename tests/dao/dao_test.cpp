@@ -1,6 +1,6 @@
 #include "road.h"
 
-#include "error_of.h"
+#include "error_number.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "statement.h"
 
-#include "error_of.h"
+#include "error_number.h"
 
 #include <gtest/gtest.h>
 

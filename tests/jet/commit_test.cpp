@@ -1,11 +1,11 @@
 #include "check.h"
+#include "child_process.h"
 #include "engine_fixture.h"
 #include "temp_folder.h"
 
 #include <csignal>
 #include <functional>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace jet {
@@ -259,20 +259,7 @@ TEST_F(CommitOnDiskTest, ALeftOverOfADeadProcessGoes) {
     EXPECT_EQ(files(), 1U);
 }
 
-/// Runs `work` in a child process, which exits with what it returns.
-pid_t child(const std::function<int()>& work) {
-    const pid_t pid = ::fork();
-    if (pid == 0) ::_exit(work());
-    return pid;
-}
-
-int statusOf(pid_t pid) {
-    int status = 0;
-    ::waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-constexpr int noError = 99;
+constexpr int noError = 97;
 
 int kindOf(const std::function<void()>& action) {
     const std::optional<ErrorKind> kind = errorOf(action);
@@ -284,11 +271,8 @@ TEST_F(CommitOnDiskTest, RightsAreRespected) {
     constexpr uid_t nobody = 65534;
     ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
     ASSERT_EQ(::chown(path.c_str(), nobody, nobody), 0);
-    const auto asNobody = [&](const std::function<void()>& work) {
-        return statusOf(child([&] {
-            if (::setgid(nobody) != 0 || ::setuid(nobody) != 0) return 98;
-            return kindOf(work);
-        }));
+    const auto asNobody = [](const std::function<void()>& work) {
+        return asOtherUser([&] { return kindOf(work); });
     };
     const auto change = [this] { addRow(50); };
     const auto look = [this] { (void)rows(); };
@@ -314,7 +298,7 @@ TEST_F(CommitOnDiskTest, AKilledProcessLeavesTheOldStateOrTheNewOne) {
     std::uint32_t before = rows();
     int kills = 0;
     for (int round = 0; round < 200; ++round) {
-        const pid_t pid = child([&] {
+        const pid_t pid = startChild([&] {
             for (int i = 0;; ++i) {
                 Database db = Database::open(path);
                 Table table = db.table("Book");
@@ -327,7 +311,7 @@ TEST_F(CommitOnDiskTest, AKilledProcessLeavesTheOldStateOrTheNewOne) {
         });
         ::usleep(random() % 30000);
         ::kill(pid, SIGKILL);
-        kills += statusOf(pid) == -1;
+        kills += endOf(pid) == 98;
         Database db = Database::open(path);
         const Table table = db.table("Book");
         ASSERT_EQ(check(db), std::vector<std::string>{}) << "round " << round;

@@ -41,14 +41,10 @@ TEST_F(FaultTest, AKillDuringSaveLeavesTheOldBookOrTheNewOne) {
     for (int time = 0; time < 200; ++time) {
         folder.write("road.grl", original);
         std::filesystem::remove(path + ".bak");
-        const pid_t child = fork();
-        if (child == 0) {
-            project::saveProject(book, desktop);
-            _exit(0);
-        }
+        const pid_t child = startChild([&] { return project::saveProject(book, desktop), 0; });
         std::this_thread::sleep_for(part(random) * whole);
         kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
+        endOf(child);
         ++found[bookIn(path)];
         if (bookIn(path) == "new 300" || std::filesystem::exists(path + ".bak")) {
             ASSERT_EQ(bookIn(path + ".bak"), "old 400") << "kill " << time;

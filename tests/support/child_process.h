@@ -5,10 +5,11 @@
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
-/// What `work` returns (0 to 97) in a child process.
+/// A child process that ends with what `work` returns (0 to 97), or with 99 for an exception.
 template <typename Work>
-int inChild(Work&& work) {
+pid_t startChild(Work&& work) {
     const pid_t child = fork();
     if (child == 0) {
         try {
@@ -17,9 +18,20 @@ int inChild(Work&& work) {
             _exit(99);
         }
     }
+    return child;
+}
+
+/// Waits for a child's end: what it returned, 98 when it was killed.
+inline int endOf(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
+}
+
+/// What `work` returns in a child process.
+template <typename Work>
+int inChild(Work&& work) {
+    return endOf(startChild(std::forward<Work>(work)));
 }
 
 /// The same in a child that has no special rights; root passes every permission.
