@@ -1,4 +1,5 @@
 #include "cal.h"
+#include "import_options.h"
 #include "jet_command.h"
 #include "project_files.h"
 #include "section_options.h"
@@ -117,6 +118,7 @@ int main(int argc, char** argv) {
     cli::addLevels(app, status);
     cli::addCheck(app, status);
     cli::addHeading(app, status);
+    cli::addImport(app, status);
     addJet(app, status);
     cli::addSectionCommands(app, status);
     try {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "column_guess.h"
+
+#include "desktop/desktop.h"
+#include "project/project_commands.h"
+#include "sheet/book.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace exchange {
+
+/// Something to be said before a table is taken.
+struct ImportNote {
+    std::string text;
+    bool leavesOut = false; ///< something of the table is not taken, or not as it was meant
+};
+
+using BookRow = std::array<std::string, sheet::columnCount>;
+
+struct TakenTable {
+    std::vector<BookRow> rows;
+    std::vector<int> sources; ///< the sheet's row of each
+    std::vector<ImportNote> notes;
+
+    [[nodiscard]] bool leavesOut() const;
+};
+
+/// The rows that a book gets of `table`, and what cannot be taken of it. Readings and offsets are the stored
+/// values at seven significant digits at most, levels to 0.1 mm, chainages and remarks what the sheet shows;
+/// "+" between kilometres and metres becomes "-". Rows that are empty in all columns that count are passed
+/// over. With a column Kind of reading, a back sight behind the fore sight on the same point goes into its
+/// row.
+[[nodiscard]] TakenTable takeTable(const tables::Table& table, const Layout& layout);
+
+enum class ImportPlace { Replace, AddBelow };
+
+/// Puts rows into the book: in its place, after an unsaved one was set aside, or below the last row that
+/// holds anything. The levels are left to Cal.
+project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
+                            ImportPlace place);
+
+} // namespace exchange
