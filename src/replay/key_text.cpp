@@ -35,6 +35,13 @@ const QHash<QString, Stroke>& namedKeys() {
         {"CTRL+A", {Qt::Key_A, Qt::ControlModifier, "\x01"}},
         {"CTRL+C", {Qt::Key_C, Qt::ControlModifier, "\x03"}},
         {"CTRL+V", {Qt::Key_V, Qt::ControlModifier, "\x16"}},
+        {"CTRL+X", {Qt::Key_X, Qt::ControlModifier, "\x18"}},
+        {"CTRL+Y", {Qt::Key_Y, Qt::ControlModifier, "\x19"}},
+        {"CTRL+Z", {Qt::Key_Z, Qt::ControlModifier, "\x1a"}},
+        {"CTRL+S", {Qt::Key_S, Qt::ControlModifier, "\x13"}},
+        {"CTRL+F", {Qt::Key_F, Qt::ControlModifier, "\x06"}},
+        {"CTRL+G", {Qt::Key_G, Qt::ControlModifier, "\x07"}},
+        {"F4", {Qt::Key_F4, {}, {}}},
         {"CTRL+ENTER", {Qt::Key_Return, Qt::ControlModifier, "\r"}},
         {"{", {Qt::Key_BraceLeft, {}, "{"}},
     };

@@ -164,7 +164,8 @@ void Player::keys(const QString& keys, const QString& to) {
     QWidget* target = to.isEmpty() ? &m_window->grid() : control(to);
     if (target == nullptr) throw SessionError("no control " + to);
     for (const Stroke& stroke : parseKeys(keys)) {
-        if (!canBeUsed(*target)) break; // keys never land in another control
+        if (!canBeUsed(*target)) break;                  // keys never land in another control
+        if (!m_window->isActiveWindow()) bringToFront(); // or a shortcut would reach the grid as a character
         target->setFocus();
         send(*target, stroke);
         settle();

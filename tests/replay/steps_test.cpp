@@ -136,6 +136,18 @@ TEST_F(Steps, BoxesThatAreLeftComputeAndFramesKeepNothingUnasked) {
     EXPECT_EQ(dao::toText(lSect.Fields("LRW").value()), "3");
 }
 
+TEST_F(Steps, ShortcutsAreTheWindowsOwn) {
+    const QJsonObject outcome = play(R"json({"steps": [
+        {"preset": [["00-000", "", "0", "", "", "1.5"], ["00-010", "", "0", "", "", "2.5"]]},
+        {"keys": "{CTRL+F}"}, {"keys": "2.5{ENTER}", "to": "txtFind"}, {"keys": "{CTRL+X}"},
+        {"keys": "{CTRL+G}"}, {"keys": "0{ENTER}", "to": "txtGoto"}, {"keys": "{RIGHT}{F4}"}
+    ]})json");
+    EXPECT_EQ(line(outcome["rows"]),
+              R"([["00-000","","0","","","1.5","","","",""],["00-010","","0","","","","","","",""]])");
+    EXPECT_EQ(line(outcome["cursor"]), "[1,1]");
+    EXPECT_EQ(outcome["status"].toString(), R"("2.5" is not in the book.)");
+}
+
 TEST_F(Steps, AfterExitKeysGoNowhere) {
     const QJsonObject outcome =
         play(R"json({"steps": [{"keys": "1"}, {"button": "cmdExit", "answers": [{"box": "No"}]},

@@ -377,7 +377,10 @@ void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void FlexGrid::resizeEvent(QResizeEvent* event) {
+    const QRect cursor = visualRect(currentIndex());
+    const bool seen = QRect(QPoint(), event->oldSize()).intersects(cursor);
     QTableView::resizeEvent(event);
+    if (seen) scrollTo(currentIndex()); // a bar or a pane was opened
     m_widths.clear();
     applyWidths();
 }
