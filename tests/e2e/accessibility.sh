@@ -121,7 +121,7 @@ keys Escape
 until_true "the end of the frame" sh -c "! '$reader' '$caption' | grep 'frame | Exporting Data'"
 
 begin "The change points"
-click "$caption" 914 97
+click "$caption" 950 97
 wait_for 'All Change Points.'
 find_in 'All Change Points.' "table | Change points and remarked rows" "table cell | row 1, B.S., 1.525" \
     "push button | Close"
