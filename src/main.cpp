@@ -1,7 +1,9 @@
+#include "cli/book_file.h"
 #include "project/load.h"
 #include "shell/application.h"
 #include "shell/controls/branding.h"
 #include "shell/frmGrl.h"
+#include "shell/print/pdf_command.h"
 #include "shell/start_chain.h"
 #include "shell/text.h"
 #include "tools/start_routine.h"
@@ -11,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 #include <memory>
 
 namespace {
@@ -28,6 +31,9 @@ QStringList booksOf(const QCoreApplication& application) {
     parser.setApplicationDescription(shell::text("The levelling book of a road survey."));
     parser.addHelpOption();
     parser.addVersionOption();
+    parser.addOption({QStringLiteral("pdf"),
+                      shell::text("Write the printed book into this file instead; see the manual page."),
+                      QStringLiteral("OUT.pdf")});
     parser.addPositionalArgument(QStringLiteral("book"), shell::text("A book to open after the login."),
                                  QStringLiteral("[book]"));
     parser.process(application);
@@ -50,6 +56,14 @@ bool hasDisplay(int argc, char** argv) {
 int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("zavrogrl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZAVRO_VERSION));
+    if (shell::wantsPdf(argc, argv)) {
+        if (!hasDisplay(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
+        const QGuiApplication application(argc, argv);
+        return shell::writePdfOf(QGuiApplication::arguments(),
+                                 [](sheet::Book& book, const std::string& path) {
+                                     return cli::loadBook(book, path, std::cin, std::cerr);
+                                 });
+    }
     if (!hasDisplay(argc, argv)) {
         const QCoreApplication application(argc, argv);
         (void)booksOf(application);

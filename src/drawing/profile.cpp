@@ -11,7 +11,7 @@ namespace {
 constexpr double crowded = 3; // uprights stand apart by so many of the finest columns
 
 // All in heights of a letter.
-constexpr double head = 13;        // width of the words in front of the rows
+constexpr double head = 14;        // width of the words in front of the rows
 constexpr double elbow = 2;        // height of the band in which figures that moved aside are led to
 constexpr double letterRoom = 1.4; // a figure takes this much of a row
 
@@ -95,7 +95,7 @@ class Drafter {
         }
         const std::string datum = datumText(stretch.frame.datum);
         if (stretch.first == 0) {
-            list().text(Layer::Text, {-0.5 * h, 0.5 * h}, h, datum, Align::Right);
+            list().text(Layer::Text, {-1.2 * h, 0.5 * h}, h, datum, Align::Right);
         } else {
             const double at = line.places.front().x;
             list().line(Layer::Frame, {at, -h}, {at, line.places.front().y + h});
@@ -123,7 +123,7 @@ class Drafter {
         for (int number = 0; number < 2; ++number) {
             const double top = -(elbow + number * m_style.row) * h;
             list().line(Layer::Frame, {-headWidth(h), top}, {right, top});
-            list().text(Layer::Text, {-0.5 * h, top - (m_style.row + 1) / 2 * h}, h, heads[number],
+            list().text(Layer::Text, {-1.2 * h, top - (m_style.row + 1) / 2 * h}, h, heads[number],
                         Align::Right);
         }
         list().line(Layer::Frame, {-headWidth(h), -rowsHeight(h, m_style.row)},
@@ -150,6 +150,18 @@ class Drafter {
 double datumBelow(double lowest, double levelPerMetre, double clearance) {
     const double step = roundStep(2 * clearance / levelPerMetre);
     return std::floor((lowest - clearance / levelPerMetre) / step) * step;
+}
+
+double fittingRow(std::span<const GroundPlace> ground, Figures figures) {
+    double row = 4;
+    if (ground.empty()) return row;
+    for (const GroundPlace& at : {ground.front(), ground.back()}) {
+        const std::string along =
+            figures == Figures::Chainage ? chainageText(at.along) : offsetText(at.along);
+        for (const std::string& figure : {along, levelText(at.level)})
+            row = std::max(row, estimatedWidth(figure, 1) + 0.7);
+    }
+    return row;
 }
 
 double headWidth(double textHeight) {

@@ -79,6 +79,9 @@ struct ProfileDrawing {
 /// to steps that are at least twice as large.
 [[nodiscard]] double datumBelow(double lowest, double levelPerMetre, double clearance = 5);
 
+/// The height of a row, in heights of a letter, that the figures of these points need.
+[[nodiscard]] double fittingRow(std::span<const GroundPlace> ground, Figures figures);
+
 /// What stands on the left of the datum line takes this much room.
 [[nodiscard]] double headWidth(double textHeight);
 /// Height of the rows of figures under the datum line.

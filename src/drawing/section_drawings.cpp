@@ -19,6 +19,7 @@ ProfileDrawing drawLongSection(std::span<const GroundPlace> ground, const Profil
 ProfileDrawing drawCrossSection(double chainage, std::span<const GroundPlace> ground, ProfileStyle style,
                                 const std::string& note) {
     style.figures = Figures::Offset;
+    style.row = fittingRow(ground, style.figures);
     ProfileDrawing drawing = drawProfile(ground, style);
     if (ground.empty()) return drawing;
     const double h = style.textHeight;

@@ -50,9 +50,8 @@ void put(DxfWriter& file, const drawing::DisplayList& list, const Insertion& ins
     }
 }
 
-void addOrigin(ProfileDrawing& drawing, const ProfileStyle& style, Place at, const std::string& along) {
-    const double h = style.textHeight;
-    drawing.list.text(Layer::Text, {0, -drawing::rowsHeight(h) - 1.5 * h}, 0.7 * h,
+void addOrigin(ProfileDrawing& drawing, double h, double row, Place at, const std::string& along) {
+    drawing.list.text(Layer::Text, {0, -drawing::rowsHeight(h, row) - 1.5 * h}, 0.7 * h,
                       originText(at, along, drawing.stretches.front().frame.datum));
 }
 
@@ -64,7 +63,7 @@ double putLong(DxfWriter& file, const Ground& ground, const DxfOptions& options)
     ProfileStyle style;
     style.scale = options.longScale;
     ProfileDrawing drawing = drawing::drawLongSection(places, style);
-    addOrigin(drawing, style, {}, drawing::chainageText(places.front().along));
+    addOrigin(drawing, style.textHeight, style.row, {}, drawing::chainageText(places.front().along));
     if (!options.title.empty())
         drawing.list.text(Layer::Text, {0, drawing.list.bounds().top + style.textHeight},
                           1.4 * style.textHeight, basic::toUtf8(options.title));
@@ -101,7 +100,7 @@ void putCross(DxfWriter& file, const Ground& ground, const DxfOptions& options, 
         const Place at{column * width, top - cell.top * metre - (rows - 1 - row) * height};
         const CrossPoints points = ground.crossSections[k];
         ProfileDrawing drawing = draw(points);
-        addOrigin(drawing, style, at, drawing::offsetText(points.front().offset));
+        addOrigin(drawing, style.textHeight, style.row, at, drawing::offsetText(points.front().offset));
         put(file, drawing.list, {at, metre});
     }
 }

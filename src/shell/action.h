@@ -28,6 +28,7 @@ struct MenuItem {
     Action action = {};
     const char* shortcut = ""; ///< as QKeySequence reads it; several are parted by "; "
     bool checkable = false;
+    const char* before = ""; ///< the item or separator that it stands before; empty: at the end
 };
 
 } // namespace shell

@@ -80,7 +80,10 @@ QMenu& frmGrl::addMenu(const char* name, const char* caption, const char* before
 
 QAction& frmGrl::addItem(QMenu& menu, const MenuItem& item) {
     const bool isSeparator = std::strcmp(item.caption, "-") == 0;
-    QAction* added = isSeparator ? menu.addSeparator() : menu.addAction(text(item.caption));
+    auto* added = new QAction(isSeparator ? QString() : text(item.caption), &menu);
+    added->setSeparator(isSeparator);
+    const bool atEnd = *item.before == '\0';
+    menu.insertAction(atEnd ? nullptr : menu.findChild<QAction*>(QLatin1String(item.before)), added);
     added->setObjectName(QLatin1String(item.name));
     added->setMenuRole(QAction::NoRole);
     if (isSeparator) return *added;

@@ -3,6 +3,7 @@
 #include "edit_items.h"
 #include "find_bar.h"
 #include "letters_items.h"
+#include "print/print_items.h"
 #include "section_panes.h"
 #include "window_part.h"
 
@@ -13,7 +14,7 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu, &makeEditItems, &makeFindBar, &makeContextMenu, &makeSectionPanes, &makeLettersItems,
+    &makeEditMenu, &makeEditItems, &makeFindBar, &makeContextMenu, &makeSectionPanes, &makeLettersItems, &makePrintItems,
 };
 
 } // namespace

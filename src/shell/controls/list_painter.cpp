@@ -5,6 +5,8 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace shell {
 
 using drawing::Layer;
@@ -45,10 +47,17 @@ void ListPainter::texts(const drawing::DisplayList& list) {
     font.setPixelSize(1000);
     const qreal capital = QFontMetricsF(font, m_painter.device()).capHeight() / 1000;
     qreal height = 0;
+    bool wasPlain = false;
     for (const drawing::Text& each : list.texts) {
-        if (height != each.height) {
+        // Without shaping there are no ligatures, which a reader of a PDF file would find in place of
+        // letters.
+        const bool plain =
+            std::ranges::all_of(each.text, [](char c) { return static_cast<signed char>(c) >= 0; });
+        if (height != each.height || plain != wasPlain) {
             height = each.height;
+            wasPlain = plain;
             font.setPixelSize(std::max(1, qRound(height * m_perMillimetre / capital)));
+            font.setStyleStrategy(plain ? QFont::PreferNoShaping : QFont::PreferDefault);
             m_painter.setFont(font);
         }
         m_painter.setPen(m_look.ink[static_cast<std::size_t>(each.layer)]);

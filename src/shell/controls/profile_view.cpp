@@ -101,15 +101,7 @@ QRectF ProfileView::plotArea() const {
 
 void ProfileView::show(ProfileContent content) {
     m_content = std::move(content);
-    m_figureRow = 4;
-    if (!m_content.ground.empty())
-        for (const GroundPlace& at : {m_content.ground.front(), m_content.ground.back()}) {
-            const std::string along = m_content.figures == drawing::Figures::Chainage
-                                          ? drawing::chainageText(at.along)
-                                          : drawing::offsetText(at.along);
-            for (const std::string& figure : {along, drawing::levelText(at.level)})
-                m_figureRow = std::max(m_figureRow, drawing::estimatedWidth(figure, 1) + 0.7);
-        }
+    m_figureRow = drawing::fittingRow(m_content.ground, m_content.figures);
     if (m_fitted) fit();
     redraw();
     mark(m_row);
