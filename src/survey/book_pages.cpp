@@ -65,7 +65,7 @@ void BookPages::addRow(const Rows& rows, int row, BookPage& page) const {
     std::string fore = m_grid.Text(row, sheet::ForeSight);
     if (closes && !isInterSight(row)) {
         // A change point: its back sight opens the next page. Behind the last sight of all it opens nothing.
-        back = row == m_lastSight ? inBrackets(back) : std::string();
+        back = row == m_lastSight && !back.empty() ? '[' + back + ']' : std::string();
     } else {
         page.foot.backSights += valueOf(m_grid, row, sheet::BackSight);
     }

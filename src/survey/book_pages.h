@@ -16,7 +16,7 @@ namespace survey {
 struct PageLine {
     int row;               ///< of the book; for a line brought forward the row of its point
     bool forward;          ///< brought forward from the page before
-    std::string backSight; ///< as printed; what is no reading of its own stands in brackets
+    std::string backSight; ///< as printed: a repeated reading in (), one that is not summed in []
     std::string foreSight;
 };
 

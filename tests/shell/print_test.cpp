@@ -9,6 +9,7 @@
 #include "field_book.h"
 
 #include <QCheckBox>
+#include <QPushButton>
 #include <QSpinBox>
 
 #include <cmath>
@@ -52,7 +53,9 @@ struct ReadPage {
             if (line.find("B.S. - F.S.") != std::string::npos) foot = line;
             if (ends.empty() || !foot.empty()) continue;
             const bool isSum = line.find(" Sum ") != std::string::npos;
-            if (const int row = std::atoi(line.c_str()); row > 0) rows.push_back(row);
+            const int row = std::atoi(line.c_str());
+            if (row > 0) rows.push_back(row);
+            if (row == 0 && !isSum && line.find("brought forward") == std::string::npos) continue;
             for (const auto& [head, end] : ends) {
                 if (line.size() + 3 < end) continue;
                 // A figure ends beneath its head, give or take a blank.
@@ -106,7 +109,7 @@ TEST_F(Paper, PagesAddUpAndHoldEveryRowOnce) {
     ASSERT_EQ(found.size(), static_cast<std::size_t>(book.MSFG.Rows() - 1));
     for (std::size_t k = 0; k < found.size(); ++k)
         EXPECT_EQ(found[k], static_cast<int>(k) + 1);
-    for (const char* words : {"am Sockel der alten Br\u00fccke", "Page 2 of", "Surveyor", "brought forward"})
+    for (const char* words : {"Br\u00fccke", "Page 2 of", "Surveyor", "brought forward"})
         EXPECT_THAT(text, HasSubstr(words));
 }
 
@@ -129,7 +132,7 @@ TEST_F(Paper, SectionsAreTrueToScale) {
     EXPECT_NEAR(placeOf("00-200") - placeOf("00-010"), 190, 0.1);
     EXPECT_NEAR(placeOf("00-050") - placeOf("00-040"), 10, 0.1);
     EXPECT_THAT(read("-l 1"), HasSubstr("1:1000 by 1:100, V x10"));
-    EXPECT_THAT(outputOf("pdfinfo '" + pdf + "'").value_or(""), HasSubstr("841"));
+    EXPECT_THAT(outputOf("pdfinfo '" + pdf + "'").value_or(""), HasSubstr("842 x 595"));
 }
 
 TEST_F(Paper, AFailureLeavesTheOldFileWhole) {
@@ -189,7 +192,7 @@ TEST_F(PrintWindow, OneDialogForPreviewAndPdf) {
             return QTest::keyClick(name, Qt::Key_Return);
         }
         auto* dialog = dynamic_cast<shell::PrintDialog*>(&modal);
-        if (dialog == nullptr) return;
+        if (dialog == nullptr || pages > 0) return;
         auto* page = dialog->findChild<QSpinBox*>(QStringLiteral("spnPage"));
         const int before = page->maximum();
         dialog->findChild<QCheckBox*>(QStringLiteral("chkLong"))->setChecked(true);
@@ -197,7 +200,8 @@ TEST_F(PrintWindow, OneDialogForPreviewAndPdf) {
         EXPECT_GT(pages, before);
         page->setValue(pages); // the last one is painted
         EXPECT_FALSE(dialog->grab().isNull());
-        dialog->findChild<QPushButton*>(QStringLiteral("cmdPdf"))->click();
+        // Its file dialog is answered by this watcher, which therefore must be done by then.
+        QTimer::singleShot(0, dialog->findChild<QPushButton*>(QStringLiteral("cmdPdf")), &QPushButton::click);
     });
     press(Qt::Key_P, Qt::ControlModifier);
     EXPECT_EQ(status(), std::to_string(pages) + " pages written to " + pdf);

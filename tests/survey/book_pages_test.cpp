@@ -44,7 +44,7 @@ TEST(BookPages, OpenWithABackSightAndCloseWithAForeSight) {
     // A row of two lines needs its room, and a last back sight without a sight is left out.
     keyRows(book.MSFG, {",,,,1.5,,,,100", "00-000,,0,,,1.1", "CP,,,,1.4,,1.0", ",,,,,,,,,the end"});
     const BookPages two(book.MSFG, runs, 2, [](int row) { return row == 4 ? 2 : 1; });
-    EXPECT_EQ(shown(two.page(1)) + shown(two.page(2)), "+:(1.1)/ 3:(1.4)/1.0 4:/ ");
+    EXPECT_EQ(shown(two.page(1)) + shown(two.page(2)), "+:(1.1)/ 3:[1.4]/1.0 4:/ ");
     EXPECT_EQ(two.sums().unusedBackSight, 3);
 }
 

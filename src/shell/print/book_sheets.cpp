@@ -53,7 +53,7 @@ BookSheets::BookSheets(const sheet::Grid& grid, BookPrint print,
             static_cast<double>(wrapped(line.forward ? "" : m_grid.Text(line.row, sheet::Remark)).size());
     const double room = (m_lines - lines) * pitch;
     const double wanted = static_cast<double>(m_closing.size()) * closingPitch + signatures;
-    if (wanted > room)
+    if (wanted + pitch > room)
         m_closingPages = static_cast<int>((m_closing.size() + closingLines() - 1) / closingLines());
 }
 
@@ -142,7 +142,7 @@ void BookSheets::writeClosing() {
                             " closes the book and counts as a fore sight.");
     if (sums.unusedBackSight > 0)
         m_closing.push_back("The B.S. of row " + std::to_string(sums.unusedBackSight) +
-                            " is not summed: nothing was sighted from it.");
+                            " stands in [] and is not summed: nothing was sighted from it.");
     if (m_print.riseAndFall) m_closing.push_back(survey::describe(survey::checkRiseAndFall(m_grid, *m_runs)));
     for (const survey::RunSection& section : m_runs->sections()) {
         const auto point = [](const std::string& name, int row) {
@@ -244,10 +244,8 @@ double BookSheets::drawRows(DisplayList& list, const survey::BookPage& page) con
     return y;
 }
 
-void BookSheets::drawFoot(DisplayList& list, const survey::PageFoot& foot) const {
-    if (foot.sights == 0) return;
+void BookSheets::drawFoot(DisplayList& list, const survey::PageFoot& foot, double y) const {
     const drawing::Paper& paper = m_print.paper;
-    double y = paper.margin + footHeight;
     list.line(Layer::Frame, {paper.margin, y}, {paper.width - paper.margin, y});
     y -= 4;
     for (const Column& column : m_columns) {
@@ -285,9 +283,15 @@ DisplayList BookSheets::sheet(int index) const {
     drawHeading(list, index + 1);
     if (index < m_pages->count()) {
         const survey::BookPage page = m_pages->page(index);
-        const double y = drawRows(list, page);
-        drawFoot(list, page.foot);
-        if (index + 1 == count()) drawClosing(list, y, 0, m_closing.size());
+        double y = drawRows(list, page);
+        const bool isLast = index + 1 == count();
+        // On the last page the foot stands between the rows and the closing, else at the foot of the paper.
+        if (page.foot.sights > 0) {
+            y = isLast ? y - pitch / 2 : m_print.paper.margin + footHeight;
+            drawFoot(list, page.foot, y);
+            y -= footHeight;
+        }
+        if (isLast) drawClosing(list, y, 0, m_closing.size());
         return list;
     }
     const auto first = static_cast<std::size_t>(index - m_pages->count()) * closingLines();

@@ -53,7 +53,7 @@ class BookSheets final : public drawing::Sheets {
     void drawHeading(drawing::DisplayList& list, int number) const;
     double drawRows(drawing::DisplayList& list, const survey::BookPage& page) const;
     void drawRow(drawing::DisplayList& list, const survey::PageLine& line, double& y) const;
-    void drawFoot(drawing::DisplayList& list, const survey::PageFoot& foot) const;
+    void drawFoot(drawing::DisplayList& list, const survey::PageFoot& foot, double y) const;
     void drawClosing(drawing::DisplayList& list, double y, std::size_t first, std::size_t end) const;
     [[nodiscard]] std::string cell(const survey::PageLine& line, int column) const;
     void put(drawing::DisplayList& list, const Column& column, double y, const std::string& text) const;
