@@ -71,8 +71,8 @@ class frmGrl final : public QMainWindow {
     /// A menu of the bar: one that is there, or a new one before the menu `before` (empty: at the end).
     [[nodiscard]] QMenu& menu(const char* name);
     QMenu& addMenu(const char* name, const char* caption, const char* before = "");
-    /// Adds an item behind the ones that the menu has, or where it says. While a frame is open its shortcut is no key of the
-    /// window's, and an item whose action is held is disabled.
+    /// Adds an item behind the ones that the menu has, or where it says. While a frame is open its shortcut
+    /// is no key of the window's, and an item whose action is held is disabled.
     QAction& addItem(QMenu& menu, const MenuItem& item);
 
     /// Brings caption, menus, grid and status bar in step with the book. Runs after every command and key.
