@@ -4,9 +4,9 @@
 #include "basic/numbers.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
+#include "dao/error_numbers.h"
 #include "formation_levels.h"
 #include "marked_rows.h"
-#include "project/marks.h"
 #include "project/save.h"
 #include "reading_walk.h"
 #include "road_schema.h"
@@ -26,8 +26,6 @@ using basic::val;
 
 namespace {
 
-constexpr int duplicateKey = 3022;
-constexpr int emptyKey = 3058;
 constexpr sheet::Colour missingLevel = sheet::rgb(230, 200, 200);
 
 bool isBlank(const TextBox& box) {
@@ -156,35 +154,55 @@ class Transfer {
 
     void layOutFolder() {
         const std::string project = m_book.projectPath();
-        const std::string folder = freeFolder(project);
-        if (!basic::folderExists(folder)) basic::makeFolder(folder);
-        m_folder = folder;
+        const std::string first = firstFolder(project);
         m_copy.close();
-        basic::fileCopy(m_copy.path(), folder + "/Road.mdb");
-        basic::fileCopy(desktop::programFile(m_desktop, "Rod.dwg"), folder + "/Road.dwg");
-        basic::fileCopy(desktop::programFile(m_desktop, "Rod1.dwg"), folder + "/LRod.dwg");
-        basic::fileCopy(project, folder + "/" + basic::baseName(project));
-        m_book.FileMark = project::fileMark(project); // the copy may be the file itself, in its own folder
-        m_frame.madeFolder = folder;
-        m_desktop.messageBox(folder + " Folder is Created");
+        placeRoad(first);
+        basic::fileCopy(desktop::programFile(m_desktop, "Rod.dwg"), m_folder + "/Road.dwg");
+        basic::fileCopy(desktop::programFile(m_desktop, "Rod1.dwg"), m_folder + "/LRod.dwg");
+        copyProject(project, m_folder + "/" + basic::baseName(project));
+        m_frame.madeFolder = m_folder;
+        m_desktop.messageBox(m_folder + " Folder is Created");
         m_copy.remove();
         m_frame.Enb();
     }
 
-    /// The default folder, then the project's base name, with an "X" more for each road that is there
-    /// already.
-    std::string freeFolder(const std::string& project) {
+    /// The default folder, then the project's base name.
+    std::string firstFolder(const std::string& project) {
         const std::string stem = project.substr(0, project.size() - std::min<std::size_t>(4, project.size()));
         const std::string name = basic::baseName(stem);
         if (name.find_first_not_of('.') == std::string::npos) throw RuntimeError(basic::PathNotFound);
-        std::string folder = basic::nativePath(m_book.DefaultFolder) + "/" + name;
         const std::string usual = basic::nativePath("C:\\Road");
         if (!basic::folderExists(usual)) basic::makeFolder(usual);
-        while (basic::fileExists(folder + "/Road.mdb")) {
+        return basic::nativePath(m_book.DefaultFolder) + "/" + name;
+    }
+
+    /// Makes the folder with its Road.mdb, under the name with an "X" more for each road that is there
+    /// already, one that came a moment ago included.
+    void placeRoad(std::string folder) {
+        while (!placeRoadIn(folder)) {
             m_desktop.messageBox(folder + " Folder is Allready Exists...");
             folder += "X";
         }
-        return folder;
+    }
+
+    bool placeRoadIn(const std::string& folder) {
+        const std::string road = folder + "/Road.mdb";
+        if (basic::fileExists(road)) return false;
+        if (!basic::folderExists(folder)) basic::makeFolder(folder);
+        m_folder = folder;
+        if (m_copy.placeAs(road)) return true;
+        m_folder.clear();
+        return false;
+    }
+
+    /// The project may be its own copy already, in its own folder.
+    static void copyProject(const std::string& project, const std::string& copy) {
+        const bool same = basic::during(basic::FileAction::Copy, [&] {
+            const auto from = files::statusOf(basic::nativePath(project));
+            const auto to = files::statusOf(copy);
+            return from && to && from->id == to->id;
+        });
+        if (!same) basic::fileCopy(project, copy);
     }
 
     void fail(const RuntimeError& error) {
@@ -192,12 +210,12 @@ class Transfer {
         if (walking) m_grid.moveTo(m_tally.row, sheet::Chainage);
         m_grid.setCellBackColor(sheet::dataError);
         m_grid.setVisible(true);
-        const int number = error.number();
-        if (number == duplicateKey || number == emptyKey) {
+        const bool duplicate = dao::is(error.number(), dao::EngineError::DuplicateKey);
+        if (duplicate || dao::is(error.number(), dao::EngineError::NullKey)) {
             m_grid.setCol(sheet::Chainage);
             m_desktop.messageBox("Chainage " + m_grid.Text() +
-                                 (number == duplicateKey ? " have some data entry Mistake CHECK IT!!!"
-                                                         : " have some data Missing CHECK IT!!!"));
+                                 (duplicate ? " have some data entry Mistake CHECK IT!!!"
+                                            : " have some data Missing CHECK IT!!!"));
             m_desktop.focusGrid();
         } else {
             m_desktop.messageBox(error.description());

@@ -21,8 +21,8 @@ enum class TransferEnd {
 bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
 
 /// Transfer in the frame: checks the book, saves it, and makes the project folder of the road program under
-/// the default folder: Road.mdb, Road.dwg, LRod.dwg and a copy of the project. Works on "Rodd.mdb" in the
-/// program folder, a copy of the template "Rod.mdb". Never throws a RuntimeError.
+/// the default folder: Road.mdb, Road.dwg, LRod.dwg and a copy of the project. Works on a copy of the
+/// template "Rod.mdb" in the program folder. Never throws a RuntimeError.
 TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
 
 /// Cancel in the frame.

@@ -1,25 +1,14 @@
 #include "work_copy.h"
 
 #include "basic/files.h"
-#include "basic/runtime_error.h"
 #include "road_schema.h"
 #include "tools/road_tables.h"
+
+#include <cerrno>
 
 namespace exchange {
 
 namespace {
-
-constexpr int heldByAnother = 3045;
-
-/// A copy that is not held was left over by a crash; nothing else about it matters.
-void refuseIfHeld(const std::string& path) {
-    if (!basic::fileExists(path)) return;
-    try {
-        (void)dao::OpenDatabase(path, roadConnect);
-    } catch (const basic::RuntimeError& error) {
-        if (error.number() == heldByAnother) throw;
-    }
-}
 
 void letGo() {
     mdlTools::RoadLSect.reset();
@@ -28,15 +17,16 @@ void letGo() {
 
 } // namespace
 
-WorkCopy::WorkCopy(desktop::Desktop& desktop)
-    : m_desktop(desktop), m_path(desktop.programFolder() + "/Rodd.mdb") {}
+WorkCopy::WorkCopy(desktop::Desktop& desktop) : m_desktop(desktop) {}
+
+WorkCopy::~WorkCopy() {
+    remove();
+}
 
 void WorkCopy::open() {
-    const std::string blank = desktop::programFile(m_desktop, "Rod.mdb");
-    refuseIfHeld(m_path);
-    m_ours = true;
-    basic::fileCopy(blank, m_path);
-    mdlTools::RoadDb = dao::OpenDatabase(m_path, roadConnect);
+    m_file.emplace(basic::readyCopy(desktop::programFile(m_desktop, "Rod.mdb"),
+                                    m_desktop.programFolder() + "/Rodd.mdb"));
+    mdlTools::RoadDb = dao::OpenDatabase(m_file->siblingPath(), roadConnect);
 }
 
 void WorkCopy::close() {
@@ -45,15 +35,22 @@ void WorkCopy::close() {
     mdlTools::RoadDb.reset();
 }
 
-void WorkCopy::remove() {
-    if (!m_ours) return;
-    letGo();
-    m_ours = false;
+bool WorkCopy::placeAs(const std::string& path) const {
     try {
-        basic::kill(m_path);
-    } catch (const basic::RuntimeError&) {
-        // Not there, or in a folder that lets nothing be deleted: there was nothing of ours to delete then.
+        files::Replacement road(path, files::Target::Name);
+        road.copy(files::OpenFile(m_file->siblingPath(), files::OpenFor::Reading));
+        road.commit(files::Sibling::Onto::Nothing);
+        return true;
+    } catch (const files::Error& error) {
+        if (error.code() == EEXIST) return false;
+        basic::raiseFileError(basic::FileAction::Copy, error.code());
     }
+}
+
+void WorkCopy::remove() {
+    if (!m_file) return;
+    letGo();
+    m_file.reset();
 }
 
 } // namespace exchange

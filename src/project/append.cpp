@@ -2,6 +2,7 @@
 
 #include "choose_file.h"
 #include "project_file.h"
+#include "report.h"
 
 #include <optional>
 
@@ -19,8 +20,10 @@ Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop) {
             throw basic::RuntimeError(basic::OutOfMemory, "The two books together have too many rows");
         book.MSFG.setRows(rows + reader.count());
         reader.fill(book, desktop, rows);
-        desktop.status(std::to_string(reader.count()) + " rows were added below row " +
-                       std::to_string(rows - 1) + ".");
+        Report report(desktop);
+        report.add(std::to_string(reader.count()) + " rows were added below row " + std::to_string(rows - 1) +
+                   ".");
+        report.add(reader.note());
         return Outcome::Done;
     } catch (const basic::RuntimeError& error) {
         desktop.messageBox(error.description());

@@ -1,6 +1,7 @@
 #include "load.h"
 
 #include "basic/files.h"
+#include "dao/error_numbers.h"
 #include "marks.h"
 #include "project_file.h"
 
@@ -9,9 +10,6 @@
 namespace project {
 
 namespace {
-
-constexpr int invalidPassword = 3031;
-constexpr int unrecognizedFormat = 3343;
 
 /// Row 1 of the book before, which holds where the file says nothing: its first record fills only the side
 /// that it has, and without a record all stays.
@@ -49,15 +47,15 @@ class Leftover {
     std::array<std::string, sheet::columnCount> m_texts;
 };
 
-void tellLeftover(desktop::Desktop& desktop, const std::string& stayed, const std::string& before) {
-    if (stayed.empty()) return;
-    desktop.status("Row 1 keeps what stood there in " + (before.empty() ? "the book before" : before) + ": " +
-                   stayed + ".");
+std::string leftoverText(const std::string& stayed, const std::string& before) {
+    if (stayed.empty()) return {};
+    return "Row 1 keeps what stood there in " + (before.empty() ? "the book before" : before) + ": " +
+           stayed + ".";
 }
 
 } // namespace
 
-bool op(sheet::Book& book, desktop::Desktop& desktop) {
+bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
     const std::string before = book.hasFile() ? basic::baseName(book.projectPath()) : std::string();
     try {
         book.setProjectPath(book.FileName);
@@ -85,7 +83,8 @@ bool op(sheet::Book& book, desktop::Desktop& desktop) {
         book.JobHeading = reader.heading();
         book.FileMark = std::move(mark);
         book.SavedMark = bookMark(book);
-        tellLeftover(desktop, stayed, before);
+        report.add(reader.note());
+        report.add(leftoverText(stayed, before));
         return true;
     } catch (const basic::RuntimeError& error) {
         book.SavedMark = bookMark(book); // a remainder that nobody typed
@@ -97,11 +96,13 @@ bool op(sheet::Book& book, desktop::Desktop& desktop) {
 bool openPath(sheet::Book& book, desktop::Desktop& desktop, const std::string& path) {
     book.FileName = path;
     book.CurrentFile = path;
-    return op(book, desktop);
+    Report report(desktop);
+    return op(book, desktop, report);
 }
 
 void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error) {
-    if (error.number() == unrecognizedFormat || error.number() == invalidPassword)
+    if (dao::is(error.number(), dao::EngineError::UnknownFormat) ||
+        dao::is(error.number(), dao::EngineError::NotAPassword))
         desktop.messageBox(notAProjectFile);
     else if (error.number() != basic::PermissionDenied)
         desktop.messageBox(std::to_string(error.number()) + "  " + error.description());

@@ -113,11 +113,12 @@ Outcome openProject(sheet::Book& book, desktop::Desktop& desktop) {
         return Outcome::Refused;
     }
     book.CurrentFile = book.FileName;
-    const bool loaded = op(book, desktop);
+    Report report(desktop);
+    const bool loaded = op(book, desktop, report);
     if (loaded && givenUp && !aside.path.empty())
         basic::kill(aside.path);
     else if (unsaved)
-        desktop.status(aside.failed() ? aside.failure : setAsideNote);
+        report.add(aside.failed() ? aside.failure : setAsideNote);
     desktop.focusGrid();
     return loaded ? Outcome::Done : Outcome::Failed;
 }
@@ -128,8 +129,9 @@ Outcome openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry) {
     const bool unsaved = isUnsaved(book);
     if (!mayDrop(book, desktop)) return Outcome::Refused;
     book.FileName = path;
-    const bool loaded = op(book, desktop);
-    if (unsaved) desktop.status(setAsideNote);
+    Report report(desktop);
+    const bool loaded = op(book, desktop, report);
+    if (unsaved) report.add(setAsideNote);
     return loaded ? Outcome::Done : Outcome::Failed;
 }
 

@@ -2,11 +2,14 @@
 
 #include "basic/files.h"
 #include "basic/numbers.h"
+#include "dao/error_numbers.h"
 #include "sheet/cells.h"
+#include "sheet/long_work.h"
 #include "sheet/sight.h"
 #include "tools/chainage.h"
 #include "tools/safe_field_value.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -16,8 +19,6 @@ namespace project {
 namespace {
 
 constexpr const char* table = "Grl";
-constexpr int outOfMemory = 7;
-constexpr int valueRequired = 3314;
 
 /// The fields of Grl, looked up once and not by name in each record. A field that an unusual file lacks is an
 /// error where it is used.
@@ -58,24 +59,15 @@ constexpr std::array<CellField, 6> cellFields{{{Fields::B, sheet::BackSight},
                                                {Fields::rl, sheet::RLevel},
                                                {Fields::Rem, sheet::Remark}}};
 
-/// Shows the grid again and hides the progress bar, however the work ends.
-class HiddenGrid {
-  public:
-    HiddenGrid(sheet::Grid& grid, desktop::Desktop& desktop) : m_grid(grid), m_desktop(desktop) {
-        m_desktop.showProgress();
-        m_grid.setVisible(false);
-    }
-    HiddenGrid(const HiddenGrid&) = delete;
-    HiddenGrid& operator=(const HiddenGrid&) = delete;
-    ~HiddenGrid() {
-        m_grid.setVisible(true);
-        m_desktop.hideProgress();
-    }
-
-  private:
-    sheet::Grid& m_grid;
-    desktop::Desktop& m_desktop;
-};
+/// A text that a field does not take: too long, no number, or not allowed there. Whatever else goes wrong is
+/// no matter of one cell.
+bool isRefusal(const basic::RuntimeError& error) {
+    using dao::EngineError;
+    const int number = error.number();
+    return dao::is(number, EngineError::TextTooLong) || dao::is(number, EngineError::DataTypeConversion) ||
+           dao::is(number, EngineError::ZeroLengthText) || number == basic::Overflow ||
+           number == basic::TypeMismatch;
+}
 
 /// Writes rows into the records of a table and counts what the table does not take.
 class RowWriter {
@@ -91,7 +83,7 @@ class RowWriter {
         for (const CellField& field : cellFields)
             if (!text(field.col).empty())
                 set(field.name, field.col, [&] { return dao::Value(text(field.col)); });
-        attempt(sheet::Chainage, [&] { m_grl.Update(); });
+        m_grl.Update();
     }
 
     [[nodiscard]] const Refused& refused() const { return m_refused; }
@@ -116,19 +108,19 @@ class RowWriter {
 
     template <typename Make>
     void set(Fields::Name name, int col, Make&& make) {
-        attempt(col, [&] { m_fields[name].setValue(make()); });
+        try {
+            m_fields[name].setValue(make());
+        } catch (const basic::RuntimeError& error) {
+            refuse(col, error);
+        }
     }
 
-    template <typename Step>
-    void attempt(int col, Step&& step) {
-        try {
-            step();
-        } catch (const basic::RuntimeError& error) {
-            if (error.number() == valueRequired) throw; // the save ends; the record is not dropped
-            if (m_refused.count++ == 0) {
-                m_refused.row = m_row;
-                m_refused.col = col;
-            }
+    /// Leaves the cell out, or raises what is no refusal of its text.
+    void refuse(int col, const basic::RuntimeError& error) {
+        if (!isRefusal(error)) throw error;
+        if (m_refused.count++ == 0) {
+            m_refused.row = m_row;
+            m_refused.col = col;
         }
     }
 
@@ -184,20 +176,31 @@ void showRecord(Fields& fields, sheet::Book& book, int row) {
     }
 }
 
+/// The records that are there. The count in the definition of a table is often wrong, and a record that it
+/// does not count is a row of the book all the same. One that cannot be read is counted as the last, so that
+/// reading on to it says what is wrong.
+std::int32_t countRecords(dao::Recordset& grl) {
+    std::int32_t count = 0;
+    try {
+        for (; !grl.EOF_(); grl.MoveNext())
+            ++count;
+    } catch (const basic::RuntimeError&) {
+        return std::max(count + 1, grl.RecordCount());
+    }
+    return count;
+}
+
 } // namespace
 
 Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view path) {
     sheet::Grid& grid = book.MSFG;
     dao::Database database = dao::OpenDatabase(basic::nativePath(path), connect);
     dao::Recordset grl = database.OpenRecordset(table);
-    const HiddenGrid hidden(grid, desktop);
-    if (grl.RecordCount() > 0) {
-        grl.MoveFirst();
-        while (!grl.EOF_()) {
-            grl.Delete();
-            desktop.setProgress(grl.PercentPosition());
-            grl.MoveNext();
-        }
+    const sheet::LongWork work(grid, desktop);
+    while (!grl.EOF_()) {
+        grl.Delete();
+        desktop.setProgress(grl.PercentPosition());
+        grl.MoveNext();
     }
     RowWriter writer(grl, grid);
     for (int row = 1; row < grid.Rows(); ++row) {
@@ -213,11 +216,18 @@ Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view
 GrlReader::GrlReader(std::string_view path)
     : m_database(dao::OpenDatabase(basic::nativePath(path), connect)),
       m_grl(m_database.OpenRecordset(table)),
-      m_count(m_grl.RecordCount()) {
+      m_stated(m_grl.RecordCount()),
+      m_count(countRecords(m_grl)) {
     if (m_count > mostRows)
-        throw basic::RuntimeError(outOfMemory, "The file has " + std::to_string(m_count) +
-                                                   " rows; a book takes " + std::to_string(mostRows) +
-                                                   " at most");
+        throw basic::RuntimeError(basic::OutOfMemory, "The file has " + std::to_string(m_count) +
+                                                          " rows; a book takes " + std::to_string(mostRows) +
+                                                          " at most");
+}
+
+std::string GrlReader::note() const {
+    if (m_count == m_stated) return {};
+    return "The file counts " + std::to_string(m_stated) + " rows and holds " + std::to_string(m_count) +
+           "; all were read, and the next save counts them right.";
 }
 
 void GrlReader::fill(sheet::Book& book, desktop::Desktop& desktop, int firstRow) {

@@ -37,10 +37,13 @@ Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view
 /// The table Grl of an open project file as rows of the grid.
 class GrlReader {
   public:
-    GrlReader(std::string_view path);
+    explicit GrlReader(std::string_view path);
 
     [[nodiscard]] sheet::Heading heading() { return readHeading(m_database); }
+    /// The records that are there, whatever the definition of the table counts.
     [[nodiscard]] std::int32_t count() const { return m_count; }
+    /// A sentence when the definition counts otherwise; else empty.
+    [[nodiscard]] std::string note() const;
     /// Fills the grid from `firstRow` on, which must have the rows, and sets CurrentHI to the last HI that is
     /// not Null. Offset cells that a record does not fill keep their text. Leaves the cursor on the last row.
     void fill(sheet::Book& book, desktop::Desktop& desktop, int firstRow);
@@ -48,6 +51,7 @@ class GrlReader {
   private:
     dao::Database m_database;
     dao::Recordset m_grl;
+    std::int32_t m_stated;
     std::int32_t m_count;
 };
 

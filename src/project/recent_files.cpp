@@ -1,6 +1,7 @@
 #include "recent_files.h"
 
 #include "basic/files.h"
+#include "files/folder.h"
 
 #include <algorithm>
 #include <array>
@@ -20,9 +21,7 @@ std::string listFile(desktop::Desktop& desktop) {
 /// A relative name would be another file's in another folder; one with a drive is whole.
 std::string wholePath(const std::string& path) {
     if (basic::nativePath(path) != path) return path;
-    std::error_code unknown;
-    const std::filesystem::path whole = std::filesystem::absolute(path, unknown);
-    return unknown ? path : whole.lexically_normal().string();
+    return std::filesystem::path(files::wholePath(path)).lexically_normal().string();
 }
 
 /// A missing or unreadable list is an empty one.
@@ -54,7 +53,8 @@ void Sv(const sheet::Book& book, desktop::Desktop& desktop) {
     const std::string path = wholePath(book.FileName);
     const Entries entries = readList(desktop);
     if (std::find(entries.begin(), entries.end(), path) != entries.end()) return;
-    basic::writeLines(listFile(desktop), {path, entries[0], entries[1], entries[2]});
+    basic::writeLines(listFile(desktop), {path, entries[0], entries[1], entries[2]},
+                      files::Rights::OwnerOnly);
 }
 
 } // namespace project

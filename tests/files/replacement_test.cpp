@@ -1,9 +1,9 @@
 #include "files/error.h"
 #include "files/folder.h"
 #include "files/replacement.h"
-#include "files/watch.h"
 
 #include "child_process.h"
+#include "file_faults.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -17,28 +17,6 @@
 namespace {
 
 using files::Call;
-
-/// Writes down the calls of a replacement, and lets one of them fail.
-class Recorder final : public files::Watch {
-  public:
-    explicit Recorder(std::size_t failing = SIZE_MAX, int code = EIO)
-        : m_failing(failing), m_code(code), m_before(files::setWatch(this)) {}
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-    ~Recorder() override { files::setWatch(m_before); }
-
-    int before(Call call, const std::string&) override {
-        calls.push_back(call);
-        return calls.size() - 1 == m_failing ? m_code : 0;
-    }
-
-    std::vector<Call> calls;
-
-  private:
-    std::size_t m_failing;
-    int m_code;
-    files::Watch* m_before;
-};
 
 void replace(const std::string& path, std::string_view content) {
     files::Replacement next(path);
@@ -61,7 +39,7 @@ TEST_F(ReplacementTest, ContentIsOnTheDiskBeforeItsNameAndTheNameBeforeTheEnd) {
     const std::string path = folder.write("book", "old");
     for (const files::Sibling::Onto onto : {files::Sibling::Onto::Anything, files::Sibling::Onto::Nothing}) {
         if (onto == files::Sibling::Onto::Nothing) files::remove(path);
-        const Recorder recorder;
+        const FileFaults recorder;
         files::Replacement next(path);
         next.write("new");
         next.commit(onto);
@@ -82,7 +60,7 @@ TEST_F(ReplacementTest, AFaultInAnyCallLeavesTheOldFileOrTheNewOneAlone) {
             std::size_t made = 0;
             bool raised = false;
             {
-                const Recorder recorder(call, code);
+                const FileFaults recorder(call, code);
                 try {
                     replace(path, "new content");
                 } catch (const files::Error& error) {
@@ -108,11 +86,11 @@ TEST_F(ReplacementTest, AFolderThatIsNotSyncedIsToldBesideTheSuccess) {
     const std::string path = folder.write("book", "old");
     std::size_t last = 0;
     {
-        const Recorder recorder;
+        const FileFaults recorder;
         replace(path, "new");
         last = recorder.calls.size() - 1;
     }
-    const Recorder recorder(last);
+    const FileFaults fault(last);
     replace(path, "newer");
     EXPECT_EQ(folder.read("book"), "newer");
     EXPECT_THAT(files::takeWarnings(), testing::ElementsAre(testing::HasSubstr(folder.path())));

@@ -1,4 +1,7 @@
+#include "file_faults.h"
 #include "project_fixture.h"
+
+#include <sys/stat.h>
 
 using desktop::Answer;
 using sheet::Remark;
@@ -138,17 +141,39 @@ TEST_F(CommandsTest, SaveKeepsTheVersionBefore) {
     overwrite();
     run(project::saveProject);
     EXPECT_EQ(remarkIn(path) + ", " + remarkIn(path + ".bak"), "edited, theirs");
-    EXPECT_THAT(desktop.statuses.back(),
-                HasSubstr("Another program changed the file; its version is kept as " + path + ".bak."));
+    EXPECT_THAT(
+        desktop.statuses.back(),
+        HasSubstr("Another program changed the file; its version is kept as " + path + ".other-1.bak."));
     run(project::saveProject);
     EXPECT_EQ(desktop.statuses.back(), "Saved " + path + ".") << "our own change is none of another program";
+    EXPECT_EQ(remarkIn(path + ".other-1.bak"), "theirs") << "the second save leaves it alone";
 
     overwrite();
-    std::filesystem::remove(path + ".bak");
-    std::filesystem::create_directory(path + ".bak");
+    const FileFaults nothingKept([](files::Call call, const std::string& target) {
+        return call == files::Call::Rename && target.ends_with(".bak") ? EIO : 0;
+    });
     run(project::saveProject);
     EXPECT_EQ(remarkIn(path), "theirs") << "not overwritten when it cannot be kept";
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("so the book was not saved over it."));
+}
+
+TEST_F(CommandsTest, TheBackupIsAsPrivateAsTheBookAndFollowsNoLink) {
+    const std::string path = existing("road.grl");
+    const std::string victim = folder.write("victim", "untouched");
+    ::chmod(path.c_str(), 0600);
+    for (const bool pipe : {false, true}) {
+        std::filesystem::remove(path + ".bak");
+        if (pipe) {
+            ASSERT_EQ(::mkfifo((path + ".bak").c_str(), 0666), 0);
+        } else {
+            std::filesystem::create_symlink(victim, path + ".bak");
+        }
+        edit(path);
+        run(project::saveProject);
+        EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(path + ".bak")));
+        EXPECT_EQ(std::filesystem::status(path + ".bak").permissions(), std::filesystem::perms(0600));
+    }
+    EXPECT_EQ(folder.read("victim"), "untouched");
 }
 
 TEST_F(CommandsTest, SaveAsReplacesWithoutAQuestion) {

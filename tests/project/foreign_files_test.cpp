@@ -115,28 +115,53 @@ TEST_F(ForeignFilesTest, FieldsThatTakeNoEmptyTextOrNoNull) {
     EXPECT_THAT(records(needed), testing::IsEmpty());
 }
 
-TEST_F(ForeignFilesTest, ATableWithAKeyLeavesOutWhatItRefuses) {
-    jet::TableDesign design = grlDesign();
-    design.indexes.push_back({"PrimaryKey", {{.name = "Chn"}}, jet::IndexKind::PrimaryKey});
-    makeDatabase(folder / "keyed.grl", design);
-    open(folder / "keyed.grl");
-    saveRows({"00-000", "00-000", "CP"});
-    EXPECT_THAT(records(folder / "keyed.grl"), testing::SizeIs(2));
-    EXPECT_THAT(desktop.statuses.back(),
-                HasSubstr("1 text does not fit the file and was left out: Chainage in row 2"));
+// No matter of one cell: left out, it would take the row or the whole column with it.
+TEST_F(ForeignFilesTest, ATableThatRefusesMoreThanAValueKeepsItsRows) {
+    jet::TableDesign keyed = grlDesign();
+    keyed.indexes.push_back({"PrimaryKey", {{.name = "Chn"}}, jet::IndexKind::PrimaryKey});
+    jet::TableDesign lacking = grlDesign();
+    lacking.columns.pop_back();
+    const std::pair<jet::TableDesign, const char*> cases[] = {{keyed, "duplicate values in the index"},
+                                                              {lacking, "Item not found"}};
+    for (const auto& [design, reason] : cases) {
+        const std::string path = folder / "odd.grl";
+        std::filesystem::remove(path);
+        makeDatabase(path, design);
+        EXPECT_THAT(open(path), IsEmpty()) << "no record, nothing to miss";
+        const std::string before = folder.read("odd.grl");
+        saveRows({",,,,,,,,,lost", ",,,,,,,,,lost"});
+        EXPECT_THAT(desktop.statuses.back(),
+                    testing::AllOf(StartsWith("The book was not saved: "), HasSubstr(reason)));
+        EXPECT_EQ(folder.read("odd.grl"), before);
+        EXPECT_TRUE(project::isUnsaved(book));
+    }
 }
 
-TEST_F(ForeignFilesTest, ATableWithoutSomeOfTheFieldsIsAnErrorOfTheLoad) {
-    jet::TableDesign design = grlDesign();
-    design.columns.pop_back();
-    makeDatabase(folder / "short.grl", design);
-    EXPECT_THAT(open(folder / "short.grl"), IsEmpty()) << "no record, nothing to miss";
-    saveRows(remark("lost"));
-    EXPECT_THAT(desktop.statuses.back(), HasSubstr("Remark in row 1"));
-    EXPECT_THAT(open(folder / "short.grl"), ElementsAre(StartsWith("3265  ")));
-    EXPECT_FALSE(book.MSFG.Visible()) << "the grid stays hidden until the next Open";
-    run(project::openProject);
-    EXPECT_TRUE(book.MSFG.Visible());
+TEST_F(ForeignFilesTest, AWrongCountInTheDefinitionLosesNoRow) {
+    const std::string path = projectFile("road.grl", Rows(37, ",,,,,1.525,,,,kept"));
+    const std::string whole = folder.read("road.grl");
+    for (const int stated : {0, 3, 36, 38, 120}) {
+        std::string bytes = whole;
+        constexpr std::size_t pageSize = 4096;
+        constexpr std::size_t rowCountAt = 0x10;
+        int patched = 0;
+        for (std::size_t page = 0; page < bytes.size(); page += pageSize)
+            if (bytes[page] == 2 && bytes[page + rowCountAt] == 37) {
+                bytes[page + rowCountAt] = static_cast<char>(stated);
+                ++patched;
+            }
+        ASSERT_EQ(patched, 1);
+        folder.write("road.grl", bytes);
+        EXPECT_THAT(open(path), IsEmpty());
+        EXPECT_EQ(book.MSFG.Rows(), 38);
+        EXPECT_THAT(desktop.statuses.back(),
+                    HasSubstr("counts " + std::to_string(stated) + " rows and holds 37"));
+        project::saveProject(book, desktop);
+        EXPECT_THAT(records(path), testing::SizeIs(37));
+        desktop.statuses.clear();
+        EXPECT_THAT(open(path), IsEmpty());
+        EXPECT_THAT(desktop.statuses, testing::Not(testing::Contains(HasSubstr("counts"))));
+    }
 }
 
 TEST_F(ForeignFilesTest, WithoutPermissionNothingIsTouched) {

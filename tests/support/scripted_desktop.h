@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ class ScriptedDesktop : public desktop::Desktop {
     std::optional<std::string> clipboard;
     std::string folder; ///< the program folder
     bool hasTrash = false;
+    std::function<void(std::string_view)> onBox; ///< what happens while a message box is shown
 
     std::vector<Box> boxes;
     std::vector<std::string> prompts; ///< "prompt|title|initial" of each input box
@@ -37,6 +39,7 @@ class ScriptedDesktop : public desktop::Desktop {
     desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons,
                                std::string_view title) override {
         boxes.push_back({std::string(text), buttons, std::string(title)});
+        if (onBox) onBox(text);
         if (!answers.empty() && buttons != desktop::Buttons::Ok) return take(answers);
         switch (buttons) {
         case desktop::Buttons::YesNoCancel:
