@@ -31,8 +31,7 @@ TEST_F(HeadingTest, ComesAndGoesWithTheFile) {
     EXPECT_THAT(tables(path), ElementsAre("Grl", "Job"));
 
     sheet::Book other;
-    other.FileName = path;
-    ASSERT_TRUE(project::op(other, desktop));
+    ASSERT_TRUE(project::openPath(other, desktop, path));
     EXPECT_EQ(other.JobHeading, book.JobHeading);
     EXPECT_EQ(other.JobHeading.text("work"), "Road \xC3\xA9");
     EXPECT_FALSE(project::isUnsaved(other));
@@ -73,8 +72,7 @@ TEST_F(HeadingTest, ATableOfAnotherShapeIsLeftAlone) {
     EXPECT_EQ(project::rewriteProject(book, desktop).end, project::Saved::Partly);
     EXPECT_THAT(desktop.statuses.back(), HasSubstr("but not the heading"));
     EXPECT_TRUE(project::isUnsaved(book));
-    book.FileName = path;
-    ASSERT_TRUE(project::op(book, desktop));
+    ASSERT_TRUE(project::openPath(book, desktop, path));
     EXPECT_TRUE(book.JobHeading.empty());
 }
 
