@@ -83,4 +83,20 @@ TEST_F(DatabaseStore, OnesThatCannotBeReadRaiseTheEnginesErrorsAndStay) {
     }
 }
 
+TEST(TextStore, ItsFirstLineIsTrimmed) {
+    const TempFolder folder;
+    ScriptedDesktop desktop;
+    desktop.folder = folder.path();
+    EXPECT_EQ(project::storedPassword(desktop), "") << "no file";
+    for (const auto& [content, password] : {std::pair("", ""),
+                                            {"\r\n", ""},
+                                            {"  Level7  \n", "Level7"},
+                                            {"a b\nc\n", "a b"},
+                                            {"\xEF\xBB\xBFpass\r\n", "pass"},
+                                            {"\xE9t\xE9\r\n", "été"}}) {
+        folder.write("lgn.lgn", content);
+        EXPECT_EQ(project::storedPassword(desktop), password) << content;
+    }
+}
+
 } // namespace

