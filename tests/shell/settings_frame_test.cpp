@@ -53,11 +53,12 @@ TEST_F(Settings, TheControlsAndTheSettingsSayTheSame) {
 }
 
 TEST_F(Settings, TheListIsFilledByTheButtonAndEmptiedByItsKey) {
-    folder.write("zavrogrl.lvx", "0125\r\n021\r\n031\r\n61R02.50\r\n61L03.00\r\n");
+    folder.write("zavrogrl.lvx", "0125\r\n021\r\n031\r\n041\r\n061\r\n61R02.50\r\n61L03.00\r\n");
     open();
     EXPECT_EQ(control<QComboBox>("cboIncr").currentText(), QStringLiteral("25"));
     EXPECT_EQ(control<QComboBox>("cboSide").currentText(), QStringLiteral("Right"));
-    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked() || control<QCheckBox>("chkFinal").isChecked());
+    EXPECT_TRUE(control<QCheckBox>("chk005").isChecked() && control<QCheckBox>("chkFinal").isChecked());
+    EXPECT_FALSE(control<QCheckBox>("chkAdd").isChecked());
     ASSERT_EQ(list().count(), 2);
     EXPECT_EQ(list().item(1)->text(), QStringLiteral("L03.00")) << "in file order";
     settings().lstOft.clear();
