@@ -11,7 +11,7 @@
 #include <vector>
 
 // Save, load and seek-then-insert of field books with 11 readings a chainage, beside SQLite doing the same in
-// one transaction.
+// one transaction, with the same index or both without.
 
 namespace {
 
@@ -61,10 +61,18 @@ class Folder {
     std::filesystem::path m_path;
 };
 
-jet::TableDesign bookDesign() {
+const jet::IndexDesign pointKey{
+    .name = "CSO", .columns = {{"Chn"}, {"Side"}, {"Oft"}}, .kind = jet::IndexKind::PrimaryKey};
+
+/// What both sides of a comparison keep: no index, as the field book has none, or a unique one.
+enum Keeps { NoIndex, UniqueIndex };
+
+jet::TableDesign bookDesign(Keeps keeps) {
     jet::TableDesign design{.name = "Grl"};
     design.columns = {{.name = "Chn", .type = ColumnType::Text, .size = 25, .allowZeroLength = true},
+                      {.name = "Side", .type = ColumnType::Text, .size = 1},
                       {.name = "Oft", .type = ColumnType::Double}};
+    if (keeps == UniqueIndex) design.indexes = {pointKey};
     for (const char* name : {"B", "i", "F", "HI", "rl"})
         design.columns.push_back({.name = name, .type = ColumnType::Text, .size = 20});
     design.columns.push_back({.name = "Rem", .type = ColumnType::Text});
@@ -77,14 +85,13 @@ jet::TableDesign roadDesign() {
                       {.name = "Side", .type = ColumnType::Text, .size = 1},
                       {.name = "Oft", .type = ColumnType::Double},
                       {.name = "Grl", .type = ColumnType::Single}};
-    design.indexes = {
-        {.name = "CSO", .columns = {{"Chn"}, {"Side"}, {"Oft"}}, .kind = jet::IndexKind::PrimaryKey}};
+    design.indexes = {pointKey};
     return design;
 }
 
 jet::Row bookRow(const Reading& reading) {
-    return {reading.chainage,       reading.offset,         jet::Null{}, reading.reading, jet::Null{},
-            std::string("101.525"), std::string("100.425"), jet::Null{}};
+    return {reading.chainage, reading.side,           reading.offset,         jet::Null{}, reading.reading,
+            jet::Null{},      std::string("101.525"), std::string("100.425"), jet::Null{}};
 }
 
 void makeFile(const std::string& path, const jet::TableDesign& design) {
@@ -97,7 +104,7 @@ void makeFile(const std::string& path, const jet::TableDesign& design) {
 void JetSave(benchmark::State& state) {
     const Folder folder;
     const std::vector<Reading> book = readings(state.range(0));
-    makeFile(folder / "book.mdb", bookDesign());
+    makeFile(folder / "book.mdb", bookDesign(static_cast<Keeps>(state.range(1))));
     for (auto _ : state) {
         jet::Database db = jet::Database::open(folder / "book.mdb");
         jet::Table table = db.table("Grl");
@@ -112,7 +119,7 @@ void JetSave(benchmark::State& state) {
 
 void JetLoad(benchmark::State& state) {
     const Folder folder;
-    makeFile(folder / "book.mdb", bookDesign());
+    makeFile(folder / "book.mdb", bookDesign(NoIndex));
     {
         jet::Database db = jet::Database::open(folder / "book.mdb");
         jet::Table table = db.table("Grl");
@@ -181,7 +188,30 @@ void finish(const Statement& statement) {
     sqlite3_reset(statement.get());
 }
 
-/// The same rows, replaced in one transaction; with the unique index that the road table has.
+/// One row of so many is changed; the commit writes the whole file anew.
+void JetChangeOne(benchmark::State& state) {
+    const Folder folder;
+    makeFile(folder / "book.mdb", bookDesign(NoIndex));
+    {
+        jet::Database db = jet::Database::open(folder / "book.mdb");
+        jet::Table table = db.table("Grl");
+        for (const Reading& reading : readings(state.range(0)))
+            table.insert(bookRow(reading));
+        db.commit();
+    }
+    Reading changed = readings(1).front();
+    for (auto _ : state) {
+        changed.reading = std::to_string(state.iterations());
+        jet::Database db = jet::Database::open(folder / "book.mdb");
+        jet::Table table = db.table("Grl");
+        jet::Cursor cursor = table.scan();
+        if (cursor.next()) table.update(cursor.id(), bookRow(changed));
+        db.commit();
+    }
+    state.counters["bytes"] = static_cast<double>(std::filesystem::file_size(folder / "book.mdb"));
+}
+
+/// The same rows, replaced in one transaction.
 void SqliteSave(benchmark::State& state) {
     const Folder folder;
     const std::vector<Reading> book = readings(state.range(0));
@@ -191,7 +221,7 @@ void SqliteSave(benchmark::State& state) {
         const Sqlite db = openSqlite(folder / "book.db");
         run(db, "create table Grl (Chn text, Oft real, Side text, B text, i text, F text, HI text, rl text, "
                 "Rem text)");
-        run(db, "create unique index CSO on Grl (Chn, Side, Oft)");
+        if (state.range(1) == UniqueIndex) run(db, "create unique index CSO on Grl (Chn, Side, Oft)");
     }
     for (auto _ : state) {
         const Sqlite db = openSqlite(folder / "book.db");
@@ -237,12 +267,18 @@ void SqliteSeekThenInsert(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+void sizesWithAndWithoutIndex(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgNames({"rows", "index"})->ArgsProduct({{1000, 10000, 100000}, {NoIndex, UniqueIndex}});
+    benchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
 void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
 }
 
-BENCHMARK(JetSave)->Apply(sizes);
-BENCHMARK(SqliteSave)->Apply(sizes);
+BENCHMARK(JetSave)->Apply(sizesWithAndWithoutIndex);
+BENCHMARK(SqliteSave)->Apply(sizesWithAndWithoutIndex);
+BENCHMARK(JetChangeOne)->Apply(sizes);
 BENCHMARK(JetLoad)->Apply(sizes);
 BENCHMARK(JetSeekThenInsert)->Apply(sizes);
 BENCHMARK(SqliteSeekThenInsert)->Apply(sizes);

@@ -1,6 +1,7 @@
 // Save, load and transfer of books of growing size beside other programs in one run: mdb-export on the same
-// file, SQLite with the same records in one transaction, and a plain write of as many bytes with fsync.
-// Prints medians in milliseconds and the ratio of ours to theirs. Usage: peers [RUNS]
+// file (its time holds the start of a process and of a shell), SQLite with the same records in one
+// transaction, and a plain write of as many bytes with fsync. Prints medians in milliseconds and the ratio of
+// ours to theirs. Usage: peers [RUNS]
 
 #include "exchange/transfer.h"
 #include "project/load.h"
