@@ -6,6 +6,7 @@
 #include "exchange/transfer.h"
 #include "project/load.h"
 #include "project/project_file.h"
+#include "project/report.h"
 #include "project/save.h"
 #include "scripted_desktop.h"
 #include "sheet/book.h"
@@ -200,7 +201,9 @@ void compare(World& world, int readings, int runs) {
           median(runs, removeOther, [&] { plainWrite(other, bytes); }));
 
     const std::string command = "mdb-export '" + grl.string() + "' Grl > /dev/null";
-    const double load = median(runs, nothing, [&] { need(project::op(world.book, world.desktop), "load"); });
+    project::Report report(world.desktop);
+    const double load =
+        median(runs, nothing, [&] { need(project::op(world.book, world.desktop, report), "load"); });
     print("load", readings, load, "mdb-export",
           median(runs, nothing, [&] { need(std::system(command.c_str()) == 0, "mdb-export"); }));
 

@@ -6,6 +6,7 @@
 #include "jet/database.h"
 #include "project/load.h"
 #include "project/project_file.h"
+#include "project/report.h"
 #include "project/save.h"
 #include "sheet/book.h"
 
@@ -104,8 +105,9 @@ void save(benchmark::State& state) {
 void load(benchmark::State& state) {
     Setting setting(static_cast<int>(state.range(0)));
     setting.book.FileName = setting.path;
+    project::Report report(*setting.desktop);
     for (auto _ : state)
-        if (!project::op(setting.book, *setting.desktop)) state.SkipWithError("not loaded");
+        if (!project::op(setting.book, *setting.desktop, report)) state.SkipWithError("not loaded");
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
