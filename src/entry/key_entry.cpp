@@ -208,6 +208,42 @@ void showingErrors(desktop::Desktop& desktop, Handler&& handler) {
 
 } // namespace
 
+KeyStep stepOf(const Book& book, char32_t character) {
+    const bool remark = book.MSFG.Col() == Remark;
+    if (character == enter) return {"Enter"};
+    if (character == ctrlV) return {"Paste"};
+    if (character == U'+') return {"Add"};
+    if (!remark) switch (lowered(character)) {
+        case U's':
+            return {"Same Reading"};
+        case U'p':
+            return {"Change Point"};
+        case U'c':
+        case U'*':
+            return {"Next Chainage"};
+        case U't':
+            return {"TBM"};
+        default:
+            break;
+        }
+    return {"Typing", character == backspace || character >= firstPrintable};
+}
+
+KeyStep stepOf(EditKey key) {
+    switch (key) {
+    case EditKey::Delete:
+        return {"Delete"};
+    case EditKey::F2:
+        return {"New Value"};
+    case EditKey::F3:
+        return {"Add OR Subtract"};
+    case EditKey::F9:
+    case EditKey::F12:
+        break;
+    }
+    return {"Move"};
+}
+
 void keyPress(Book& book, desktop::Desktop& desktop, char32_t character) {
     showingErrors(desktop, [&] { press(book, desktop, character); });
 }

@@ -59,8 +59,8 @@ bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
     const std::string before = book.hasFile() ? basic::baseName(book.projectPath()) : std::string();
     try {
         book.setProjectPath(book.FileName);
+        book.MSFG.beginBook();
         book.MSFG.setRows(2);
-        dropColours(book.MSFG);
         book.FileMark.clear();
         book.JobHeading = {};
         std::string mark = fileMark(book.FileName);
@@ -106,12 +106,6 @@ void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error) 
         desktop.messageBox(notAProjectFile);
     else if (error.number() != basic::PermissionDenied)
         desktop.messageBox(std::to_string(error.number()) + "  " + error.description());
-}
-
-void dropColours(sheet::Grid& grid) {
-    for (int row = 1; row < grid.Rows(); ++row)
-        for (int col = 0; col < grid.Cols(); ++col)
-            if (!grid.CellBackColor(row, col).isNone()) grid.setCellBackColor(row, col, {});
 }
 
 } // namespace project

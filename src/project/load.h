@@ -24,7 +24,4 @@ bool openPath(sheet::Book& book, desktop::Desktop& desktop, const std::string& p
 /// The message of a failed load: that it is no project file, nothing for 70, else number and description.
 void showLoadError(desktop::Desktop& desktop, const basic::RuntimeError& error);
 
-/// Takes the marking colours off the whole grid: they belong to the book that was in it.
-void dropColours(sheet::Grid& grid);
-
 } // namespace project

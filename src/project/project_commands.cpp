@@ -35,10 +35,10 @@ bool chooseNewName(sheet::Book& book, desktop::Desktop& desktop) {
 void emptyBook(sheet::Book& book, desktop::Desktop& desktop) {
     sheet::Grid& grid = book.MSFG;
     grid.setVisible(true);
+    grid.beginBook();
     grid.setRows(2);
     for (int col = 0; col < grid.Cols(); ++col)
         grid.setText(1, col, {});
-    dropColours(grid);
     grid.moveTo(1, sheet::RLevel);
     desktop.focusGrid();
     book.CurrentHI = book.LastReading = 0;

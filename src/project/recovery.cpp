@@ -169,6 +169,7 @@ void Recovery::write(std::uint64_t mark) {
 void Recovery::restore(const BookCopy& copy) {
     sheet::Grid& grid = m_book.MSFG;
     grid.setVisible(false);
+    grid.beginBook();
     grid.setRows(static_cast<int>(copy.rows.size()) + 1);
     int row = 0;
     for (const std::vector<std::string>& cells : copy.rows) {

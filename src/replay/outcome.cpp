@@ -72,6 +72,8 @@ QJsonObject stateOf(shell::frmGrl& window, const World& world) {
             {"default_folder", world.shortened(fromUtf8(book.DefaultFolder))},
             {"font", grid.FontSize()},
             {"menu", menu},
+            {"history",
+             QJsonObject{{"undo", window.journal().undoSteps()}, {"redo", window.journal().redoSteps()}}},
             {"ended", window.ended()},
             {"status", world.shortened(window.desktop().statusText())}};
 }

@@ -22,6 +22,7 @@
 #include <QTest>
 
 #include <array>
+#include <cstring>
 #include <utility>
 
 namespace replay {
@@ -172,6 +173,17 @@ void Player::keys(const QString& keys, const QString& to) {
     }
 }
 
+void Player::takeHistory(const char* item, const QJsonValue& steps) {
+    auto* action = m_window->findChild<QAction*>(QLatin1String(item));
+    const sheet::Journal& journal = m_window->journal();
+    const bool back = std::strcmp(item, "mnuUndo") == 0;
+    int left = steps.isString() ? (back ? journal.undoSteps() : journal.redoSteps()) : steps.toInt();
+    for (; left > 0; --left) {
+        action->trigger();
+        settle();
+    }
+}
+
 QPoint Player::showCell(int row, int col) {
     shell::FlexGrid& grid = m_window->grid();
     const QModelIndex index = grid.model()->index(row - 1, col);
@@ -201,12 +213,14 @@ void Player::preset(const QJsonArray& rows) {
         cells.resize(sheet::columnCount);
         lines += cells.join(u'\t');
     }
-    sheet::Grid& grid = m_window->book().MSFG;
-    grid.setRows(1);
-    grid.setRows(2);
-    grid.moveTo(1, sheet::Chainage);
     QGuiApplication::clipboard()->setText(lines.join(u'\r'));
-    keys("{CTRL+V}", {});
+    m_window->act({.name = "Preset"}, [this] {
+        sheet::Grid& grid = m_window->book().MSFG;
+        grid.setRows(1);
+        grid.setRows(2);
+        grid.moveTo(1, sheet::Chainage);
+        keys("{CTRL+V}", {});
+    });
 }
 
 void Player::listChangePoints() {
@@ -375,6 +389,10 @@ void Player::step(const QJsonObject& step) {
         chooseFolder(value);
     else if (action == "program_folder")
         openWindow();
+    else if (action == "undo")
+        takeHistory("mnuUndo", value);
+    else if (action == "redo")
+        takeHistory("mnuRedo", value);
     settle();
 }
 

@@ -38,6 +38,7 @@ class Player {
     void keys(const QString& keys, const QString& to);
     void click(const QJsonArray& cells); ///< one cell, or two that are dragged between
     [[nodiscard]] QPoint showCell(int row, int col);
+    void takeHistory(const char* item, const QJsonValue& steps);
     void preset(const QJsonArray& rows);
     void listChangePoints();
     void setSettings(const QJsonObject& values);

@@ -10,9 +10,9 @@ namespace replay {
 namespace {
 
 const QStringList& actions() {
-    static const QStringList all{"keys",       "click",  "select",   "preset",        "clipboard",
-                                 "button",     "menu",   "settings", "transfer",      "frl",
-                                 "frl_update", "import", "folder",   "program_folder"};
+    static const QStringList all{"keys",   "click",          "select",   "preset", "clipboard",  "button",
+                                 "menu",   "settings",       "transfer", "frl",    "frl_update", "import",
+                                 "folder", "program_folder", "undo",     "redo"};
     return all;
 }
 
@@ -35,6 +35,8 @@ void checkStep(const QJsonValue& value, qsizetype number) {
     if (found.first() == "click") require(what.toArray().size() == 2, where + "a click takes [row, column]");
     if (found.first() == "select")
         require(what.toArray().size() == 4, where + "a selection takes [row, column, row, column]");
+    if (found.first() == "undo" || found.first() == "redo")
+        require(what == "all" || what.toInt() > 0, where + "how many steps, or \"all\"");
     if (found.first() == "preset") require(what.isArray(), where + "a preset is a list of rows");
 }
 

@@ -114,6 +114,7 @@ bool Journal::end() {
     }
     push(m_done, std::exchange(m_open, {}));
     m_typingGoesOn = typing;
+    ++m_made;
     return true;
 }
 

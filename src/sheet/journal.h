@@ -68,7 +68,8 @@ class Journal final : public GridListener {
     }
     /// Grows with each step that is made, taken back or done again.
     [[nodiscard]] std::uint64_t version() const { return m_version; }
-    [[nodiscard]] std::size_t bytes() const { return m_bytes; } ///< that the steps hold, nearly
+    [[nodiscard]] std::uint64_t stepsMade() const { return m_made; } ///< grows with each new step alone
+    [[nodiscard]] std::size_t bytes() const { return m_bytes; }      ///< that the steps hold, nearly
 
     void textChanged(int row, int col, const std::string& before) override;
     void colourChanged(int row, int col, Colour before) override;
@@ -118,6 +119,7 @@ class Journal final : public GridListener {
     int m_row = 1, m_col = 0; ///< the cursor as it was heard of last
     std::size_t m_bytes = 0;
     std::uint64_t m_version = 0;
+    std::uint64_t m_made = 0;
 };
 
 } // namespace sheet

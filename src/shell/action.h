@@ -18,6 +18,8 @@ struct Action {
     bool heldByFrames = false; ///< does nothing while the Settings or the transfer's frame is open
     bool leavesFocus = false;  ///< takes care of the focus itself; else a menu's command gives it to the grid
     Kind kind = Command;
+    bool typesText = false; ///< goes on the typing before it: one step of the history
+    bool isNoStep = false;  ///< is about the history itself
 };
 
 /// An item that a menu of the window takes.

@@ -120,8 +120,27 @@ void frmGrl::Form_Load() {
 
 void frmGrl::keepRecoveryCopy() {
     if (m_ended) return;
-    const std::chrono::milliseconds wait = m_recovery.keep();
+    const std::chrono::milliseconds wait = m_journal.redoSteps() > 0 ? keepCopyAhead() : m_recovery.keep();
     if (wait > std::chrono::milliseconds::zero()) m_keysRest.start(wait);
+}
+
+// As long as steps can be done again, the copy holds the book with them.
+std::chrono::milliseconds frmGrl::keepCopyAhead() {
+    if (m_journal.isOpen()) return untilKeysRest;
+    if (m_keptAhead == m_journal.stepsMade()) return {};
+    const auto standing = sheet::Standing::of(m_book);
+    const int steps = m_journal.redoSteps();
+    while (m_journal.redo()) {
+    }
+    const bool ahead = project::isUnsaved(m_book);
+    std::chrono::milliseconds wait{0};
+    if (ahead) wait = m_recovery.keep();
+    for (int step = 0; step < steps; ++step)
+        m_journal.undo();
+    standing.restore(m_book);
+    if (!ahead) return m_recovery.keep(); // the file has all that redo does
+    if (wait == wait.zero()) m_keptAhead = m_journal.stepsMade();
+    return wait;
 }
 
 void frmGrl::offerRecovery() {

@@ -8,7 +8,7 @@
 #include "entry/key_entry.h"
 #include "exchange/export_frame.h"
 #include "project/recovery.h"
-#include "sheet/book.h"
+#include "sheet/journal.h"
 
 #include <QKeySequence>
 #include <QMainWindow>
@@ -48,6 +48,7 @@ class frmGrl final : public QMainWindow {
     void Form_Load();
 
     [[nodiscard]] sheet::Book& book() { return m_book; }
+    [[nodiscard]] sheet::Journal& journal() { return m_journal; }
     [[nodiscard]] QtDesktop& desktop() { return m_desktop; }
     [[nodiscard]] FlexGrid& grid() { return *m_grid; }
     [[nodiscard]] bool ended() const { return m_ended; } ///< the exit command has ended the program
@@ -104,6 +105,9 @@ class frmGrl final : public QMainWindow {
     [[nodiscard]] CommandButton& button(const char* name) { return *m_buttons.at(name); }
     void showStatus();
 
+    void beginStep(const Action& action);
+    void endStep(const Action& action);
+    void takeStepBack() noexcept; ///< what the open one has changed so far
     void run(const Action& action, Handler command);
     void runMenu(const Action& action, const std::function<void()>& click);
     void typeIntoGrid(char32_t character);
@@ -169,6 +173,7 @@ class frmGrl final : public QMainWindow {
 
     void mNu();
     void keepRecoveryCopy();
+    std::chrono::milliseconds keepCopyAhead();
     void offerRecovery();
     void Dsb();
     void Enb();
@@ -183,6 +188,7 @@ class frmGrl final : public QMainWindow {
     bool m_offersRecovery;
     std::string m_stateFolder;
     sheet::Book m_book;
+    sheet::Journal m_journal{m_book};
     QtDesktop m_desktop;
     project::Recovery m_recovery{m_book, m_desktop};
     WindowMemory m_memory{*this, m_book.MSFG, m_stateFolder};
@@ -201,7 +207,8 @@ class frmGrl final : public QMainWindow {
     QLabel* m_lblReading = nullptr;
     QLabel* m_lblRow = nullptr;
     HalfScreenRule m_halfScreen;
-    int m_statusRow = 0; ///< the row that the status bar was last about
+    int m_statusRow = 0;           ///< the row that the status bar was last about
+    std::uint64_t m_keptAhead = 0; ///< steps made when the recovery copy was written with what redo does
     bool m_ended = false;
     std::vector<Held> m_items; // of the menus, as far as they have to do with the frames
     bool m_shortcutsHeld = false;

@@ -47,16 +47,37 @@ void frmGrl::act(const Action& action, const std::function<void()>& what) {
     if (m_ended || (action.heldByFrames && frameIsOpen())) return;
     if (m_reserve.empty()) m_reserve.resize(reserveSize);
     if (action.kind == Action::Command) m_desktop.status({});
+    const bool isStep = !action.isNoStep && action.kind != Action::Timer;
+    if (isStep) beginStep(action);
     try {
         if (action.walksGrid) MSFG_LeaveCell();
         what();
     } catch (...) {
+        if (isStep) takeStepBack();
         rescue(action.name);
     }
+    if (isStep) endStep(action);
     if (action.kind == Action::Timer || m_ended) return;
     if (action.kind == Action::Command) showBook();
     for (const auto& part : m_parts)
         part->bookShown();
+}
+
+void frmGrl::beginStep(const Action& action) {
+    using sheet::Journal;
+    m_journal.begin(action.name, action.typesText ? Journal::Action::Typing : Journal::Action::Command);
+}
+
+void frmGrl::endStep(const Action& action) {
+    if (!m_journal.end())
+        m_desktop.status(std::string(action.name) + " is too large and cannot be taken back.");
+}
+
+void frmGrl::takeStepBack() noexcept {
+    try {
+        m_journal.takeBack();
+    } catch (...) { // NOLINT(bugprone-empty-catch): the book stays as far as it came
+    }
 }
 
 // Memory may be what is missing, so what was laid by for this moment is given back first.
@@ -94,19 +115,21 @@ void frmGrl::MSFG_Move(int row, int col, bool extend) {
 }
 
 void frmGrl::listenToGrid() {
-    const auto key = [this](const char* name, const std::function<void()>& what) {
-        act({.name = name, .kind = Action::Key}, what);
+    const auto key = [this](const entry::KeyStep& step, const std::function<void()>& what) {
+        act({.name = step.name, .kind = Action::Key, .typesText = step.typesText}, what);
     };
     m_grid->keyPress = [this, key](char32_t character) {
         constexpr char32_t escape = 27;
         if (character == escape && !m_fExport->isHidden()) // the grid lies behind the panel
             run({.name = "Cancel"}, &frmGrl::cmdCancel_Click);
         else
-            key("Typing", [&] { MSFG_KeyPress(character); });
+            key(entry::stepOf(m_book, character), [&] { MSFG_KeyPress(character); });
     };
-    m_grid->keyDown = [this, key](entry::EditKey edit) { key("Typing", [&] { MSFG_KeyDown(edit); }); };
+    m_grid->keyDown = [this, key](entry::EditKey edit) {
+        key(entry::stepOf(edit), [&] { MSFG_KeyDown(edit); });
+    };
     m_grid->move = [this, key](int row, int col, bool extend) {
-        key("Move", [&] { MSFG_Move(row, col, extend); });
+        key({"Move"}, [&] { MSFG_Move(row, col, extend); });
     };
 }
 

@@ -5,6 +5,7 @@
 #include "letters_items.h"
 #include "print/print_items.h"
 #include "section_panes.h"
+#include "undo_items.h"
 #include "window_part.h"
 
 // The parts that the window is made of besides buttons, laid-down menus, frames and grid: a row a part, in
@@ -14,7 +15,8 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu, &makeEditItems, &makeFindBar, &makeContextMenu, &makeSectionPanes, &makeLettersItems, &makePrintItems,
+    &makeEditMenu,    &makeUndoItems,    &makeEditItems,    &makeFindBar,
+    &makeContextMenu, &makeSectionPanes, &makeLettersItems, &makePrintItems,
 };
 
 } // namespace
