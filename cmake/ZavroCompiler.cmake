@@ -7,11 +7,11 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 add_library(zavro_compiler INTERFACE)
 if(MSVC)
-  target_compile_options(zavro_compiler INTERFACE /W4 /WX /utf-8)
+  target_compile_options(zavro_compiler INTERFACE /W4 $<$<BOOL:${ZAVRO_WERROR}>:/WX> /utf-8)
 else()
   target_compile_options(zavro_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
-    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Werror
+    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual $<$<BOOL:${ZAVRO_WERROR}>:-Werror>
     # Single precision is written out where it is wanted; no contraction may change a level.
     -ffp-contract=off)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -24,15 +24,3 @@ as_root() {
         fail "needs root (or sudo) to install packages"
     fi
 }
-
-# The folder of the public schema of LandXML, where it lies beside the project; empty otherwise.
-landxml_schema() {
-    local folder="$project/../shared/schema"
-    if [ -d "$folder" ]; then (cd "$folder" && pwd); fi
-}
-
-# The folder of databases made by Access, where it lies beside the project; empty otherwise.
-jet_samples() {
-    local folder="$project/../shared/jet-samples"
-    if [ -d "$folder" ]; then (cd "$folder" && pwd); fi
-}

@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
     }
     shell::Application application(argc, argv);
     const QStringList books = booksOf(application);
-    QApplication::setDesktopFileName(QStringLiteral("zavrogrl"));
+    QApplication::setDesktopFileName(QStringLiteral("org.zavrogrl.ZavroGrl"));
     QApplication::setWindowIcon(shell::branding::icon());
     QApplication::setQuitOnLastWindowClosed(false); // the exit command ends the program
 
