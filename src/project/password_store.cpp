@@ -5,6 +5,11 @@
 #include "dao/dao.h"
 
 #include "files/folder.h"
+#include "files/status.h"
+
+#include <chrono>
+#include <optional>
+#include <thread>
 
 namespace project {
 
@@ -14,12 +19,36 @@ constexpr const char* databaseName = "suprt.dll";
 constexpr const char* textName = "lgn.lgn";
 constexpr const char* connect = ";pwd=pelqor";
 
-bool hasDatabase(desktop::Desktop& desktop) {
-    return basic::fileExists(desktop::programFile(desktop, databaseName));
+/// The path of a store whatever the case of its name; nothing when there is none. What cannot be found out is
+/// no missing store.
+std::optional<std::string> storeOf(desktop::Desktop& desktop, std::string_view name) {
+    const std::string folder = desktop.programFolder();
+    return basic::during(basic::FileAction::OpenForInput, [&]() -> std::optional<std::string> {
+        if (!files::statusOf(basic::nativePath(folder))) return std::nullopt;
+        std::optional<std::string> path;
+        for (const std::string& there : files::namesIn(basic::nativePath(folder)))
+            if (there == name || (!path && basic::sameText(there, name))) path = folder + '/' + there;
+        return path;
+    });
 }
 
-std::string readDatabase(desktop::Desktop& desktop) {
-    dao::Database database = dao::OpenDatabase(desktop::programFile(desktop, databaseName), connect);
+/// Another program that holds the store for a moment is waited for.
+dao::Database openStore(const std::string& path) {
+    constexpr int inUse = 3045;
+    constexpr std::chrono::milliseconds pause{50};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    for (;;) {
+        try {
+            return dao::OpenDatabase(path, connect);
+        } catch (const basic::RuntimeError& error) {
+            if (error.number() != inUse || std::chrono::steady_clock::now() >= end) throw;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+std::string readDatabase(const std::string& path) {
+    dao::Database database = openStore(path);
     dao::Recordset passwords = database.OpenRecordset("Pwd");
     const dao::Recordset general = database.OpenRecordset("Gen"); // a store without it is damaged
     std::string password;
@@ -31,9 +60,8 @@ std::string readDatabase(desktop::Desktop& desktop) {
     return password;
 }
 
-void writeDatabase(desktop::Desktop& desktop, std::string_view password) {
-    const std::string path = desktop::programFile(desktop, databaseName);
-    dao::Database database = dao::OpenDatabase(path, connect);
+void writeDatabase(const std::string& path, std::string_view password) {
+    dao::Database database = openStore(path);
     dao::Recordset passwords = database.OpenRecordset("Pwd");
     if (passwords.RecordCount() == 0) {
         passwords.AddNew();
@@ -59,22 +87,21 @@ void writeText(desktop::Desktop& desktop, std::string_view password) {
 } // namespace
 
 std::string storedPassword(desktop::Desktop& desktop) {
-    if (hasDatabase(desktop)) return readDatabase(desktop);
-    const std::string path = desktop::programFile(desktop, textName);
-    if (!basic::fileExists(path)) return {};
-    const std::vector<std::string> lines = basic::readLines(path);
+    if (const auto database = storeOf(desktop, databaseName)) return readDatabase(*database);
+    const auto text = storeOf(desktop, textName);
+    if (!text) return {};
+    const std::vector<std::string> lines = basic::readLines(*text);
     return lines.empty() ? std::string() : std::string(basic::trim(lines.front()));
 }
 
 std::string passwordForLogin(desktop::Desktop& desktop) {
-    const bool fresh = !hasDatabase(desktop) && !basic::fileExists(desktop::programFile(desktop, textName));
-    if (fresh) writeText(desktop, {});
+    if (!storeOf(desktop, databaseName) && !storeOf(desktop, textName)) writeText(desktop, {});
     return storedPassword(desktop);
 }
 
 void storePassword(desktop::Desktop& desktop, std::string_view password) {
-    if (hasDatabase(desktop))
-        writeDatabase(desktop, password);
+    if (const auto database = storeOf(desktop, databaseName))
+        writeDatabase(*database, password);
     else
         writeText(desktop, password);
 }

@@ -11,7 +11,8 @@
 
 namespace project {
 
-/// The stored password; empty when nothing is stored. Raises the store's error.
+/// The stored password; empty when there is no store. Raises the error of a store that is there and cannot be
+/// read, and of a program folder that does not tell; one that another program holds is tried for two seconds.
 [[nodiscard]] std::string storedPassword(desktop::Desktop& desktop);
 
 /// The same for the login, which makes an empty "lgn.lgn" where there is neither store.

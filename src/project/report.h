@@ -3,6 +3,8 @@
 #include "basic/runtime_error.h"
 #include "desktop/desktop.h"
 
+#include "files/folder.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,6 +24,8 @@ class Report {
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
     ~Report() {
+        for (const std::string& warning : files::takeWarnings())
+            add(warning);
         if (!m_text.empty()) m_desktop.status(m_text);
     }
 

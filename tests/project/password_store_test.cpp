@@ -2,6 +2,7 @@
 
 #include "dao/dao.h"
 #include "error_number.h"
+#include "file_faults.h"
 #include "held_database.h"
 #include "jet/database.h"
 #include "scripted_desktop.h"
@@ -9,7 +10,9 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <sys/stat.h>
+#include <thread>
 
 namespace {
 
@@ -97,6 +100,34 @@ TEST(TextStore, ItsFirstLineIsTrimmed) {
         folder.write("lgn.lgn", content);
         EXPECT_EQ(project::storedPassword(desktop), password) << content;
     }
+}
+
+TEST_F(DatabaseStore, OneThatIsThereAndCannotBeReadIsNoNewInstallation) {
+    const auto unreadable = [&](files::Call failing, std::string_view name) {
+        const FileFaults fault([=](files::Call call, const std::string& path) {
+            return call == failing && path.ends_with(name) ? EACCES : 0;
+        });
+        return errorOfReading();
+    };
+    folder.write("LGN.lgn", "secret\r\n");
+    EXPECT_EQ(unreadable(files::Call::Open, "LGN.lgn"), 75);
+    EXPECT_EQ(unreadable(files::Call::ListFolder, folder.path()), 75);
+    EXPECT_EQ(project::passwordForLogin(desktop), "secret");
+    std::filesystem::remove(folder / "LGN.lgn");
+    std::filesystem::create_symlink(folder / "gone", store);
+    EXPECT_EQ(errorOfReading(), 3024);
+    EXPECT_FALSE(std::filesystem::exists(folder / "lgn.lgn")) << "no empty store beside it";
+}
+
+TEST_F(DatabaseStore, OneThatIsBusyIsWaitedFor) {
+    make({"kept"});
+    std::optional<HeldDatabase> other(std::in_place, store, ";pwd=pelqor");
+    std::thread closing([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        other.reset();
+    });
+    EXPECT_EQ(project::passwordForLogin(desktop), "kept");
+    closing.join();
 }
 
 } // namespace
