@@ -51,6 +51,8 @@ class frmGrl final : public QMainWindow {
     [[nodiscard]] sheet::Journal& journal() { return m_journal; }
     [[nodiscard]] QtDesktop& desktop() { return m_desktop; }
     [[nodiscard]] FlexGrid& grid() { return *m_grid; }
+    /// Where the program keeps what it remembers; empty: below the XDG state home.
+    [[nodiscard]] const std::string& stateFolder() const { return m_stateFolder; }
     [[nodiscard]] bool ended() const { return m_ended; } ///< the exit command has ended the program
 
     /// The one edge: everything that the user does runs through here. Checks the cell that a walk over the

@@ -3,6 +3,7 @@
 #include "edit_items.h"
 #include "find_bar.h"
 #include "letters_items.h"
+#include "levels/survey_panes.h"
 #include "print/print_items.h"
 #include "section_panes.h"
 #include "undo_items.h"
@@ -15,8 +16,8 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu,    &makeUndoItems,    &makeEditItems,    &makeFindBar,
-    &makeContextMenu, &makeSectionPanes, &makeLettersItems, &makePrintItems,
+    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,    &makeContextMenu,
+    &makeSectionPanes, &makeSurveyPanes, &makeLettersItems, &makePrintItems,
 };
 
 } // namespace

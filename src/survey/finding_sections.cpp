@@ -135,7 +135,8 @@ void Findings::judgeChainage(double chainage) {
             anyCentre = anyCentre || offset == 0;
             if (!std::isnan(offset)) points.emplace_back(offset, row);
         }
-    if (!anyCentre && !isKeyed(chainage))
+    // Without any offset it is a point on a run and no cross-section.
+    if (!anyCentre && !points.empty() && !isKeyed(chainage))
         m_chainageFindings.push_back(
             {chainage, finding(stations.front().row, Warning, Rule::NoCentre, "A section without a centre")});
     std::ranges::sort(points);
