@@ -72,8 +72,10 @@ std::optional<std::vector<std::string>> parseRow(std::string_view line) {
 
 } // namespace
 
-std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_point written) {
+void writeCopy(const sheet::Book& book, std::chrono::system_clock::time_point written, const Sink& sink) {
+    constexpr std::size_t part = 4096;
     std::string out(firstLine);
+    out.reserve(2 * part);
     const auto line = [&out](std::string_view name, std::string_view value) {
         out += '\n';
         out += name;
@@ -98,9 +100,12 @@ std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_po
             out += col == 0 ? ' ' : '\t';
             addEscaped(out, grid.Text(row, col));
         }
+        if (out.size() < part) continue;
+        sink(out);
+        out.clear();
     }
     out += "\nend\n";
-    return out;
+    sink(out);
 }
 
 std::optional<BookCopy> parseCopy(std::string_view content) {
@@ -140,10 +145,10 @@ std::optional<BookCopy> parseCopy(std::string_view content) {
     return std::nullopt;
 }
 
-LockedFile LockedFile::write(const std::string& path, std::string_view content) {
+LockedFile LockedFile::write(const std::string& path, const std::function<void(const Sink& sink)>& content) {
     return basic::during(basic::FileAction::OpenForOutput, [&] {
         files::Replacement next(path, files::Target::Name, files::Rights::OwnerOnly);
-        next.write(content);
+        content([&next](std::string_view part) { next.write(part); });
         next.commit();
         LockedFile file;
         file.m_file = next.takeFile();

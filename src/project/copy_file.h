@@ -5,6 +5,7 @@
 #include "files/lock.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,7 +28,11 @@ struct BookCopy {
     std::vector<std::vector<std::string>> rows;
 };
 
-[[nodiscard]] std::string copyText(const sheet::Book& book, std::chrono::system_clock::time_point written);
+/// Takes a text part by part.
+using Sink = std::function<void(std::string_view part)>;
+
+/// The copy, in parts of a few kilobytes: it is also written when memory is what is missing.
+void writeCopy(const sheet::Book& book, std::chrono::system_clock::time_point written, const Sink& sink);
 
 /// The copy in `content`; nothing when it is damaged or none of ours.
 [[nodiscard]] std::optional<BookCopy> parseCopy(std::string_view content);
@@ -37,9 +42,9 @@ class LockedFile {
   public:
     LockedFile() = default;
 
-    /// Writes `content` as `path` whole: the file is locked and on the disk before it gets its name. Raises
-    /// the error of opening a file for writing.
-    static LockedFile write(const std::string& path, std::string_view content);
+    /// Writes what `content` hands on as `path` whole: the file is locked and on the disk before it gets its
+    /// name. Raises the error of opening a file for writing.
+    static LockedFile write(const std::string& path, const std::function<void(const Sink& sink)>& content);
     /// Locks an existing file; one that is not held (see below) when it is gone or anyone holds it.
     static LockedFile lock(const std::string& path);
 

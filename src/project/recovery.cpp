@@ -67,6 +67,10 @@ std::vector<Found> findCopies(const std::string& folder) {
     return found;
 }
 
+LockedFile writeLocked(const std::string& path, const sheet::Book& book, system_clock::time_point when) {
+    return LockedFile::write(path, [&](const Sink& sink) { writeCopy(book, when, sink); });
+}
+
 std::string noCopy(const std::exception& error) {
     return asSentence(std::string("No copy of the unsaved book could be kept: ") + error.what());
 }
@@ -94,7 +98,7 @@ Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
     if (mark == book.AsideMark && basic::fileExists(book.AsideCopy)) return {book.AsideCopy, {}};
     std::string path = newCopyPath(desktop);
     try {
-        LockedFile::write(path, copyText(book, desktop.now()));
+        writeLocked(path, book, desktop.now());
     } catch (const basic::RuntimeError& error) {
         return {{}, noCopy(error)};
     }
@@ -106,7 +110,7 @@ Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
 std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
     if (!isUnsaved(book)) return {};
     try {
-        LockedFile::write(newCopyPath(desktop), copyText(book, desktop.now()));
+        writeLocked(newCopyPath(desktop), book, desktop.now());
         return setAsideNote;
     } catch (const std::exception& error) {
         return noCopy(error);
@@ -156,7 +160,7 @@ void Recovery::write(std::uint64_t mark) {
     const std::string path = m_path.empty() ? newCopyPath(m_desktop) : m_path;
     m_written = m_desktop.now();
     try {
-        m_file = std::make_unique<LockedFile>(LockedFile::write(path, copyText(m_book, m_written)));
+        m_file = std::make_unique<LockedFile>(writeLocked(path, m_book, m_written));
         m_path = path;
         m_mark = mark;
         m_failureTold = false;
