@@ -1,6 +1,7 @@
 #include "marked_rows.h"
 
 #include "basic/numbers.h"
+#include "basic/runtime_error.h"
 #include "basic/strings.h"
 #include "sheet/book.h"
 #include "tools/chainage.h"
@@ -14,6 +15,9 @@ namespace exchange {
 namespace {
 
 using sheet::Grid;
+
+constexpr double longestInMetres = 33000; // what the transfer turns into kilometres and metres
+constexpr std::size_t longestChainage = 25;
 
 bool isMarked(const Grid& grid, int row) {
     return grid.CellBackColor(row, sheet::Chainage) == sheet::dataError;
@@ -31,25 +35,42 @@ class Points {
 
     /// What is wrong with the reading in `row`; rows are to be given in ascending order, every one of them.
     std::string faultOf(int row) {
-        const bool hasOffset = takeSideAndOffset(row);
-        const std::string chainage = mdlTools::cleanChainage(m_grid.Text(row, sheet::Chainage));
-        int first = remember(chainage, m_side, m_offset, row);
-        // A centre reading is stored at offset 0, whatever number is keyed for it.
-        if (!m_grid.Text(row, sheet::Center).empty()) {
-            const int centre = remember(chainage, 'S', 0, row);
-            if (first == row) first = centre;
+        try {
+            return faultIn(row);
+        } catch (const basic::RuntimeError&) {
+            return "a number beyond all range";
         }
+    }
+
+  private:
+    std::string faultIn(int row) {
+        const bool hasOffset = takeSideAndOffset(row);
+        const std::string& keyed = m_grid.Text(row, sheet::Chainage);
+        const std::string chainage = mdlTools::cleanChainage(keyed);
+        const int first = remember(chainage, m_side, m_offset, row);
+        // A centre reading is a point of the long section as well, whatever number is keyed for it.
+        const bool isCentre = !m_grid.Text(row, sheet::Center).empty();
+        const int firstCentre = isCentre ? remember(chainage, 'S', 0, row) : row;
         const bool noLevel = m_grid.Text(row, sheet::RLevel).empty();
         if (noLevel && m_grid.Text(row, sheet::InterSight).empty() &&
             m_grid.Text(row, sheet::ForeSight).empty())
             return "no reading; delete it if it is a spare row";
         if (noLevel) return "no R.Level.; Cal reduces the book";
         if (!hasOffset) return "no offset in Left, Center or Right";
-        if (first == row) return {};
-        return place(chainage) + " repeats row " + std::to_string(first);
+        if (first != row) return place(chainage) + " repeats row " + std::to_string(first);
+        if (firstCentre != row)
+            return "centre of " + chainage + " repeats row " + std::to_string(firstCentre);
+        const std::string& level = m_grid.Text(row, sheet::RLevel);
+        if (!basic::isNumber(level)) return "R.Level. " + level + " is no number";
+        (void)basic::cSng(basic::val(level));
+        if (keyed.find('-') == std::string::npos && basic::val(keyed) >= longestInMetres)
+            return "chainage " + keyed + " is too long for plain metres: key it with its \"-\"";
+        if (basic::length(chainage) > longestChainage)
+            return "chainage is longer than the " + std::to_string(longestChainage) +
+                   " characters of the road's";
+        return {};
     }
 
-  private:
     bool takeSideAndOffset(int row) {
         bool filled = false;
         for (int col : {sheet::Left, sheet::Center, sheet::Right}) {

@@ -183,6 +183,20 @@ TEST_F(TransferTest, RefusedRowsAreExplainedUntilTheyAreMended) {
     EXPECT_THAT(marked(), IsEmpty());
 }
 
+TEST_F(TransferTest, AnErrorOfTheRoadIsExplainedByTheRowThatBroughtIt) {
+    const std::string first = "00-000,,0,,,1.1,,,9.5|";
+    for (const auto& [row, fault] :
+         {std::pair("00-000,,0,6,,1.2,,,9.6", "centre of 00-000 repeats row 1"),
+          {"00-010,,0,,,1.2,,,abc", "R.Level. abc is no number"},
+          {"00-010,,0,,,1.2,,,9e99", "a number beyond all range"},
+          {"33000,1,,,,1.2,,,9.6", "chainage 33000 is too long for plain metres: key it with its \"-\""},
+          {"00-0000000000000000000000010,1,,,,1.2,,,9.6",
+           "chainage is longer than the 25 characters of the road's"}}) {
+        ASSERT_EQ(transfer(first + row), TransferEnd::Failed) << row;
+        EXPECT_EQ(desktop.statuses.back(), std::string("1 row marked; row 2: ") + fault);
+    }
+}
+
 TEST_F(TransferTest, WhatTheEngineRefusesNamesTheChainage) {
     const std::tuple<const char*, const char*, int, const char*> cases[] = {
         {"two centre readings, keyed with different numbers",
