@@ -40,7 +40,14 @@ void ReadingWalk::normaliseChainage() {
     const std::string& chainage = text(sheet::Chainage);
     if (chainage.empty() || chainage == "CP" || chainage.find('-') != std::string::npos) return;
     const float metres = basic::cSng(basic::val(chainage));
-    m_grid.setText(m_row, sheet::Chainage, mdlTools::ChainageText(metres));
+    std::string text = mdlTools::ChainageText(metres);
+    RewrittenChainages& lost = m_tally.lost;
+    if (metres == 0 && chainage.find_first_not_of("0. ") != std::string::npos && lost.count++ == 0) {
+        lost.row = m_row;
+        lost.before = chainage;
+        lost.after = text;
+    }
+    m_grid.setText(m_row, sheet::Chainage, std::move(text));
 }
 
 bool ReadingWalk::skipped() const {

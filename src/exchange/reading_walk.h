@@ -14,12 +14,20 @@ struct MissingLevel {
     std::string chainage;
 };
 
+/// A chainage that the walk wrote anew in its cell, and how many there are.
+struct RewrittenChainages {
+    int count = 0;
+    int row = 0; ///< the first of them
+    std::string before, after;
+};
+
 /// How far a walk came.
 struct WalkTally {
-    int row = 0;          ///< the row being worked; 0 before and after the walk
-    int records = 0;      ///< readings taken
-    int errors = 0;       ///< rows left out
-    int lowestMarked = 0; ///< 0 for none
+    int row = 0;               ///< the row being worked; 0 before and after the walk
+    int records = 0;           ///< readings taken
+    int errors = 0;            ///< rows left out
+    int lowestMarked = 0;      ///< 0 for none
+    RewrittenChainages lost{}; ///< texts that begin with no figure and became kilometre 0
 };
 
 /// Turns the rows of the book into records: one CSect record for each staff reading, one LSect record for

@@ -95,7 +95,21 @@ class Transfer {
     void tellRoad(const project::Saved& saved) {
         const std::string road = std::to_string(m_tally.records) +
                                  (m_tally.records == 1 ? " reading" : " readings") + " in " + m_folder + '.';
-        m_desktop.status(saved.whole() ? road : saved.told + ' ' + road);
+        m_desktop.status((saved.whole() ? road : saved.told + ' ' + road) + surprises());
+    }
+
+    /// What the road got as the rules want it, though nobody may have meant it.
+    std::string surprises() const {
+        std::string told;
+        if (const RewrittenChainages& lost = m_tally.lost; lost.count > 0) {
+            told +=
+                " Row " + std::to_string(lost.row) + ": chainage " + lost.before + " became " + lost.after;
+            told += lost.count == 1 ? "." : ", the first of " + std::to_string(lost.count) + '.';
+        }
+        if (val(m_frame.txtLW.text) == 0 && val(m_frame.txtRW.text) == 0)
+            told += " The formation width is 0.";
+        if (val(m_frame.txtDDrn.text) == 0) told += " The gutter has no depth.";
+        return told;
     }
 
     static void emptyTables() {

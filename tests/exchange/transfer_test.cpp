@@ -3,6 +3,7 @@
 
 using exchange::TransferEnd;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -268,6 +269,38 @@ TEST_F(TransferTest, AdjustedLevelsAreSentAsTheyStandWhileTheyBelongToTheReading
     EXPECT_EQ(
         desktop.statuses.back(),
         "Sends the levels of the readings: 4 levels in R.Level. belonged to other readings or known levels");
+}
+
+// No road is made of a book that is in no file; one whose file lacks some cells is told so.
+TEST_F(TransferTest, GoesByWhatBecameOfTheSave) {
+    const std::string reading = "00-000,,0,,,1.1,,,9.5,";
+    EXPECT_EQ(transfer(reading + std::string(300, 'x')), TransferEnd::DoneInPart);
+    EXPECT_THAT(desktop.statuses.back(),
+                testing::AllOf(HasSubstr("Remark in row 1"), HasSubstr("1 reading in " + roads)));
+
+    const std::filesystem::path file = home / "Site1.grl";
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    frame.Dsb();
+    EXPECT_EQ(transfer(reading), TransferEnd::Stopped);
+    EXPECT_THAT(messages(), IsEmpty()) << "the bar says why";
+    EXPECT_THAT(desktop.statuses.back(), testing::StartsWith("The book was not saved"));
+    EXPECT_FALSE(frame.visible);
+    EXPECT_EQ(records(road, "CSect", {"Chn"}), "00-000") << "only the road of before";
+
+    // A name of points alone would make the folder above, or the one of all roads.
+    for (const std::string name : {"...grl", "/.grl"}) {
+        book.setProjectPath(home.path() + '/' + name);
+        std::filesystem::copy_file(desktop.folder + "/grl.mdb", home.path() + '/' + name);
+        frame.Dsb();
+        EXPECT_EQ(transfer("cp,,0,,,1.1,,,9.5"), TransferEnd::Failed);
+        EXPECT_THAT(messages(), ElementsAre("Path not found"));
+    }
+    book.setProjectPath(home / "...grl.grl");
+    std::filesystem::copy_file(desktop.folder + "/grl.mdb", home / "...grl.grl");
+    EXPECT_EQ(transfer("01 TBM,,0,,,1.1,,,9.5|TBM 7,,0,,,1.1,,,9.5"), TransferEnd::Done);
+    EXPECT_THAT(desktop.statuses.back(),
+                HasSubstr("Row 2: chainage TBM 7 became 00-000. The gutter has no depth."));
 }
 
 } // namespace
