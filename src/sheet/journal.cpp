@@ -86,6 +86,7 @@ Journal::~Journal() {
 void Journal::begin(std::string_view name, Action action) {
     if (m_depth++ > 0) return;
     m_open = {std::string(name), {}, Standing::of(m_book), {}};
+    m_heading = m_book.JobHeading;
     m_action = action;
     m_newBook = m_tooLarge = false;
 }
@@ -95,15 +96,16 @@ bool Journal::end() {
     const bool newBook = std::exchange(m_newBook, false);
     const bool tooLarge = std::exchange(m_tooLarge, false);
     if (tooLarge) clear();
-    if (newBook || tooLarge || m_open.log.empty() || changesNothing(m_open.log)) {
-        m_open.log = {};
-        return !tooLarge;
-    }
+    const bool heading = m_heading != m_book.JobHeading;
+    const bool grid = !m_open.log.empty() && !changesNothing(m_open.log);
+    if (newBook || tooLarge || !grid) m_open.log = {};
+    if (newBook || tooLarge || (!grid && !heading)) return !tooLarge;
+    if (heading) m_open.heading = std::make_unique<std::pair<Heading, Heading>>(m_heading, m_book.JobHeading);
     m_open.after = Standing::of(m_book);
     for (const Step& step : m_undone)
         m_bytes -= step.bytes();
     m_undone.clear();
-    const bool typing = m_action == Action::Typing;
+    const bool typing = m_action == Action::Typing && !heading;
     if (typing && m_typingGoesOn && !m_done.empty()) {
         Step joined = std::move(m_done.back());
         m_done.pop_back();
@@ -128,6 +130,7 @@ bool Journal::takeBack() {
         throw;
     }
     m_open.before.restore(m_book);
+    m_book.JobHeading = m_heading;
     return true;
 }
 
@@ -151,6 +154,7 @@ bool Journal::move(std::deque<Step>& from, std::deque<Step>& to, bool back) {
         throw;
     }
     (back ? step.before : step.after).restore(m_book);
+    if (step.heading) m_book.JobHeading = back ? step.heading->first : step.heading->second;
     m_book.MSFG.setVisible(true);
     m_book.BookChanged = true;
     push(to, std::move(step));

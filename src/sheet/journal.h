@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sheet {
@@ -21,12 +23,13 @@ struct Standing {
     friend bool operator==(const Standing&, const Standing&) = default;
 };
 
-/// The history of a book's grid: what each action of the user changed, to be taken back and done again.
+/// The history of a book: what each action of the user changed in the grid and in the heading, to be taken
+/// back and done again.
 ///
-/// An action that changed a text, a colour or the number of rows is a step; another one leaves the history as
-/// it is. Characters typed one after the other into one cell are one step. A change outside an action is a
-/// step of its own. A new book (Grid::beginBook) empties the history, and the rest of that action is not
-/// recorded.
+/// An action that changed a text, a colour, the number of rows or the heading is a step; another one leaves
+/// the history as it is. Characters typed one after the other into one cell are one step. A change outside an
+/// action is a step of its own. A new book (Grid::beginBook) empties the history, and the rest of that action
+/// is not recorded.
 ///
 /// A change costs its old text; the oldest steps go when all steps together exceed the limit, and a step that
 /// exceeds it alone empties the history.
@@ -93,6 +96,7 @@ class Journal final : public GridListener {
         Log log;
         Standing before;
         Standing after;
+        std::unique_ptr<std::pair<Heading, Heading>> heading = {}; ///< before and after, where it changed
 
         [[nodiscard]] std::size_t bytes() const { return sizeof(Step) + log.bytes(); }
     };
@@ -110,6 +114,7 @@ class Journal final : public GridListener {
     std::deque<Step> m_done;
     std::deque<Step> m_undone;
     Step m_open;
+    Heading m_heading; ///< as the open action found it
     Action m_action = Action::Command;
     int m_depth = 0;
     bool m_typingGoesOn = false; ///< the last step is typing, and the cursor stands where it was typed

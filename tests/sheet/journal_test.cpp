@@ -100,6 +100,25 @@ TEST_F(History, ANewBookBeginsWithoutOne) {
     EXPECT_EQ(names(), "1Typing,0");
 }
 
+TEST_F(History, TheHeadingIsPartOfIt) {
+    const auto work = [this] { return book.JobHeading.text("work"); };
+    const auto set = [this](const char* text) { book.JobHeading.setText(*Heading::find("work"), text); };
+    act("Job heading", [&] { set("Road"); });
+    act("Job heading", [&] { set("Road"); }); // no change, no step
+    type("1");
+    act("Both", [&] {
+        set("Bridge");
+        grid.setText("2");
+    });
+    EXPECT_EQ(names(), "3Both,0");
+    EXPECT_TRUE(journal.undo() && journal.undo());
+    EXPECT_EQ(work() + grid.Text(), "Road");
+    EXPECT_TRUE(journal.undo());
+    EXPECT_EQ(work(), "");
+    EXPECT_TRUE(journal.redo() && journal.redo() && journal.redo());
+    EXPECT_EQ(work() + grid.Text(), "Bridge2");
+}
+
 TEST_F(History, HoldsNoMoreThanItsLimit) {
     Journal small(book, 2500);
     for (const char* name : {"1", "2", "3"}) {
