@@ -118,7 +118,8 @@ TEST(CheckTest, TellsDamageFromWhatAccessLeavesBehind) {
              const RowPointer where = tableDef(pager).ownedPages;
              const std::vector<std::uint32_t> pages = UsageMap(pager, where).pages();
              UsageMap(pager, where).clear();
-             const std::uint32_t start = resizeRow(pager.edit(where.page), pager.layout(), where.row, 101, 0);
+             const std::uint32_t start =
+                 resizeRow(pager.editRows(where.page), pager.layout(), where.row, 101, 0);
              pager.edit(where.page).fill(start, 101, 0);
              UsageMap grown(pager, where);
              for (std::uint32_t page : pages)

@@ -4,15 +4,9 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint16_t offsetMask = 0x1FFF;
-
-std::size_t slotPlace(const Layout& layout, int number) {
-    return layout.slotsAt + 2 * static_cast<std::size_t>(number);
-}
-
 std::uint32_t lowestRow(const View& page, const Layout& layout, int count) {
     if (count == 0) return layout.pageSize;
-    return page.u16(slotPlace(layout, count - 1)) & offsetMask;
+    return page.u16(slotPlace(layout, count - 1)) & slotOffset;
 }
 
 void saveFreeSpace(Edit& page, const Layout& layout) {
@@ -21,22 +15,10 @@ void saveFreeSpace(Edit& page, const Layout& layout) {
 
 } // namespace
 
-int slotCount(const View& page, const Layout& layout) {
-    const int count = page.u16(layout.slotCountAt);
-    if (count > mostSlots + 1) page.fail(layout.slotCountAt, "too many rows on a page");
-    return count;
-}
-
 Slot slotAt(const View& page, const Layout& layout, int number) {
     const int count = slotCount(page, layout);
     if (number < 0 || number >= count) page.fail(layout.slotCountAt, "no such row on the page");
-    const std::uint16_t packed = page.u16(slotPlace(layout, number));
-    const std::uint32_t start = packed & offsetMask;
-    const std::uint32_t end =
-        number == 0 ? layout.pageSize : page.u16(slotPlace(layout, number - 1)) & offsetMask;
-    if (start > end || end > layout.pageSize || start < slotPlace(layout, count))
-        page.fail(slotPlace(layout, number), "a row lies outside its page");
-    return {start, end - start, static_cast<std::uint16_t>(packed & slotFlags)};
+    return slotAt(page, layout, number, count);
 }
 
 View rowAt(const View& page, const Layout& layout, int number) {
@@ -66,7 +48,7 @@ void requireOrder(const View& page, const Layout& layout) {
     std::uint32_t end = layout.pageSize;
     const int count = slotCount(page, layout);
     for (int i = 0; i < count; ++i) {
-        const std::uint32_t start = page.u16(slotPlace(layout, i)) & offsetMask;
+        const std::uint32_t start = page.u16(slotPlace(layout, i)) & slotOffset;
         if (start > end) page.fail(slotPlace(layout, i), "rows are out of order");
         end = start;
     }
@@ -84,8 +66,7 @@ bool hasRoom(const View& page, const Layout& layout, std::size_t length) {
     return slotCount(page, layout) < mostSlots && freeSpace(page, layout) >= length + 2;
 }
 
-std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint16_t flags) {
-    requireOrder(page, layout);
+std::uint8_t appendRow(RowEdit page, const Layout& layout, ByteView row, std::uint16_t flags) {
     const int count = slotCount(page, layout);
     if (!hasRoom(page, layout, row.size())) page.fail(freeSpaceAt, "no room for a row");
     const std::size_t start = lowestRow(page, layout, count) - row.size();
@@ -96,9 +77,8 @@ std::uint8_t appendRow(Edit page, const Layout& layout, ByteView row, std::uint1
     return static_cast<std::uint8_t>(count);
 }
 
-std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t length,
+std::uint32_t resizeRow(RowEdit page, const Layout& layout, int number, std::size_t length,
                         std::uint16_t flags) {
-    requireOrder(page, layout);
     const int count = slotCount(page, layout);
     const Slot slot = slotAt(page, layout, number);
     const std::uint32_t lowest = lowestRow(page, layout, count);
@@ -113,20 +93,21 @@ std::uint32_t resizeRow(Edit page, const Layout& layout, int number, std::size_t
     for (int i = number; i < count; ++i) {
         const std::uint16_t packed = page.u16(slotPlace(layout, i));
         const std::uint16_t kept = i == number ? flags : packed & slotFlags;
-        page.set16(slotPlace(layout, i), (shifted(packed & offsetMask) & offsetMask) | kept);
+        page.set16(slotPlace(layout, i), (shifted(packed & slotOffset) & slotOffset) | kept);
     }
     saveFreeSpace(page, layout);
     return static_cast<std::uint32_t>(shifted(slot.start));
 }
 
-void eraseRow(Edit page, const Layout& layout, int number) {
+void eraseRow(RowEdit page, const Layout& layout, int number) {
     resizeRow(page, layout, number, 0, deletedRow);
 }
 
 std::uint32_t homesOn(const View& page, const Layout& layout) {
     std::uint32_t homes = 0;
-    for (int i = 0; i < slotCount(page, layout); ++i) {
-        const Slot slot = slotAt(page, layout, i);
+    const int count = slotCount(page, layout);
+    for (int i = 0; i < count; ++i) {
+        const Slot slot = slotAt(page, layout, i, count);
         homes += !slot.deleted() && !slot.isOverflow();
     }
     return homes;
@@ -134,7 +115,8 @@ std::uint32_t homesOn(const View& page, const Layout& layout) {
 
 bool isEmptyPage(const View& page, const Layout& layout) {
     const int count = slotCount(page, layout);
-    for (int i = 0; i < count; ++i)
+    // Rows mostly go in the order in which they came, so that one of the last is still there.
+    for (int i = count; i-- > 0;)
         if ((page.u16(slotPlace(layout, i)) & slotFlags) != deletedRow) return false;
     return true;
 }

@@ -117,7 +117,7 @@ RowPointer LongValues::storePiece(ByteView piece) {
         m_pages.add(page);
         if (m_freeSpace) m_freeSpace->add(page);
     }
-    const std::uint8_t row = appendRow(m_pager.edit(page), layout, piece);
+    const std::uint8_t row = appendRow(m_pager.editRows(page), layout, piece);
     return {page, row};
 }
 
@@ -126,7 +126,7 @@ void LongValues::release(const View& reference) {
     std::vector<RowPointer> pieces;
     eachPiece(m_pager, reference, [&](RowPointer at, const View&) { pieces.push_back(at); });
     for (RowPointer at : pieces) {
-        Edit page = m_pager.edit(at.page);
+        const RowEdit page = m_pager.editRows(at.page);
         if (!m_pages.contains(at.page)) page.fail(0, "a long value lies on a page of another column");
         eraseRow(page, m_pager.layout(), at.row);
         if (isEmptyPage(page, m_pager.layout())) {

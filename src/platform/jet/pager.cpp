@@ -42,10 +42,9 @@ Pager::Pager(std::unique_ptr<File> file, Format format)
     : m_file(std::move(file)), m_mode(OpenMode::ReadWrite), m_layout(&layoutOf(format)) {
     extend();
     extend();
-    Edit page = edit(freePagesPage);
-    initDataPage(page, *m_layout, freePagesPage);
-    appendRow(page, *m_layout, emptyMapRow(*m_layout));
-    appendRow(page, *m_layout, emptyMapRow(*m_layout));
+    initDataPage(edit(freePagesPage), *m_layout, freePagesPage);
+    for (int map = 0; map < 2; ++map)
+        appendRow(editRows(freePagesPage), *m_layout, emptyMapRow(*m_layout));
 }
 
 View Pager::load(std::uint32_t number) {
@@ -68,6 +67,7 @@ void Pager::requireWritable() const {
 Edit Pager::edit(std::uint32_t number) {
     (void)view(number);
     Page& page = m_pages[number];
+    page.rowsInOrder = false;
     if (!page.changed) {
         requireWritable();
         page.changed = true;
@@ -76,10 +76,18 @@ Edit Pager::edit(std::uint32_t number) {
     return {number, {page.bytes.get(), m_layout->pageSize}};
 }
 
+RowEdit Pager::editRows(std::uint32_t number) {
+    const View rows = view(number);
+    if (!m_pages[number].rowsInOrder) requireOrder(rows, *m_layout);
+    const RowEdit page(edit(number));
+    m_pages[number].rowsInOrder = true;
+    return page;
+}
+
 void Pager::extend() {
     if (std::uint64_t{pageCount() + 1} * m_layout->pageSize > m_layout->mostBytes)
         throw Error(ErrorKind::Full, "The database would become larger than its format allows.");
-    Page page{std::make_unique<std::uint8_t[]>(m_layout->pageSize), true};
+    Page page{std::make_unique<std::uint8_t[]>(m_layout->pageSize), true, false};
     m_pages.push_back(std::move(page));
     ++m_changedPages;
 }

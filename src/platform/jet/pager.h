@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bytes.h"
+#include "data_page.h"
 #include "file.h"
 #include "free_pages.h"
 #include "layout.h"
@@ -33,6 +34,9 @@ class Pager {
     }
     /// The same to be changed. EncodedWrite, ReadOnly.
     [[nodiscard]] Edit edit(std::uint32_t number);
+    /// The same of a page with rows. That none of them reaches into another is looked at once, and again
+    /// after the page was changed in any other way. Corrupt.
+    [[nodiscard]] RowEdit editRows(std::uint32_t number);
 
     /// A page of zeros that was free: the lowest one that is at least `lowest`. Full.
     [[nodiscard]] std::uint32_t allocate(std::uint32_t lowest = 0);
@@ -60,11 +64,12 @@ class Pager {
     struct Page {
         std::unique_ptr<std::uint8_t[]> bytes;
         bool changed = false;
+        bool rowsInOrder = false; ///< seen by editRows(), and since then changed through it alone
     };
 
     View load(std::uint32_t number);
     void extend();
-    [[nodiscard]] std::uint32_t sizedFreeRow(Edit page, std::uint32_t rowBytes);
+    [[nodiscard]] std::uint32_t sizedFreeRow(RowEdit page, std::uint32_t rowBytes);
     void saveFreeInline(std::uint32_t rowBytes);
     void saveFreePages();
     void write(File& file);

@@ -35,7 +35,7 @@ void Pager::flush() {
 }
 
 /// The row of the map, in that length; its bytes are to be written.
-std::uint32_t Pager::sizedFreeRow(Edit page, std::uint32_t rowBytes) {
+std::uint32_t Pager::sizedFreeRow(RowEdit page, std::uint32_t rowBytes) {
     const Slot slot = slotAt(page, *m_layout, 0);
     const std::uint32_t start =
         slot.length == rowBytes ? slot.start : resizeRow(page, *m_layout, 0, rowBytes, 0);
@@ -44,7 +44,7 @@ std::uint32_t Pager::sizedFreeRow(Edit page, std::uint32_t rowBytes) {
 }
 
 void Pager::saveFreeInline(std::uint32_t rowBytes) {
-    Edit page = edit(freePagesPage);
+    RowEdit page = editRows(freePagesPage);
     const std::uint32_t start = sizedFreeRow(page, rowBytes);
     for (std::uint32_t i = 0; i < rowBytes - mapBitsAt; ++i)
         page.set8(start + mapBitsAt + i, m_freePages->byteAt(i * 8));
@@ -56,7 +56,7 @@ void Pager::saveFreePages() {
         m_freeMapPages.push_back(allocate());
     if (m_freeMapPages.size() > m_layout->mapPointers())
         throw Error(ErrorKind::Full, "The database would become larger than its format allows.");
-    Edit page = edit(freePagesPage);
+    RowEdit page = editRows(freePagesPage);
     const std::uint32_t start = sizedFreeRow(page, m_layout->mapRow);
     page.set8(start, static_cast<std::uint8_t>(MapKind::Pointers));
     for (std::size_t i = 0; i < m_freeMapPages.size(); ++i) {

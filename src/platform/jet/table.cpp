@@ -17,7 +17,7 @@ bool Cursor::next() {
             requireDataPage(page, m_store->def().page);
             const int count = slotCount(page, layout);
             while (m_nextSlot < count) {
-                const Slot slot = slotAt(page, layout, m_nextSlot++);
+                const Slot slot = slotAt(page, layout, m_nextSlot++, count);
                 if (slot.deleted() || slot.isOverflow()) continue;
                 m_at.slot = static_cast<std::uint8_t>(m_nextSlot - 1);
                 return true;

@@ -136,7 +136,7 @@ std::uint32_t TableStore::pageFor(std::size_t length) {
 
 RowPointer TableStore::place(ByteView bytes, std::uint16_t flags) {
     const std::uint32_t page = pageFor(bytes.size());
-    const std::uint8_t slot = appendRow(m_pager.edit(page), m_pager.layout(), bytes, flags);
+    const std::uint8_t slot = appendRow(m_pager.editRows(page), m_pager.layout(), bytes, flags);
     noteSpace(page);
     return {page, slot};
 }
@@ -223,8 +223,7 @@ void TableStore::update(RowId id, const Row& row) {
 /// Writes the row in its place, or elsewhere when the page has no room; its home stays.
 void TableStore::replaceBody(RowId id, const Body& body, ByteView bytes) {
     const Layout& layout = m_pager.layout();
-    Edit page = m_pager.edit(body.at.page);
-    requireOrder(page, layout);
+    RowEdit page = m_pager.editRows(body.at.page);
     const Slot slot = slotAt(page, layout, body.at.row);
     if (bytes.size() <= slot.length + freeSpace(page, layout)) {
         const std::uint32_t start = bytes.size() == slot.length
@@ -242,7 +241,7 @@ void TableStore::replaceBody(RowId id, const Body& body, ByteView bytes) {
 }
 
 void TableStore::leavePointer(RowPointer home, RowPointer moved) {
-    Edit page = m_pager.edit(home.page);
+    RowEdit page = m_pager.editRows(home.page);
     const std::uint32_t start = resizeRow(page, m_pager.layout(), home.row, pointerBytes, pointerRow);
     page.set32(start, moved.pack());
     noteSpace(home.page);
@@ -266,7 +265,7 @@ void TableStore::moveLongestRow(std::uint32_t page) {
 
 /// Deletes what a slot holds; a page on which nothing is left is given back.
 void TableStore::dropSlot(RowPointer at) {
-    Edit page = m_pager.edit(at.page);
+    const RowEdit page = m_pager.editRows(at.page);
     eraseRow(page, m_pager.layout(), at.row);
     if (!isEmptyPage(page, m_pager.layout())) {
         noteSpace(at.page);
@@ -281,9 +280,12 @@ void TableStore::erase(RowId id) {
     requireWritable();
     requireKnownOrder();
     const Body body = locate(id);
-    Row row;
-    read(id, row);
-    const Keys keys = keysOf(row);
+    Keys keys;
+    if (!m_trees.empty()) {
+        Row row;
+        read(id, row);
+        keys = keysOf(row);
+    }
     ChangeGuard guard(m_pager);
     changeKeys(keys, {}, {id.page, id.slot});
     releaseLongValues(StoredRow(bodyView(body), m_pager.layout(), m_def));

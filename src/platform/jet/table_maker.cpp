@@ -171,7 +171,7 @@ RowPointer newUsageMap(Pager& pager, std::uint32_t& page) {
         page = pager.allocate();
         initDataPage(pager.edit(page), layout, usageMapOwner);
     }
-    const std::uint8_t row = appendRow(pager.edit(page), layout, emptyMapRow(layout));
+    const std::uint8_t row = appendRow(pager.editRows(page), layout, emptyMapRow(layout));
     return {page, row};
 }
 

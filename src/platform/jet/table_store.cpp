@@ -98,8 +98,9 @@ TableStore::Body TableStore::locate(RowId id) {
     if (!m_ownedPages.contains(id.page)) failNoRow();
     const View page = m_pager.view(id.page);
     requireDataPage(page, m_def.page);
-    if (id.slot >= slotCount(page, layout)) failNoRow();
-    const Slot slot = slotAt(page, layout, id.slot);
+    const int count = slotCount(page, layout);
+    if (id.slot >= count) failNoRow();
+    const Slot slot = slotAt(page, layout, id.slot, count);
     if (slot.deleted() || slot.isOverflow()) failNoRow();
     if (!slot.isPointer()) return {{id.page, id.slot}, false};
     const RowPointer target = RowPointer::unpack(page.part(slot.start, slot.length).u32(0));
@@ -116,8 +117,11 @@ View TableStore::bodyView(const Body& body) {
 
 bool TableStore::exists(RowId id) {
     const Layout& layout = m_pager.layout();
-    if (!m_ownedPages.contains(id.page) || id.slot >= slotCount(m_pager.view(id.page), layout)) return false;
-    const Slot slot = slotAt(m_pager.view(id.page), layout, id.slot);
+    if (!m_ownedPages.contains(id.page)) return false;
+    const View page = m_pager.view(id.page);
+    const int count = slotCount(page, layout);
+    if (id.slot >= count) return false;
+    const Slot slot = slotAt(page, layout, id.slot, count);
     return !slot.deleted() && !slot.isOverflow();
 }
 
