@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <ostream>
 
@@ -80,20 +81,16 @@ void appendDate(std::string& line, jet::DateTime date) {
         seconds = 0;
         day += 1;
     }
-    const int fromEra = static_cast<int>(day) - 25569 + 719468;
-    const int era = (fromEra >= 0 ? fromEra : fromEra - 146096) / 146097;
-    const int dayOfEra = fromEra - era * 146097;
-    const int yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const int shiftedMonth = (5 * dayOfYear + 2) / 153;
-    const int month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
-    const int year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
+    // Day 0 is the 30th of December 1899.
+    const std::chrono::year_month_day calendar{
+        std::chrono::sys_days{std::chrono::days{static_cast<int>(day) - 25569}}};
+    const int year = static_cast<int>(calendar.year());
     if (year >= 0 && year < 1000) line.append(year < 10 ? 3U : year < 100 ? 2U : 1U, '0');
     appendNumber(line, year);
     line += '-';
-    appendTwo(line, month);
+    appendTwo(line, static_cast<int>(static_cast<unsigned>(calendar.month())));
     line += '-';
-    appendTwo(line, dayOfYear - (153 * shiftedMonth + 2) / 5 + 1);
+    appendTwo(line, static_cast<int>(static_cast<unsigned>(calendar.day())));
     line += ' ';
     appendTwo(line, seconds / 3600);
     line += ':';

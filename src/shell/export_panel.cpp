@@ -140,16 +140,8 @@ QLineEdit* ExportPanel::makeText(const char* name, Value value, const char* spok
 }
 
 QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spoken) {
-    auto* box = new QComboBox;
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(text(spoken));
-    box->setEditable(true);
-    box->setInsertPolicy(QComboBox::NoInsert);
-    box->setCompleter(nullptr); // a typed slope stays as it is typed
+    QComboBox* box = makeEditableCombo(name, spoken, itemsOf(value));
     box->lineEdit()->setAlignment(Qt::AlignRight);
-    box->lineEdit()->setAccessibleName(text(spoken)); // it is the one that has the focus
-    for (const char* item : itemsOf(value))
-        box->addItem(QLatin1String(item));
     mirror(box, value, [box](const QString& shown) {
         if (box->currentText() != shown) box->setEditText(shown);
     });
@@ -173,9 +165,7 @@ QRadioButton* ExportPanel::makeOption(const QString& name, const char* caption, 
 }
 
 QWidget* ExportPanel::makeCheck(const char* name, const char* caption, bool Frame::*value) {
-    auto* box = new QCheckBox(text(caption));
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(text(caption));
+    QCheckBox* box = makeCheckBox(name, caption);
     m_tabOrder.push_back(box);
     m_mirrors.emplace_back([this, box, value] { box->setChecked(m_frame.*value); });
     QObject::connect(box, &QCheckBox::toggled, this, [this, value](bool on) { m_frame.*value = on; });

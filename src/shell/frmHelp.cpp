@@ -4,6 +4,7 @@
 #include "controls/branding.h"
 #include "controls/characters.h"
 #include "controls/metrics.h"
+#include "controls/panel.h"
 #include "controls/rtf_reader.h"
 #include "text.h"
 
@@ -109,9 +110,7 @@ void frmHelp::shrinkHelp() {
     lbl->lower(); // the button stays in front
     RTB->clear();
     if (RTB->isHidden()) return;
-    QSizePolicy kept = RTB->sizePolicy();
-    kept.setRetainSizeWhenHidden(true);
-    RTB->setSizePolicy(kept);
+    keepRoomWhenHidden(*RTB);
     // Every fourth step is painted: the box is gone in well under a second.
     for (QRect box = RTB->geometry(); box.height() > 0; box.setTop(box.top() + 1)) {
         RTB->setGeometry(box);

@@ -2,6 +2,7 @@
 
 #include "basic/strings.h"
 #include "controls/branding.h"
+#include "controls/panel.h"
 #include "project/password_store.h"
 #include "text.h"
 
@@ -35,11 +36,8 @@ frmPwd::frmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_
         form->addWidget(label, row, 0);
         form->addWidget(box, row, 1);
         // The window keeps its size when the new boxes appear.
-        for (QWidget* widget : {static_cast<QWidget*>(label), static_cast<QWidget*>(box)}) {
-            QSizePolicy policy = widget->sizePolicy();
-            policy.setRetainSizeWhenHidden(true);
-            widget->setSizePolicy(policy);
-        }
+        keepRoomWhenHidden(*label);
+        keepRoomWhenHidden(*box);
         return box;
     };
     txtOld = addBox("Enter old Passward:", "Old", lblOld);

@@ -2,6 +2,7 @@
 
 #include "controls/branding.h"
 #include "controls/metrics.h"
+#include "controls/panel.h"
 #include "text.h"
 
 #include <QCloseEvent>
@@ -20,12 +21,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int bandWidth = 420; // holds the label at its rightmost place
-
-QSizePolicy keepingItsPlace(const QWidget& widget) {
-    QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    return policy;
-}
 
 } // namespace
 
@@ -57,7 +52,7 @@ frmStart::frmStart(std::function<void()> next, std::function<void()> end, QWidge
     cmdOK->setAccessibleName(text("OK, go on to the login"));
     cmdOK->setAutoDefault(true);
     for (QWidget* widget : {static_cast<QWidget*>(lblGo), static_cast<QWidget*>(cmdOK)}) {
-        widget->setSizePolicy(keepingItsPlace(*widget));
+        keepRoomWhenHidden(*widget);
         widget->hide();
     }
     QHBoxLayout* row = branding::makeButtonRow({cmdOK});

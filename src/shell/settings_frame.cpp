@@ -21,16 +21,7 @@ namespace shell {
 namespace {
 
 QComboBox* makeCombo(const char* name, const char* spoken, std::initializer_list<const char*> items) {
-    auto* box = new QComboBox;
-    box->setObjectName(QLatin1String(name));
-    box->setEditable(true);
-    box->setAccessibleName(text(spoken));
-    box->lineEdit()->setAccessibleName(text(spoken)); // it is the one that has the focus
-    box->setInsertPolicy(QComboBox::NoInsert);
-    box->setCompleter(nullptr); // a typed text stays as it is typed
-    for (const char* item : items)
-        box->addItem(QLatin1String(item));
-    return box;
+    return makeEditableCombo(name, spoken, std::span(items.begin(), items.size()));
 }
 
 QLineEdit* makeBox(const char* name, const QString& accessibleName) {
@@ -118,9 +109,7 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
 }
 
 QCheckBox* SettingsFrame::makeCheck(const char* name, const char* caption, bool sheet::Settings::*setting) {
-    auto* box = new QCheckBox(text(caption));
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(text(caption));
+    QCheckBox* box = makeCheckBox(name, caption);
     QObject::connect(box, &QCheckBox::toggled, this, [this, setting](bool on) { m_settings.*setting = on; });
     return box;
 }

@@ -3,7 +3,10 @@
 #include <QFrame>
 
 #include <map>
+#include <span>
 
+class QCheckBox;
+class QComboBox;
 class QGridLayout;
 class QHBoxLayout;
 class QLabel;
@@ -59,5 +62,11 @@ class Panel : public QFrame {
 
 /// Keeps the room of a control that comes and goes, so that nothing jumps.
 void keepRoomWhenHidden(QWidget& widget);
+
+/// A list that takes typed texts too, as they are typed.
+[[nodiscard]] QComboBox* makeEditableCombo(const char* name, const char* spoken,
+                                           std::span<const char* const> items);
+
+[[nodiscard]] QCheckBox* makeCheckBox(const char* name, const char* caption);
 
 } // namespace shell
