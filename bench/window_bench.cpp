@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -138,6 +139,36 @@ void BM_KeyToPaint(benchmark::State& state) {
     });
 }
 
+/// The same with both sections open, on a road of sections of three points and a level in every row.
+void BM_KeyWithSectionsToPaint(benchmark::State& state) {
+    const Window window(int(state.range(0)));
+    sheet::Grid& grid = window.book();
+    for (int row = 2; row < grid.Rows(); ++row) {
+        const int metres = row / 3 * 10;
+        std::string rest = std::to_string(1000 + metres % 1000);
+        grid.setText(row, sheet::Chainage, std::to_string(100 + metres / 1000) + '-' + rest.substr(1));
+        grid.setText(row, sheet::Left, row % 3 == 0 ? "2.50" : "");
+        grid.setText(row, sheet::Center, row % 3 == 1 ? "0" : "");
+        grid.setText(row, sheet::Right, row % 3 == 2 ? "2.50" : "");
+        grid.setText(row, sheet::RLevel, std::to_string(100 + row % 1000 * 0.01));
+    }
+    for (const char* item : {"mnuLong", "mnuCross"})
+        window.form->findChild<QAction*>(QLatin1String(item))->trigger();
+    grid.moveTo(grid.Rows() / 2, int(state.range(1)));
+    window.form->showBook();
+    for (int turn = 0; turn < 20; ++turn)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    const Paints paints(window);
+    Steps steps;
+    bool digit = false;
+    for (auto _ : state) {
+        digit = !digit;
+        steps.time([&] { window.key(digit ? Qt::Key_5 : Qt::Key_Backspace, digit ? "5" : "\b"); });
+    }
+    paints.expect(state);
+    steps.report(state);
+}
+
 void BM_ArrowToPaint(benchmark::State& state) {
     bool down = false;
     timeKeys(state, [&down](const Window& window) {
@@ -177,6 +208,10 @@ void BM_ScrollBook(benchmark::State& state) {
 }
 
 BENCHMARK(BM_KeyToPaint)->Arg(1000)->Arg(100000)->Iterations(4000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyWithSectionsToPaint)
+    ->ArgsProduct({{100000}, {sheet::InterSight, sheet::RLevel}})
+    ->Iterations(4000)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ArrowToPaint)->Arg(100000)->Iterations(4000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_EnterToPaint)->Arg(1000)->Arg(100000)->Iterations(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_OpenWindow)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);

@@ -14,9 +14,10 @@ using drawing::Layer;
 ListPainter::ListPainter(QPainter& painter, const ListLook& look, QPointF origin, qreal perMillimetre)
     : m_painter(painter), m_look(look), m_origin(origin), m_perMillimetre(perMillimetre) {}
 
-bool ListPainter::take(Layer layer, Part part) {
-    const bool isGround = layer != Layer::Frame && layer != Layer::Text;
-    if ((part & (isGround ? Ground : Rest)) == 0) return false;
+bool ListPainter::take(Layer layer, unsigned parts) {
+    const bool isRest = layer == Layer::Frame || layer == Layer::Text;
+    const Part part = isRest ? Rest : layer == Layer::Grid ? Uprights : Ground;
+    if ((parts & part) == 0) return false;
     const int number = static_cast<int>(layer);
     if (std::exchange(m_layer, number) == number) return true;
     const auto index = static_cast<std::size_t>(number);
@@ -28,12 +29,12 @@ bool ListPainter::take(Layer layer, Part part) {
     return true;
 }
 
-void ListPainter::lines(const drawing::DisplayList& list, Part part) {
+void ListPainter::lines(const drawing::DisplayList& list, unsigned parts) {
     for (const drawing::Line& line : list.lines)
-        if (take(line.layer, part)) m_painter.drawLine(place(line.from), place(line.to));
+        if (take(line.layer, parts)) m_painter.drawLine(place(line.from), place(line.to));
     QPolygonF places;
     for (const drawing::Polyline& line : list.polylines) {
-        if (!take(line.layer, part)) continue;
+        if (!take(line.layer, parts)) continue;
         places.clear();
         for (const drawing::Place at : line.places)
             places.append(place(at));

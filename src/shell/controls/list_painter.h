@@ -25,15 +25,20 @@ class ListPainter {
   public:
     ListPainter(QPainter& painter, const ListLook& look, QPointF origin, qreal perMillimetre);
 
-    enum Part { Ground = 1, Rest = 2, All = 3 }; ///< Ground: ground, uprights, neighbours, centre line
-    void lines(const drawing::DisplayList& list, Part part = All);
+    enum Part : unsigned {
+        Ground = 1,   ///< ground, neighbours, centre line
+        Uprights = 2, ///< and what leads from them to their figures
+        Rest = 4,
+        All = 7
+    };
+    void lines(const drawing::DisplayList& list, unsigned parts = All);
     void texts(const drawing::DisplayList& list);
     [[nodiscard]] QPointF place(drawing::Place at) const {
         return {m_origin.x() + at.x * m_perMillimetre, m_origin.y() - at.y * m_perMillimetre};
     }
 
   private:
-    bool take(drawing::Layer layer, Part part);
+    bool take(drawing::Layer layer, unsigned parts);
 
     QPainter& m_painter;
     const ListLook& m_look;

@@ -27,6 +27,7 @@ constexpr double markRoom = 9;       // pixels between points from which each ha
 constexpr int leastLines = 4;        // a plot lower than so many lines of text has no figures below it
 constexpr double clearance = 2;      // millimetres between the lowest ground and the datum line
 constexpr double mostAcross = 10;    // a cross-section is not drawn taller, or its shape is lost
+constexpr double denseRoom = 4;      // pixels between corners of a line from which on it is drawn smooth
 constexpr double wheelStep = 1.25;   // zoom for a notch of the wheel
 
 QColor mixed(const QColor& a, const QColor& b, qreal share) {
@@ -219,14 +220,21 @@ void ProfileView::paintPlot() {
         plot.list.line(Layer::Centre, {centre, 0}, {centre, area.height() / millimetre});
     }
 
-    const ListLook look = lookOf(*this);
+    ListLook look = lookOf(*this);
+    // A smooth line costs a hundred times a plain one, which is as good where every column has its own
+    // corner.
+    const bool isDense = std::ranges::any_of(plot.list.polylines, [&area](const drawing::Polyline& line) {
+        return static_cast<double>(line.places.size()) > area.width() / denseRoom;
+    });
+    if (isDense) look.width.fill(0);
     ListPainter paint(painter, look, area.bottomLeft(), millimetre);
     painter.setClipRect(QRectF(0, area.bottom() - 1, width(), height() - area.bottom() + 1));
-    paint.lines(plot.list, ListPainter::All);
+    paint.lines(plot.list, ListPainter::Uprights | ListPainter::Rest);
     painter.setClipRect(QRectF(0, area.top(), width(), height() - area.top()));
     paint.texts(plot.list);
     painter.setClipRect(area);
-    painter.setRenderHint(QPainter::Antialiasing);
+    paint.lines(plot.list, ListPainter::Uprights);
+    painter.setRenderHint(QPainter::Antialiasing, !isDense);
     paint.lines(plot.list, ListPainter::Ground);
     if (static_cast<double>(last - first) * markRoom > area.width()) return;
     painter.setPen(Qt::NoPen);
