@@ -168,6 +168,7 @@ QWidget* PrintDialog::buildPreview() {
     label->setBuddy(m_page);
     m_pages = new QLabel;
     m_pages->setObjectName(QStringLiteral("lblPages"));
+    m_pages->setMinimumWidth(m_pages->fontMetrics().horizontalAdvance(text("of %1").arg(10000)));
     turning->addWidget(label);
     turning->addWidget(m_page);
     turning->addWidget(m_pages);
