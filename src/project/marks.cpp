@@ -30,11 +30,14 @@ std::uint64_t bookMark(const sheet::Book& book) {
 }
 
 std::string fileMark(std::string_view path) {
-    const std::optional<files::Status> is = basic::during(
-        basic::FileAction::OpenForInput, [&] { return files::statusOf(basic::nativePath(path)); });
-    if (!is) return {};
-    return std::to_string(is->id.second) + ' ' + std::to_string(is->size) + ' ' +
-           std::to_string(is->seconds) + '.' + std::to_string(is->nanoseconds);
+    try {
+        const std::optional<files::Status> is = files::statusOf(basic::nativePath(path));
+        if (!is) return {};
+        return std::to_string(is->id.second) + ' ' + std::to_string(is->size) + ' ' +
+               std::to_string(is->seconds) + '.' + std::to_string(is->nanoseconds);
+    } catch (const files::Error&) {
+        return {};
+    }
 }
 
 } // namespace project

@@ -15,7 +15,8 @@ namespace project {
 /// The same for all of a book that its file holds, the heading included.
 [[nodiscard]] std::uint64_t bookMark(const sheet::Book& book);
 
-/// A text that changes when another program writes the file; empty when there is no such file.
+/// A text that changes when another program writes the file; empty when there is no such file, or
+/// none that can be looked at.
 [[nodiscard]] std::string fileMark(std::string_view path);
 
 } // namespace project

@@ -2,6 +2,7 @@
 
 #include "basic/files.h"
 #include "files/folder.h"
+#include "files/status.h"
 
 #include <algorithm>
 #include <array>
@@ -24,28 +25,30 @@ std::string wholePath(const std::string& path) {
     return std::filesystem::path(files::wholePath(path)).lexically_normal().string();
 }
 
-/// A missing or unreadable list is an empty one.
+/// A missing list is an empty one; one that is there and cannot be read is not.
 Entries readList(desktop::Desktop& desktop) {
     Entries entries;
     const std::string file = listFile(desktop);
-    if (!basic::fileExists(file)) return entries;
-    try {
-        std::vector<std::string> lines = basic::readLines(file);
-        std::move(lines.begin(),
-                  lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), entries.size())),
-                  entries.begin());
-    } catch (const basic::RuntimeError& error) {
-        desktop.status("The list of recent projects was not read: " + error.description());
-    }
+    const auto there = basic::during(basic::FileAction::OpenForInput,
+                                     [&] { return files::statusOf(basic::nativePath(file)); });
+    if (!there) return entries;
+    std::vector<std::string> lines = basic::readLines(file);
+    std::move(lines.begin(),
+              lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), entries.size())),
+              entries.begin());
     return entries;
 }
 
 } // namespace
 
 void mNu(sheet::Book& book, desktop::Desktop& desktop) {
-    Entries entries = readList(desktop);
-    for (std::size_t k = 0; k < entries.size(); ++k)
-        if (!entries[k].empty()) book.mnuX[k] = std::move(entries[k]);
+    try {
+        Entries entries = readList(desktop);
+        for (std::size_t k = 0; k < entries.size(); ++k)
+            if (!entries[k].empty()) book.mnuX[k] = std::move(entries[k]);
+    } catch (const basic::RuntimeError& error) {
+        desktop.status("The list of recent projects was not read: " + error.description());
+    }
 }
 
 void Sv(const sheet::Book& book, desktop::Desktop& desktop) {
