@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 
 #include <cstdio>
-#include <unistd.h>
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "table_stream.h"
 
+#include "files/folder.h"
+#include "files/status.h"
 #include "spreadsheet/child_output.h"
-
-#include <filesystem>
 
 namespace tables {
 namespace {
@@ -14,14 +14,12 @@ constexpr std::chrono::seconds wholeTime{60};
 } // namespace
 
 std::string installedTableReader() {
-    std::error_code failed;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-    return (program.parent_path() / "zavrogrl-table-reader").string();
+    return files::folderOf(files::ownBinary()) + "/zavrogrl-table-reader";
 }
 
 Table readTableFile(const std::string& path, const ReadOptions& options, const spreadsheet::GoOn& goOn) {
     // A name that begins with "-" is no option.
-    std::vector<std::string> arguments{std::filesystem::absolute(path).string()};
+    std::vector<std::string> arguments{files::wholePath(path)};
     if (options.sheet) arguments.push_back(*options.sheet);
     const std::string program =
         options.readerProgram.empty() ? installedTableReader() : options.readerProgram;
