@@ -3,6 +3,7 @@
 #include "print_dialog.h"
 
 #include "../frmGrl.h"
+#include "../levels/book_memory.h"
 #include "../text.h"
 
 #include "basic/files.h"
@@ -49,7 +50,6 @@ class Progress {
 class PrintItems final : public WindowPart {
   public:
     explicit PrintItems(frmGrl& window) : m_window(window) {
-        m_choice.closing.tolerance = survey::toleranceClasses()[survey::classAtFirst].tolerance;
         const auto file = [&](const char* name, const char* caption, PrintDialog::Aim aim,
                               const char* shortcut) {
             MenuItem item{name, caption, [this, aim] { open(aim); }, {"Print", true, true}, shortcut};
@@ -82,6 +82,10 @@ class PrintItems final : public WindowPart {
     [[nodiscard]] std::string bookName() const { return basic::baseName(bookPath()); }
 
     void open(PrintDialog::Aim aim) {
+        // The run is judged as in its pane.
+        const sheet::Book& book = m_window.book();
+        m_choice.closing =
+            BookMemory(m_window.stateFolder()).closing(book.hasFile() ? book.projectPath() : std::string());
         PrintDialog dialog({grid(), bookName(), m_window.book().JobHeading}, m_choice, aim, &m_window);
         dialog.print = [&](const PrintJob& job) {
             if (print(job, dialog)) dialog.accept();
