@@ -15,6 +15,9 @@ inline constexpr const char* noFile = "*.grl";
 bool chooseFile(sheet::Book& book, desktop::Desktop& desktop, desktop::FileDialog kind,
                 const std::string& before);
 
+/// What is said of the file that a new one took the place of.
+inline constexpr const char* trashedNote = "The file that stood there is in the trash.";
+
 /// Makes the project file for `path` with `make`; when that cannot be, makes an empty one under the name with
 /// "aa" behind it, and the command goes on with `path` all the same. Raises the second error.
 template <typename Make>

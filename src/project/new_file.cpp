@@ -43,9 +43,10 @@ std::string fixExtension(std::string path) {
 NewFile::NewFile(desktop::Desktop& desktop, std::string_view target)
     : m_file(copyOfTemplate(desktop, target)) {}
 
-void NewFile::commit(desktop::Desktop& desktop) {
-    if (basic::fileExists(m_file.target())) desktop.moveToTrash(m_file.target());
+bool NewFile::commit(desktop::Desktop& desktop) {
+    const bool trashed = basic::fileExists(m_file.target()) && desktop.moveToTrash(m_file.target());
     basic::place(m_file);
+    return trashed;
 }
 
 } // namespace project

@@ -25,8 +25,8 @@ class NewFile {
     [[nodiscard]] std::string path() const { return m_file.siblingPath(); }
 
     /// Renames it to its target. A file that stands there goes to the desktop's trash before, where there is
-    /// one.
-    void commit(desktop::Desktop& desktop);
+    /// one; true then.
+    bool commit(desktop::Desktop& desktop);
 
   private:
     files::Replacement m_file;

@@ -74,7 +74,9 @@ Outcome newProject(sheet::Book& book, desktop::Desktop& desktop) {
     const std::string path = book.FileName;
     Report report(desktop);
     try {
-        makeProjectFile(desktop, report, path, [&] { NewFile(desktop, path).commit(desktop); });
+        makeProjectFile(desktop, report, path, [&] {
+            if (NewFile(desktop, path).commit(desktop)) report.add(trashedNote);
+        });
     } catch (const basic::RuntimeError& error) {
         desktop.messageBox(error.description());
         return Outcome::Failed;

@@ -36,7 +36,7 @@ Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, st
     Refused refused;
     try {
         refused = writeRows(book, desktop, file ? std::string(file->path()) : path);
-        if (file) file->commit(desktop);
+        if (file && file->commit(desktop)) report.add(trashedNote);
     } catch (const basic::RuntimeError& error) {
         if (basic::fileExists(path)) report.addFirst(path + " is as it was.");
         report.addFirst(asSentence(std::string(notSaved) + ": " + error.description()));
@@ -50,7 +50,7 @@ Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, st
     }
     if (refused.count == 0) {
         book.SavedMark = bookMark(book);
-        report.add("Saved " + path + '.');
+        report.addFirst("Saved " + path + '.');
         return {.end = Saved::Whole};
     }
     report.addFirst("Saved " + path + ", but " + leftOutText(book.MSFG, refused));

@@ -54,6 +54,7 @@ TEST_F(CommandsTest, NewAsksAboutChangesAndAboutAFileThatExists) {
     run(project::newProject, {old}, {Answer::Yes, Answer::Yes});
     EXPECT_THAT(records(old), IsEmpty());
     EXPECT_THAT(desktop.trashed, ElementsAre(old));
+    EXPECT_EQ(desktop.statuses.back(), "The file that stood there is in the trash.");
 }
 
 TEST_F(CommandsTest, CancelledDialogsKeepTheBookAndTheDialogsName) {
@@ -110,6 +111,7 @@ TEST_F(CommandsTest, FirstSaveOnAnExistingNameAsksForAnother) {
             Rows(answers.size(), "This File is allready exists please give another Name [Yes No Cancel]"));
         EXPECT_THAT(records(old), SizeIs(2));
         EXPECT_EQ(desktop.trashed.back(), old);
+        EXPECT_EQ(desktop.statuses.back(), "Saved " + old + ". The file that stood there is in the trash.");
     }
 }
 
