@@ -139,8 +139,13 @@ Field Recordset::Fields(int number) {
 
 Field Recordset::Fields(std::string_view name) {
     m_state->mustBeOpen();
+    const auto& columns = m_state->table.columns();
+    std::size_t& last = m_state->lastField;
+    if (++last >= columns.size()) last = 0;
+    if (!columns.empty() && columns[last].name == name) return {*this, static_cast<int>(last)};
     const auto number = m_state->table.column(name);
     if (!number) raise(EngineError::NotInCollection);
+    last = static_cast<std::size_t>(*number);
     return {*this, *number};
 }
 

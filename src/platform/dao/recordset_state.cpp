@@ -31,12 +31,14 @@ jet::RowId Recordset::State::mustStand() const {
 }
 
 const jet::Row& Recordset::State::currentRow() {
+    if (rowLoaded && !deleted && loadedAt == table.changes()) return row;
     if (!rowLoaded) {
         table.read(mustStand(), row);
         rowLoaded = true;
     } else {
         static_cast<void>(mustStand());
     }
+    loadedAt = table.changes();
     return row;
 }
 

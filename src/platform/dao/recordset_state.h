@@ -38,6 +38,8 @@ struct Recordset::State {
     jet::Row edited; ///< the copy buffer
     jet::Row row;    ///< the current record, once it was asked for
     bool rowLoaded = false;
+    std::uint64_t loadedAt = 0; ///< changes of the table when the record was last seen to live
+    std::size_t lastField = 0;  ///< that was asked for by name; fields are mostly asked for in their order
 
     /// 3420 when the recordset or its database is closed.
     void mustBeOpen() const;

@@ -72,6 +72,9 @@ std::optional<int> Table::index(std::string_view name) const {
 std::uint32_t Table::rowCount() const {
     return m_store->def().rowCount;
 }
+std::uint64_t Table::changes() const {
+    return m_store->changes();
+}
 std::int32_t Table::nextAutonumber() const {
     return m_store->nextAutonumber();
 }

@@ -83,6 +83,9 @@ class Table {
     /// The autonumber that the next row with Null in that column gets.
     [[nodiscard]] std::int32_t nextAutonumber() const;
 
+    /// Counts every change of a row since the database was opened, by this handle or another.
+    [[nodiscard]] std::uint64_t changes() const;
+
     [[nodiscard]] Cursor scan() const;
     [[nodiscard]] Row read(RowId id) const; ///< NotFound when no row lives there
     void read(RowId id, Row& into) const;   ///< the same into a row that is used again

@@ -181,7 +181,7 @@ RowId TableStore::insert(const Row& given) {
     const RowPointer at = place(m_row, 0);
     changeKeys({}, keys, at);
     ++m_def.rowCount;
-    m_rowsChanged = true;
+    ++m_changes;
     noteAutonumber(*row);
     guard.done();
     return {at.page, at.row};
@@ -215,7 +215,7 @@ void TableStore::update(RowId id, const Row& row) {
     if (!m_longValues.empty()) m_builder->build(row, storeLongValues(row, &old, &stored), m_row);
     replaceBody(id, body, m_row);
     changeKeys(oldKeys, keys, {id.page, id.slot});
-    m_rowsChanged = true;
+    ++m_changes;
     noteAutonumber(row);
     guard.done();
 }
@@ -292,7 +292,7 @@ void TableStore::erase(RowId id) {
     if (body.overflow) dropSlot(body.at);
     dropSlot({id.page, id.slot});
     m_def.rowCount -= m_def.rowCount != 0;
-    m_rowsChanged = true;
+    ++m_changes;
     guard.done();
 }
 
@@ -311,7 +311,8 @@ void TableStore::clear() {
     for (const auto& tree : m_trees)
         tree->clear();
     m_def.rowCount = 0;
-    m_rowsChanged = m_counted = true;
+    ++m_changes;
+    m_counted = true;
     guard.done();
 }
 

@@ -234,7 +234,7 @@ bool TableStore::hasValues(RowId id, const IndexInfo& info, std::span<const Valu
 void TableStore::flush() {
     for (const auto& tree : m_trees)
         tree->settle();
-    if (m_rowsChanged && !m_counted) count();
+    if (m_changes != 0 && !m_counted) count();
     m_def.saveCounters(m_pager);
 }
 

@@ -18,6 +18,8 @@ class TableStore {
     [[nodiscard]] std::vector<Column>& columns() { return m_columns; }
     [[nodiscard]] const std::vector<IndexInfo>& indexes() const { return m_indexes; }
     [[nodiscard]] Pager& pager() { return m_pager; }
+    /// Counts every change of a row.
+    [[nodiscard]] std::uint64_t changes() const { return m_changes; }
     [[nodiscard]] UsageMap& ownedPages() { return m_ownedPages; }
     [[nodiscard]] Index& tree(std::size_t data) { return *m_trees[data]; }
 
@@ -92,9 +94,9 @@ class TableStore {
     std::vector<bool> m_ordered;                           ///< one a tree: the order of its keys is known
     std::vector<std::unique_ptr<LongValues>> m_longValues; ///< as in the definition
     std::unique_ptr<RowBuilder> m_builder;
-    Bytes m_row;                ///< kept to be used again
-    bool m_counted = false;     ///< the number of rows is known to be right
-    bool m_rowsChanged = false; ///< since it was opened
+    Bytes m_row;                 ///< kept to be used again
+    bool m_counted = false;      ///< the number of rows is known to be right
+    std::uint64_t m_changes = 0; ///< since it was opened
 };
 
 } // namespace jet

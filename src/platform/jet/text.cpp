@@ -138,6 +138,25 @@ bool encodeMarked(std::u16string_view rest, Bytes& out) {
     return true;
 }
 
+/// Most texts hold nothing but ASCII, which needs no characters to be put together. False, with nothing done,
+/// for any other.
+bool decodeAscii(ByteView stored, std::string& out) {
+    const bool compressed = stored.size() >= 2 && stored[0] == 0xFF && stored[1] == 0xFE;
+    const std::size_t step = compressed ? 1 : 2;
+    if (stored.size() % step != 0) return false;
+    const ByteView bytes = compressed ? stored.subspan(2) : stored;
+    unsigned high = 0;
+    for (std::size_t i = 0; i < bytes.size(); i += step) {
+        if (compressed && bytes[i] == toggleMode) return false;
+        high |= (bytes[i] & 0x80U) | (compressed ? 0U : bytes[i + 1]);
+    }
+    if (high != 0) return false;
+    out.resize(bytes.size() / step);
+    for (std::size_t i = 0; i < out.size(); ++i)
+        out[i] = static_cast<char>(bytes[i * step]);
+    return true;
+}
+
 bool isAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
 }
@@ -208,7 +227,7 @@ void decodeText(const View& stored, Format format, std::string& out) {
         return;
     }
     out.clear();
-    eachUnit(stored, Utf8Builder(out));
+    if (!decodeAscii(stored.bytes(), out)) eachUnit(stored, Utf8Builder(out));
 }
 
 void encodeText(std::string_view text, Format format, bool compress, Bytes& out) {
