@@ -2,6 +2,7 @@
 
 #include "edit_items.h"
 #include "find_bar.h"
+#include "import_panel.h"
 #include "letters_items.h"
 #include "levels/survey_panes.h"
 #include "print/print_items.h"
@@ -16,8 +17,8 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,    &makeContextMenu,
-    &makeSectionPanes, &makeSurveyPanes, &makeLettersItems, &makePrintItems,
+    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,     &makeContextMenu,
+    &makeSectionPanes, &makeSurveyPanes, &makeLettersItems, &makeImportPanel, &makePrintItems,
 };
 
 } // namespace

@@ -12,13 +12,17 @@ namespace shell {
 /// moment.
 class ImportWait {
   public:
-    explicit ImportWait(QWidget& window);
+    /// `title` and `waiting` are what the box says until rows come.
+    explicit ImportWait(QWidget& window, const char* title = "Import From Excel",
+                        const char* waiting = "Waiting for the spreadsheet program...");
 
     /// Paints what is due; false when the user has given up.
     [[nodiscard]] bool goOn(std::size_t rowsRead);
 
   private:
     QWidget& m_window;
+    const char* m_title;
+    const char* m_waiting;
     QElapsedTimer m_since;
     std::optional<QProgressDialog> m_box;
 };

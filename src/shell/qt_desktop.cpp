@@ -23,6 +23,7 @@ namespace shell {
 namespace {
 
 constexpr const char* projectFilter = "*.grl";
+constexpr const char* importFilter = "*.xlsx *.xlsm *.ods *.csv *.txt *.tsv *.gsi *.m5 *.dat *.raw";
 constexpr int inputWidth = 340; // room for a number and for the box's title
 
 desktop::Answer answerOf(int button) {
@@ -106,20 +107,23 @@ std::string QtDesktop::inputBox(std::string_view prompt, std::string_view title,
 }
 
 std::optional<std::string> QtDesktop::fileDialog(desktop::FileDialog kind, std::string_view initialName) {
-    const bool open = kind == desktop::FileDialog::Open;
-    QFileDialog dialog(owner(), open ? text("Open") : text("Save As"));
+    const bool importing = kind == desktop::FileDialog::Import;
+    const bool open = kind != desktop::FileDialog::Save;
+    QFileDialog dialog(owner(), importing ? text("Import from file") : open ? text("Open") : text("Save As"));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile); // also for Open: a missing file is the command's to report
-    if (open) dialog.setDefaultSuffix(QStringLiteral("grl"));
+    if (kind == desktop::FileDialog::Open) dialog.setDefaultSuffix(QStringLiteral("grl"));
 
     const QString name = fromUtf8(initialName);
     const QFileInfo initial(name);
     const QString ownName = initial.fileName();
     const bool otherKind =
         !ownName.isEmpty() && initial.suffix().compare(QLatin1String("grl"), Qt::CaseInsensitive) != 0;
-    if (otherKind)
+    if (importing)
+        dialog.setNameFilters({text("Tables and digital levels (%1)").arg(QLatin1String(importFilter)), text("All files (*)")});
+    else if (otherKind)
         dialog.setNameFilters({QStringLiteral("*.") + initial.suffix(), QLatin1String(projectFilter)});
     else
         dialog.setNameFilter(QLatin1String(projectFilter));

@@ -24,6 +24,7 @@ struct Surroundings {
     std::string programFolder;  ///< empty: the user's own, below the XDG data home
     std::string stateFolder;    ///< of what the window remembers; empty: below the XDG state home
     std::string templateFolder; ///< empty: where the installation keeps its templates
+    std::string tableReader;    ///< the program that reads table files; empty: the installed one
     bool hasTrash = true;
     bool offersRecovery = true;
     std::function<void()> endProgram;                             ///< empty: leaves the event loop
@@ -61,6 +62,7 @@ class QtDesktop final : public desktop::Desktop {
     std::string programFolder() override { return m_surroundings.programFolder; }
 
     void endProgram() const;
+    [[nodiscard]] const std::string& tableReader() const { return m_surroundings.tableReader; }
     [[nodiscard]] spreadsheet::RunningSpreadsheet& spreadsheet() { return *m_surroundings.spreadsheet; }
 
   private:

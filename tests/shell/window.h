@@ -66,6 +66,7 @@ class MainWindow : public testing::Test {
         surroundings.programFolder = folder.path();
         surroundings.templateFolder = folder.path();
         surroundings.stateFolder = folder / "state";
+        surroundings.tableReader = TABLE_READER;
         surroundings.hasTrash = false;
         surroundings.offersRecovery = offersRecovery;
         surroundings.spreadsheet = spreadsheet;

@@ -15,7 +15,7 @@ namespace desktop {
 
 enum class Buttons { Ok, YesNo, YesNoCancel };
 enum class Answer { Ok, Yes, No, Cancel };
-enum class FileDialog { Open, Save };
+enum class FileDialog { Open, Save, Import };
 
 class Desktop {
   public:
@@ -29,7 +29,7 @@ class Desktop {
     virtual std::string inputBox(std::string_view prompt, std::string_view title,
                                  std::string_view initial = {}) = 0;
     /// The common file dialog (filter "*.grl", default extension "grl"); nothing when cancelled. It asks and
-    /// refuses nothing itself.
+    /// refuses nothing itself. Import looks for tables and files of digital levels instead.
     virtual std::optional<std::string> fileDialog(FileDialog kind, std::string_view initialName) = 0;
 
     virtual std::optional<std::string> clipboardText() = 0; ///< nothing when it holds no text

@@ -110,7 +110,7 @@ void Writer::cell(int row, int column, const Cell& cell) {
     }
     if (++m_cells > mostCells) throw Unreadable("The sheet has more than 4,000,000 cells with content");
     std::array<char, 32> room{};
-    if (row < m_row || (row == m_row && column <= m_column))
+    if (row < 1 || row < m_row || (row == m_row && column <= m_column))
         throw Unreadable("Cell " + columnName(column) + std::to_string(row) + " comes twice or too late");
     m_column = column;
     if (row != m_row) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "import_dialog.h"
+
+#include "exchange/digital_levels.h"
+
+class QLineEdit;
+class QTableWidget;
+
+namespace shell {
+
+/// The lines of a digital level's file with what their readings and the levels in the file say. A line that
+/// disagrees is taken only when the user ticks it.
+class LevelDialog final : public ImportDialog {
+  public:
+    LevelDialog(const QString& file, exchange::LevelFile levels, QWidget& window, QWidget& grid);
+
+    [[nodiscard]] std::vector<exchange::BookRow> rows() const override { return m_rows; }
+
+  private:
+    void fillLines();
+    void takeLine();
+
+    exchange::LevelFile m_file;
+    std::vector<exchange::BookRow> m_rows;
+    QTableWidget* m_lines;
+    QLineEdit* m_points;
+    QCheckBox* m_take;
+};
+
+} // namespace shell

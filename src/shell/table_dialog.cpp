@@ -1,0 +1,162 @@
+#include "table_dialog.h"
+
+#include "text.h"
+
+#include "exchange/column_profiles.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace shell {
+namespace {
+
+constexpr int shownRows = 20;
+constexpr int shownColumns = 60;
+constexpr int leastColumn = 96; // pixels; the boxes need it
+
+QLabel* labelOf(const char* caption, QWidget* field) {
+    auto* label = new QLabel(text(caption));
+    label->setBuddy(field);
+    return label;
+}
+
+} // namespace
+
+TableDialog::TableDialog(const QString& file, tables::Table table, Read read, std::string profiles,
+                         QWidget& window, QWidget& grid)
+    : ImportDialog(file, window, grid), m_table(std::move(table)), m_read(std::move(read)),
+      m_profiles(std::move(profiles)) {
+    setObjectName(QStringLiteral("importPanel"));
+    m_sheets = new QComboBox;
+    m_sheets->setObjectName(QStringLiteral("cboSheet"));
+    for (const std::string& sheet : m_table.sheets)
+        m_sheets->addItem(fromUtf8(sheet));
+    m_sheets->setCurrentIndex(static_cast<int>(m_table.sheet));
+    m_sheets->setEnabled(m_table.sheets.size() > 1);
+    m_heading = new QSpinBox;
+    m_heading->setObjectName(QStringLiteral("spnHeading"));
+    m_heading->setRange(0, tables::mostRows);
+    m_heading->setSpecialValueText(text("none"));
+    m_heading->setKeyboardTracking(false);
+    auto* line = new QHBoxLayout;
+    line->addWidget(labelOf("&Sheet:", m_sheets));
+    line->addWidget(m_sheets, 1);
+    line->addWidget(labelOf("&Heading in row:", m_heading));
+    line->addWidget(m_heading);
+    upper().addLayout(line);
+
+    m_preview = new QTableWidget;
+    m_preview->setObjectName(QStringLiteral("tblPreview"));
+    m_preview->setAccessibleName(text("The first rows of the sheet; above each column what it is"));
+    m_preview->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_preview->setSelectionMode(QAbstractItemView::NoSelection);
+    m_preview->setTabKeyNavigation(false);
+    upper().addWidget(m_preview, 1);
+
+    m_remember = new QCheckBox(text("Re&member for this heading"));
+    m_remember->setObjectName(QStringLiteral("chkRemember"));
+    addBeside(m_remember);
+    QObject::connect(m_sheets, &QComboBox::activated, this, [this](int index) { chooseSheet(index); });
+    QObject::connect(m_heading, &QSpinBox::valueChanged, this, [this](int row) { chooseHeading(row); });
+    showTable();
+}
+
+void TableDialog::chooseSheet(int index) {
+    try {
+        m_table = m_read(m_table.sheets[static_cast<std::size_t>(index)]);
+        showTable();
+    } catch (const std::exception& error) {
+        m_sheets->setCurrentIndex(static_cast<int>(m_table.sheet));
+        showNotes({{error.what(), true}}, m_taken.rows.size());
+    }
+}
+
+void TableDialog::showTable() {
+    const QSignalBlocker quiet(m_heading);
+    const int row = exchange::guessHeadingRow(m_table);
+    m_heading->setValue(row);
+    chooseHeading(row);
+}
+
+void TableDialog::chooseHeading(int row) {
+    m_layout = exchange::guessLayout(m_table, row);
+    m_remember->setChecked(exchange::recallColumns(m_profiles, m_layout));
+    m_remember->setEnabled(row > 0);
+    fillPreview();
+    fillBoxes();
+    takeColumns();
+}
+
+std::size_t TableDialog::firstShown() const {
+    const auto from = std::ranges::find_if(
+        m_table.rows, [this](const tables::Row& row) { return row.number >= m_layout.headingRow; });
+    return static_cast<std::size_t>(from - m_table.rows.begin());
+}
+
+void TableDialog::fillPreview() {
+    const std::size_t first = firstShown();
+    const auto count = static_cast<int>(std::min<std::size_t>(m_table.rows.size() - first, shownRows));
+    const int columns = std::min(static_cast<int>(m_layout.columns.size()), shownColumns);
+    m_preview->clear();
+    m_preview->setRowCount(count + 1);
+    m_preview->setColumnCount(columns);
+    QStringList names{QString()};
+    for (int k = 0; k < count; ++k) {
+        const tables::Row& row = m_table.rows[first + static_cast<std::size_t>(k)];
+        names += QString::number(row.number);
+        const bool isHeading = row.number < m_layout.firstRow && m_layout.headingRow > 0;
+        for (int column = 0; column < std::min(columns, static_cast<int>(row.cells.size())); ++column) {
+            const tables::Cell& cell = row.cells[static_cast<std::size_t>(column)];
+            auto* item = new QTableWidgetItem(fromUtf8(cell.shown));
+            QFont font = item->font();
+            font.setBold(isHeading);
+            item->setFont(font);
+            if (cell.kind == tables::CellKind::Number) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            m_preview->setItem(k + 1, column, item);
+        }
+    }
+    m_preview->setVerticalHeaderLabels(names);
+    QStringList letters;
+    for (int column = 1; column <= columns; ++column)
+        letters += fromUtf8(tables::columnName(column));
+    m_preview->setHorizontalHeaderLabels(letters);
+}
+
+void TableDialog::fillBoxes() {
+    for (int column = 0; column < m_preview->columnCount(); ++column) {
+        auto* box = new QComboBox;
+        box->setObjectName(QStringLiteral("cboCol%1").arg(column));
+        box->setAccessibleName(text("Column %1").arg(fromUtf8(tables::columnName(column + 1))));
+        for (int kind = 0; kind < exchange::columnKinds; ++kind)
+            box->addItem(text(exchange::captionOf(static_cast<exchange::ColumnKind>(kind))));
+        const auto at = static_cast<std::size_t>(column);
+        box->setCurrentIndex(static_cast<int>(m_layout.columns[at]));
+        QObject::connect(box, &QComboBox::currentIndexChanged, this, [this, at](int kind) {
+            m_layout.columns[at] = static_cast<exchange::ColumnKind>(kind);
+            takeColumns();
+        });
+        m_preview->setCellWidget(0, column, box);
+        m_preview->setColumnWidth(column, std::max({leastColumn, box->sizeHint().width()}));
+    }
+    m_preview->resizeRowToContents(0);
+}
+
+void TableDialog::takeColumns() {
+    m_taken = exchange::takeTable(m_table, m_layout);
+    showNotes(m_taken.notes, m_taken.rows.size());
+}
+
+void TableDialog::accepted_() {
+    if (m_remember->isChecked() && m_layout.headingRow > 0) exchange::rememberColumns(m_profiles, m_layout);
+}
+
+} // namespace shell

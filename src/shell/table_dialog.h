@@ -1,0 +1,47 @@
+#pragma once
+
+#include "import_dialog.h"
+
+#include "tables/table.h"
+
+#include <functional>
+#include <string>
+
+class QComboBox;
+class QSpinBox;
+class QTableWidget;
+
+namespace shell {
+
+/// The choice of columns: sheet, heading row, and above each column of the preview a box that says what it is.
+class TableDialog final : public ImportDialog {
+  public:
+    /// `read` gives another sheet by its name; what it raises is told and the sheet stays.
+    using Read = std::function<tables::Table(const std::string& sheet)>;
+    TableDialog(const QString& file, tables::Table table, Read read, std::string profiles, QWidget& window,
+                QWidget& grid);
+
+    [[nodiscard]] std::vector<exchange::BookRow> rows() const override { return m_taken.rows; }
+    void accepted_() override;
+
+  private:
+    void chooseSheet(int index);
+    void chooseHeading(int row);
+    void showTable();
+    void fillPreview();
+    void fillBoxes();
+    void takeColumns();
+    [[nodiscard]] std::size_t firstShown() const;
+
+    tables::Table m_table;
+    Read m_read;
+    std::string m_profiles;
+    exchange::Layout m_layout;
+    exchange::TakenTable m_taken;
+    QComboBox* m_sheets;
+    QSpinBox* m_heading;
+    QTableWidget* m_preview;
+    QCheckBox* m_remember;
+};
+
+} // namespace shell
