@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -36,7 +37,7 @@ class ImportDialog : public QDialog {
     QLabel* m_count;
     QRadioButton* m_replace;
     QPushButton* m_import;
-    class QHBoxLayout* m_line;
+    QHBoxLayout* m_line;
 };
 
 } // namespace shell

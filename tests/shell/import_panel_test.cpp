@@ -98,6 +98,8 @@ TEST_F(ImportWindows, ABadOrDroppedFileLeavesTheBook) {
     data.setUrls({QUrl::fromLocalFile(shell::fromUtf8(folder.write("b.csv", "Ch,IS\n00-010,1.5\n")))});
     QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     const Answers answers([](QWidget& modal) { dynamic_cast<QDialog&>(modal).reject(); });
+    QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &enter);
     QCoreApplication::sendEvent(window.get(), &drop);
     EXPECT_TRUE(drop.isAccepted());
     EXPECT_TRUE(QTest::qWaitFor([&answers] { return answers.count > 0; }));
