@@ -1,6 +1,7 @@
 #include "sheets.h"
 #include "title_strip.h"
 
+#include <cmath>
 #include <span>
 
 namespace drawing {
@@ -16,6 +17,10 @@ LongSheets::LongSheets(std::vector<GroundPlace> ground, Scale scale, Paper paper
     const Box room = roomOn(paper);
     const double h = m_style.textHeight;
     m_style.tallest = room.height() - rowsHeight(h) - 2 * h - aboveGround;
+    // Between two points the datum cannot step.
+    for (std::size_t k = 1; k < m_ground.size(); ++k)
+        while (tooTall(std::abs(m_ground[k].level - m_ground[k - 1].level)))
+            m_style.scale.vertical *= 2;
     const double reach = (room.width() - headWidth(h) - 4 * h) / scale.perMetre();
     for (std::size_t first = 0; first < m_ground.size();) {
         std::size_t last = first;
@@ -26,6 +31,12 @@ LongSheets::LongSheets(std::vector<GroundPlace> ground, Scale scale, Paper paper
         // The last station is repeated, unless it stands alone because the next one is too far off.
         first = last > first && m_ground[last + 1].along - m_ground[last].along <= reach ? last : last + 1;
     }
+}
+
+/// A round datum may lie a step and its clearance below the ground.
+bool LongSheets::tooTall(double rise) const {
+    const double perMetre = m_style.scale.levelPerMetre();
+    return rise * perMetre + 5 + roundStep(10 / perMetre) * perMetre > m_style.tallest;
 }
 
 DisplayList LongSheets::sheet(int index) const {

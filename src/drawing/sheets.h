@@ -36,17 +36,21 @@ class Sheets {
 };
 
 /// The long section, cut into sheets at its points; the last point of a sheet is the first of the next one.
-/// Where the ground is too high for the sheet the datum steps.
+/// Where the ground is too high for the sheet the datum steps. Where it rises by more than a sheet from one
+/// point to the next, heights are drawn at half the scale, or half of that.
 class LongSheets final : public Sheets {
   public:
     LongSheets(std::vector<GroundPlace> ground, Scale scale, Paper paper, StripTexts texts);
     [[nodiscard]] int count() const override { return static_cast<int>(m_parts.size()); }
     [[nodiscard]] DisplayList sheet(int index) const override;
+    [[nodiscard]] Scale scale() const { return m_style.scale; } ///< as drawn
 
   private:
     struct Part {
         std::size_t first, last;
     };
+
+    [[nodiscard]] bool tooTall(double rise) const;
 
     std::vector<GroundPlace> m_ground;
     ProfileStyle m_style;

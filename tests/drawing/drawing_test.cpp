@@ -101,6 +101,9 @@ TEST(LongSheets, AreTrueToScaleAndStepTheDatum) {
             datums += text.text.starts_with("Datum ");
         EXPECT_GT(datums, 1U);
     }
+    const LongSheets cliff({{0, 0}, {10, 50}, {20, 51}}, {1000, 100}, a4.across(), {});
+    EXPECT_EQ(cliff.scale(), (Scale{1000, 800}));
+    EXPECT_LE(cliff.sheet(0).bounds().top, a4.across().height - a4.margin);
     // Gaps longer than a sheet, and a single point.
     EXPECT_EQ(LongSheets({{0, 1}, {5000, 2}, {5010, 2}}, {}, a4, {}).count(), 2);
     EXPECT_EQ(LongSheets({}, {}, a4, {}).count(), 0);

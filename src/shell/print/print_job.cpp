@@ -144,8 +144,12 @@ void PrintJob::addSections(const PrintedBook& book, const drawing::StripTexts& s
         std::vector<drawing::GroundPlace> ground;
         for (const survey::GroundPoint& point : sections.longSection())
             ground.push_back({point.chainage, point.level});
-        m_parts.push_back(std::make_unique<drawing::LongSheets>(std::move(ground), m_choice.longScale,
-                                                                m_choice.paper(), strip));
+        auto sheets = std::make_unique<drawing::LongSheets>(std::move(ground), m_choice.longScale,
+                                                            m_choice.paper(), strip);
+        if (sheets->scale() != m_choice.longScale)
+            m_note = "The ground rises by more than a sheet: the long section is drawn at " +
+                     drawing::scaleText(sheets->scale());
+        m_parts.push_back(std::move(sheets));
     }
     if (!m_choice.crossSections) return;
     std::vector<drawing::CrossSection> cross;
@@ -156,8 +160,8 @@ void PrintJob::addSections(const PrintedBook& book, const drawing::StripTexts& s
     auto sheets = std::make_unique<drawing::CrossSheets>(
         std::move(cross), drawing::Scale{m_choice.crossScale, m_choice.crossScale}, m_choice.paper(), strip);
     if (sheets->shrunk() > 0)
-        m_note = std::to_string(sheets->shrunk()) +
-                 " cross-sections are larger than the paper and drawn at the smaller scale in their titles";
+        m_note += (m_note.empty() ? "" : "; ") + std::to_string(sheets->shrunk()) +
+                  " cross-sections are larger than the paper and drawn at the smaller scale in their titles";
     m_parts.push_back(std::move(sheets));
 }
 
