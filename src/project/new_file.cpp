@@ -44,6 +44,7 @@ NewFile::NewFile(desktop::Desktop& desktop, std::string_view target)
     : m_file(copyOfTemplate(desktop, target)) {}
 
 bool NewFile::commit(desktop::Desktop& desktop) {
+    basic::during(basic::FileAction::Copy, [&] { m_file.finish(); }); // ready before the other one goes
     const bool trashed = basic::fileExists(m_file.target()) && desktop.moveToTrash(m_file.target());
     basic::place(m_file);
     return trashed;

@@ -147,7 +147,7 @@ files::Replacement readyCopy(std::string_view from, std::string_view to) {
         if (source.status().kind == files::Status::Kind::Folder) throw files::Error(EISDIR, source.path());
         files::Replacement copy(nativePath(to));
         copy.copy(source);
-        copy.finish();
+        copy.takeRightsNow();
         return copy;
     });
 }

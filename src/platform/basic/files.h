@@ -43,7 +43,8 @@ auto during(FileAction action, Step&& step) {
 /// A `to` that its owner made read-only is refused with PermissionDenied.
 void fileCopy(std::string_view from, std::string_view to);
 
-/// The same up to the point where the copy stands whole beside `to`; `place` gives it its name.
+/// The same up to the point where the copy stands whole beside `to`; `place` brings it to the disk and gives
+/// it its name.
 [[nodiscard]] files::Replacement readyCopy(std::string_view from, std::string_view to);
 void place(files::Replacement& copy);
 

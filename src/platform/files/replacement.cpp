@@ -52,11 +52,16 @@ void Replacement::copy(const OpenFile& source) {
         write(contentOf(source));
 }
 
+void Replacement::takeRightsNow() {
+    if (m_sibling && m_model && !m_hasRights) takeRights(file(), *m_model, m_source);
+    m_hasRights = true;
+}
+
 void Replacement::finish() {
     if (m_finished) return;
+    takeRightsNow();
     if (m_sibling) {
-        if (m_model) takeRights(file(), *m_model, m_source);
-        file().sync();
+        if (!m_sibling->isReplaced()) file().sync();
     } else {
         m_direct.close();
     }

@@ -44,6 +44,8 @@ class Replacement {
     /// All of `source`.
     void copy(const OpenFile& source);
 
+    /// The rights already, for a file that a database will take the place of.
+    void takeRightsNow();
     /// Rights and content to the disk; nothing is written after it. `commit` does it where it was not done.
     void finish();
     void commit(Sibling::Onto onto = Sibling::Onto::Anything);
@@ -56,6 +58,7 @@ class Replacement {
     std::string m_path;
     std::optional<Status> m_model; ///< the owner, group and mode that the new file gets; none: the usual ones
     OpenFile m_source;             ///< whose extended attributes it gets
+    bool m_hasRights = false;
     bool m_finished = false;
     std::optional<Sibling> m_sibling;
     OpenFile m_direct; ///< written instead of a sibling

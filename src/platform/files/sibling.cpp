@@ -32,10 +32,14 @@ void removeLeftOver(const std::string& path) {
     }
 }
 
+bool isSiblingName(const std::string& name) {
+    return name.starts_with(prefix) && name.ends_with(ending);
+}
+
 void removeLeftOvers(const std::string& beside) {
     try {
         for (const std::string& name : namesIn(folderOf(beside)))
-            if (name.starts_with(prefix) && name.ends_with(ending)) removeLeftOver(inFolderOf(beside, name));
+            if (isSiblingName(name)) removeLeftOver(inFolderOf(beside, name));
     } catch (const Error&) {
         return; // a folder that may be written but not listed
     }
@@ -74,6 +78,10 @@ Sibling::~Sibling() {
     if (!m_path.empty()) removeQuietly(m_path);
 }
 
+bool Sibling::isReplaced() const {
+    return isGone(m_file, m_path);
+}
+
 void Sibling::moveTo(const std::string& target, Onto onto) {
     const std::optional<Status> replaced = onto == Onto::Anything ? statusOfName(target) : std::nullopt;
     if (onto == Onto::Anything)
@@ -82,7 +90,7 @@ void Sibling::moveTo(const std::string& target, Onto onto) {
         renameToFree(m_path, target);
     m_path.clear();
     if (replaced) m_lock = takeOver(replaced->id, std::move(m_lock));
-    syncFolder(folderOf(target));
+    if (!isSiblingName(target.substr(target.rfind('/') + 1))) syncFolder(folderOf(target));
 }
 
 } // namespace files

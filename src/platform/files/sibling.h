@@ -20,13 +20,15 @@ class Sibling {
     [[nodiscard]] const std::string& path() const { return m_path; } ///< empty once it was moved
     /// The file as it was made. A database that was opened at `path` may have replaced it there.
     [[nodiscard]] const OpenFile& file() const { return m_file; }
+    /// True when such a database stands there, which is on the disk as its commit left it.
+    [[nodiscard]] bool isReplaced() const;
 
     enum class Onto {
         Anything, ///< what stands there goes
         Nothing,  ///< EEXIST when something stands there
     };
-    /// Gives it the name `target` and brings that to the disk. A lock that this process has on a file that
-    /// loses its name goes over to it.
+    /// Gives it the name `target` and brings that to the disk, unless that is a sibling's name too. A lock
+    /// that this process has on a file that loses its name goes over to it.
     void moveTo(const std::string& target, Onto onto);
 
     /// The file and its lock, for who goes on with them after the move.
