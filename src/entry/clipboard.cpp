@@ -58,4 +58,40 @@ void pasteText(sheet::Grid& grid, std::string_view text) {
     grid.moveTo(row, col);
 }
 
+void replaceText(sheet::Grid& grid, std::string_view text) {
+    const int firstCol = grid.Col();
+    int row = grid.Row();
+    int col = firstCol;
+    std::string cell;
+    bool open = true; // a cell is being read; behind a tab or a line end only what follows opens one
+    const auto close = [&] {
+        if (open && col < grid.Cols()) {
+            if (row >= grid.Rows()) grid.setRows(row + 1);
+            grid.setText(row, col, std::move(cell));
+            grid.moveTo(row, col);
+        }
+        cell.clear();
+    };
+    char before = 0;
+    for (const char c : text) {
+        const bool lineEnd = c == '\r' || (c == '\n' && before != '\r');
+        if (c == '\t') {
+            open = true;
+            close();
+            ++col;
+            open = false;
+        } else if (lineEnd) {
+            close();
+            ++row;
+            col = firstCol;
+            open = false;
+        } else if (!isControl(c)) {
+            cell += c;
+            open = true;
+        }
+        before = c;
+    }
+    close();
+}
+
 } // namespace entry

@@ -19,4 +19,9 @@ void emptySelection(sheet::Grid& grid);
 /// stays at the start of the next cell. The cursor ends on the last cell. Linear in the length of the text.
 void pasteText(sheet::Grid& grid, std::string_view text);
 
+/// The careful way: each cell of the text replaces the one that it comes to stand on and no other. A tab or a
+/// line end behind the last cell brings no further one, and columns that the grid lacks are left out. The
+/// cursor ends on the last cell.
+void replaceText(sheet::Grid& grid, std::string_view text);
+
 } // namespace entry

@@ -1,6 +1,7 @@
 #include "enter_key.h"
 
 #include "chainage.h"
+#include "guarded.h"
 
 #include "sheet/cells.h"
 #include "sheet/sight.h"
@@ -167,15 +168,20 @@ void openNextRow(Book& book) {
     if (book.CurrentSide == 'L' && !placeOffset(book, leftSide(book))) book.CurrentSide = 'R';
     if (book.CurrentSide == 'R' && !placeOffset(book, rightSide(book))) newChainageLine(book);
     if (grid.Row() == 2) {
+        if (book.Guarded) {
+            grid.setText(2, Left, {});
+            grid.setText(2, Right, {});
+        }
         grid.setText(2, Center, "0");
         grid.setCol(InterSight);
     }
     if (grid.Row() < grid.Rows() - 1) grid.setRow(grid.Row() + 1);
 }
 
-void enterReading(Book& book) {
+void enterReading(Book& book, desktop::Desktop& desktop) {
     Grid& grid = book.MSFG;
     if (basic::val(grid.Text()) > 9) grid.setCellBackColor(suspiciousReading);
+    if (correctsWithEnter(book)) return guardedEnter(book, desktop);
     reduceReading(book);
     openNextRow(book);
 }
@@ -208,7 +214,7 @@ void enterKey(Book& book, desktop::Desktop& desktop) {
         isBetweenMarks(basic::val(grid.Text())))
         grid.setCellBackColor(suspiciousReading);
     if (col == BackSight || col == InterSight)
-        enterReading(book);
+        enterReading(book, desktop);
     else
         enterOther(book, desktop);
 }

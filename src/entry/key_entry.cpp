@@ -3,6 +3,8 @@
 #include "chainage.h"
 #include "clipboard.h"
 #include "enter_key.h"
+#include "guarded.h"
+#include "overwritten.h"
 
 #include "sheet/cells.h"
 
@@ -27,6 +29,14 @@ bool isDigit(char32_t c) {
 }
 char32_t lowered(char32_t c) {
     return c >= U'A' && c <= U'Z' ? c - U'A' + U'a' : c;
+}
+
+// A letter that writes over what stands in the cursor's row.
+bool overwrites(const Book& book, char32_t character) {
+    if (book.MSFG.Col() == Remark) return false;
+    const char32_t letter = lowered(character);
+    return letter == U'p' || letter == U'c' || letter == U'*' || letter == U't' ||
+           (letter == U's' && book.MSFG.Row() >= 2);
 }
 
 void appendToCell(Grid& grid, char32_t character) {
@@ -135,6 +145,8 @@ void remarkKey(Book& book, char32_t character) {
 
 void press(Book& book, desktop::Desktop& desktop, char32_t character) {
     Grid& grid = book.MSFG;
+    if (book.Guarded && character == U',' && grid.Col() != Remark) character = U'.';
+    if (overwrites(book, character) && guardsAgainst(book, desktop, lowered(character))) return;
     if (character == backspace) {
         std::string text = grid.Text();
         basic::dropLast(text);
@@ -145,7 +157,8 @@ void press(Book& book, desktop::Desktop& desktop, char32_t character) {
         grid.moveTo(1, 0);
         grid.setSelection(grid.Rows() - 1, grid.Cols() - 1);
     } else if (character == ctrlV) {
-        if (const auto clipboard = desktop.clipboardText()) pasteText(grid, *clipboard);
+        if (const auto clipboard = desktop.clipboardText())
+            book.Guarded ? replaceText(grid, *clipboard) : pasteText(grid, *clipboard);
     } else if (lowered(character) == U't' && grid.Col() != Remark) {
         return grid.setText(grid.Row(), Remark, "TBM");
     } else if (character == U'+') {
@@ -245,7 +258,13 @@ KeyStep stepOf(EditKey key) {
 }
 
 void keyPress(Book& book, desktop::Desktop& desktop, char32_t character) {
+    const bool letter = overwrites(book, character);
+    if (!letter && character != enter && character != ctrlV)
+        return showingErrors(desktop, [&] { press(book, desktop, character); });
+    const bool alone = lowered(character) == U's' || lowered(character) == U't';
+    const Overwritten watch(book, letter && (alone || isFilled(book.MSFG, book.MSFG.Row())));
     showingErrors(desktop, [&] { press(book, desktop, character); });
+    watch.tell(desktop);
 }
 
 void keyDown(Book& book, desktop::Desktop& desktop, EditKey key) {

@@ -3,8 +3,8 @@
 #include "desktop/desktop.h"
 #include "sheet/book.h"
 
-// The four row buttons. Each hides the grid while it moves rows and shows it again, also after an error, which
-// is shown in a message box.
+// The four row buttons. Each hides the grid while it moves rows and shows it again, also after an error,
+// which is shown in a message box.
 
 namespace entry {
 

@@ -51,6 +51,7 @@ struct Book {
     char CurrentSide = 'C';   ///< 'L', 'R' or 'C': the side being keyed
     float CurrentHI = 0;      ///< running height of instrument, metres
     float LastReading = 0;    ///< the reading just keyed or reduced, metres
+    bool Guarded = false;     ///< guarded editing: keys leave alone what lies elsewhere or is filled
     bool BookChanged = false; ///< unsaved changes; not cleared by Save
     std::string CurrentFile;  ///< path of the open project
     std::string Caption{untitledCaption};

@@ -67,6 +67,7 @@ struct RandomKeys : Entry {
         for (bool* each :
              {&settings.chkAuto, &settings.chkOft, &settings.chkFinal, &settings.chk005, &settings.chkAdd})
             *each = below(2) == 0;
+        book.Guarded = below(2) == 0;
         settings.cboSide = below(3) == 0 ? "Right" : "Left";
         settings.cboIncr = desktop.inputs.front();
         entry::addOffset(settings, desktop, std::to_string(below(20)), entry::OffsetSide::Both);
