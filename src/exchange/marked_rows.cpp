@@ -3,12 +3,13 @@
 #include "basic/numbers.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
-#include "sheet/book.h"
-#include "tools/chainage.h"
+#include "ground_walk.h"
+#include "sheet/sight.h"
 
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <utility>
 
 namespace exchange {
 
@@ -24,87 +25,86 @@ bool isMarked(const Grid& grid, int row) {
 }
 
 bool isReading(const Grid& grid, int row) {
-    const std::string chainage = basic::upper(grid.Text(row, sheet::Chainage));
-    return !chainage.empty() && chainage != "CP" && grid.Text(row, sheet::Remark) != "TBM";
+    return sheet::isGround(grid, row, sheet::transferRule);
 }
 
-/// Walks the readings downwards, remembering where each point stood first.
-class Points {
-  public:
-    explicit Points(const Grid& grid) : m_grid(grid) {}
+/// What the transfer seeks and writes for a reading, to be met again by another one.
+struct Key {
+    GroundReading reading;
+    bool isCentre = false; ///< stored at offset 0 of the centre, whatever number is keyed for it
 
-    /// What is wrong with the reading in `row`; rows are to be given in ascending order, every one of them.
-    std::string faultOf(int row) {
-        try {
-            return faultIn(row);
-        } catch (const basic::RuntimeError&) {
-            return "a number beyond all range";
-        }
+    [[nodiscard]] bool meets(const Key& other) const {
+        if (reading.chainage != other.reading.chainage) return false;
+        return (isCentre && other.isCentre) ||
+               (reading.side == other.reading.side && reading.offset == other.reading.offset);
     }
-
-  private:
-    std::string faultIn(int row) {
-        const bool hasOffset = takeSideAndOffset(row);
-        const std::string& keyed = m_grid.Text(row, sheet::Chainage);
-        const std::string chainage = mdlTools::cleanChainage(keyed);
-        const int first = remember(chainage, m_side, m_offset, row);
-        // A centre reading is a point of the long section as well, whatever number is keyed for it.
-        const bool isCentre = !m_grid.Text(row, sheet::Center).empty();
-        const int firstCentre = isCentre ? remember(chainage, 'S', 0, row) : row;
-        const bool noLevel = m_grid.Text(row, sheet::RLevel).empty();
-        if (noLevel && m_grid.Text(row, sheet::InterSight).empty() &&
-            m_grid.Text(row, sheet::ForeSight).empty())
-            return "no reading; delete it if it is a spare row";
-        if (noLevel) return "no R.Level.; Cal reduces the book";
-        if (!hasOffset) return "no offset in Left, Center or Right";
-        if (first != row) return place(chainage) + " repeats row " + std::to_string(first);
-        if (firstCentre != row)
-            return "centre of " + chainage + " repeats row " + std::to_string(firstCentre);
-        const std::string& level = m_grid.Text(row, sheet::RLevel);
-        if (!basic::isNumber(level)) return "R.Level. " + level + " is no number";
-        (void)basic::cSng(basic::val(level));
-        if (keyed.find('-') == std::string::npos && basic::val(keyed) >= longestInMetres)
-            return "chainage " + keyed + " is too long for plain metres: key it with its \"-\"";
-        if (basic::length(chainage) > longestChainage)
-            return "chainage is longer than the " + std::to_string(longestChainage) +
-                   " characters of the road's";
-        return {};
-    }
-
-    bool takeSideAndOffset(int row) {
-        bool filled = false;
-        for (int col : {sheet::Left, sheet::Center, sheet::Right}) {
-            const std::string& text = m_grid.Text(row, col);
-            if (text.empty()) continue;
-            filled = true;
-            m_side = "LCR"[col - sheet::Left];
-            m_offset = basic::val(text);
-        }
-        return filled;
-    }
-
-    int remember(const std::string& chainage, char side, double offset, int row) {
-        return m_firstRows.try_emplace({chainage, side, offset}, row).first->second;
-    }
-
-    std::string place(const std::string& chainage) const {
-        if (m_side == 'C') return "centre of " + chainage;
-        return (m_side == 'L' ? "left " : "right ") + basic::text(m_offset) + " m of " + chainage;
-    }
-
-    const Grid& m_grid;
-    char m_side = ' ';
-    double m_offset = 0;
-    std::map<std::tuple<std::string, char, double>, int> m_firstRows;
 };
+
+Key keyOf(const Grid& grid, int row, GroundReading reading) {
+    return {std::move(reading), !grid.Text(row, sheet::Center).empty()};
+}
+
+std::string place(const GroundReading& at) {
+    if (at.side == 'C') return "centre of " + at.chainage;
+    return (at.side == 'L' ? "left " : "right ") + basic::text(at.offset) + " m of " + at.chainage;
+}
+
+/// The first reading that `key`, which stands in `row`, meets; `row` itself when there is none.
+int firstThatMeets(const Grid& grid, int row, const Key& key) {
+    for (int above = 1; above < row; ++above) {
+        // Cleaning takes from the front, so that most rows need no cleaning to be told apart.
+        if (!basic::trim(grid.Text(above, sheet::Chainage)).ends_with(key.reading.chainage)) continue;
+        if (!isReading(grid, above)) continue;
+        try {
+            if (key.meets(keyOf(grid, above, GroundWalk::at(grid, above)))) return above;
+        } catch (const basic::RuntimeError&) {
+            continue; // an offset beyond all numbers meets none
+        }
+    }
+    return row;
+}
+
+std::string describe(const Grid& grid, int row, const GroundReading& reading, int first) {
+    const bool noLevel = grid.Text(row, sheet::RLevel).empty();
+    if (noLevel && grid.Text(row, sheet::InterSight).empty() && grid.Text(row, sheet::ForeSight).empty())
+        return "no reading; delete it if it is a spare row";
+    if (noLevel) return "no R.Level.; Cal reduces the book";
+    if (!reading.hasOffset) return "no offset in Left, Center or Right";
+    if (first == row) return {};
+    return place(reading) + " repeats row " + std::to_string(first);
+}
 
 } // namespace
 
+std::string faultOf(const Grid& grid, int row) {
+    if (!isReading(grid, row)) return {};
+    try {
+        const Key key = keyOf(grid, row, GroundWalk::at(grid, row));
+        return describe(grid, row, key.reading, firstThatMeets(grid, row, key));
+    } catch (const basic::RuntimeError& error) {
+        return error.description();
+    }
+}
+
 std::vector<MarkedRow> markedRows(const Grid& grid) {
     std::vector<MarkedRow> result;
-    Points points(grid);
+    GroundWalk walk(grid);
+    std::map<std::tuple<std::string, char, double>, int> firstRows;
     for (int row = 1; row < grid.Rows(); ++row) {
-        std::string fault = isReading(grid, row) ? points.faultOf(row) : std::string();
+        std::string fault;
+        if (isReading(grid, row)) {
+            try {
+                const GroundReading& reading = walk.read(row);
+                const auto first = [&](char side, double offset) {
+                    return firstRows.try_emplace({reading.chainage, side, offset}, row).first->second;
+                };
+                int met = first(reading.side, reading.offset);
+                if (!grid.Text(row, sheet::Center).empty()) met = std::min(met, first('S', 0)); // at offset 0
+                if (isMarked(grid, row)) fault = describe(grid, row, reading, met);
+            } catch (const basic::RuntimeError& error) {
+                fault = error.description();
+            }
+        }
         if (isMarked(grid, row)) result.push_back({row, std::move(fault)});
     }
     return result;
@@ -112,12 +112,12 @@ std::vector<MarkedRow> markedRows(const Grid& grid) {
 
 void tellMarkedRow(const Grid& grid, desktop::Desktop& desktop) {
     if (!isMarked(grid, grid.Row())) return;
-    const std::vector<MarkedRow> marked = markedRows(grid);
-    std::string message =
-        marked.size() == 1 ? "1 row marked" : std::to_string(marked.size()) + " rows marked";
-    const auto here = std::ranges::find(marked, grid.Row(), &MarkedRow::row);
-    if (here != marked.end() && !here->fault.empty())
-        message += "; row " + std::to_string(here->row) + ": " + here->fault;
+    int count = 0;
+    for (int row = 1; row < grid.Rows(); ++row)
+        count += isMarked(grid, row);
+    std::string message = count == 1 ? "1 row marked" : std::to_string(count) + " rows marked";
+    if (const std::string fault = faultOf(grid, grid.Row()); !fault.empty())
+        message += "; row " + std::to_string(grid.Row()) + ": " + fault;
     desktop.status(message);
 }
 

@@ -4,6 +4,7 @@
 #include "basic/strings.h"
 #include "sheet/book.h"
 #include "sheet/cells.h"
+#include "sheet/sight.h"
 #include "tools/chainage.h"
 
 #include <utility>
@@ -20,7 +21,13 @@ constexpr sheet::Colour white = sheet::rgb(255, 255, 255);
 
 ReadingWalk::ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect,
                          const ExportFrame& frame, WalkTally& tally)
-    : m_grid(grid), m_cSect(cSect), m_lSect(lSect), m_frame(frame), m_tally(tally), m_row(tally.row) {}
+    : m_grid(grid),
+      m_cSect(cSect),
+      m_lSect(lSect),
+      m_frame(frame),
+      m_tally(tally),
+      m_row(tally.row),
+      m_walk(grid) {}
 
 void ReadingWalk::run(const std::function<void(int rowsDone)>& chainageDone) {
     m_row = 1;
@@ -51,8 +58,7 @@ void ReadingWalk::normaliseChainage() {
 }
 
 bool ReadingWalk::skipped() const {
-    const std::string& chainage = text(sheet::Chainage);
-    return chainage.empty() || basic::upper(chainage) == "CP" || text(m_grid.Cols() - 1) == "TBM";
+    return !sheet::isGround(m_grid, m_row, sheet::transferRule);
 }
 
 void ReadingWalk::writeChainage() {
@@ -66,9 +72,8 @@ void ReadingWalk::writeChainage() {
 }
 
 void ReadingWalk::writeReading() {
-    takeSideAndOffset();
-    const std::string chainage = mdlTools::cleanChainage(text(sheet::Chainage));
-    m_cSect.Seek("=", {chainage, m_side, m_offset});
+    const GroundReading& reading = m_walk.read(m_row);
+    m_cSect.Seek("=", {reading.chainage, std::string(1, reading.side), reading.offset});
     if (!m_cSect.NoMatch()) {
         reject();
         return;
@@ -78,15 +83,7 @@ void ReadingWalk::writeReading() {
         reject();
         return;
     }
-    addCrossRecord(chainage);
-}
-
-void ReadingWalk::takeSideAndOffset() {
-    for (auto [col, side] : {std::pair{sheet::Left, "L"}, {sheet::Center, "C"}, {sheet::Right, "R"}}) {
-        if (text(col).empty()) continue;
-        m_side = side;
-        m_offset = basic::val(text(col));
-    }
+    addCrossRecord(reading.chainage);
 }
 
 void ReadingWalk::reject() {

@@ -2,6 +2,7 @@
 
 #include "dao/dao.h"
 #include "export_frame.h"
+#include "ground_walk.h"
 #include "sheet/grid.h"
 
 #include <functional>
@@ -48,7 +49,6 @@ class ReadingWalk {
     [[nodiscard]] bool skipped() const;
     void writeChainage();
     void writeReading();
-    void takeSideAndOffset();
     void reject();
     void addCrossRecord(const std::string& chainage);
     void addLongRecord(const std::string& chainage);
@@ -60,8 +60,7 @@ class ReadingWalk {
     const ExportFrame& m_frame;
     WalkTally& m_tally;
     int& m_row;
-    std::string m_side; ///< of the reading; a row without an offset keeps that of the row before
-    double m_offset = 0;
+    GroundWalk m_walk;
 };
 
 } // namespace exchange

@@ -57,6 +57,8 @@ QJsonObject settingsOf(const sheet::Settings& settings) {
 QJsonObject stateOf(shell::frmGrl& window, const World& world) {
     const sheet::Book& book = window.book();
     const sheet::Grid& grid = book.MSFG;
+    QJsonObject settings = settingsOf(book.settings);
+    if (book.Guarded) settings["guarded"] = 1;
     QJsonArray menu;
     for (const std::string& path : book.mnuX)
         menu.append(path.empty() ? QJsonValue() : QJsonValue(world.shortened(fromUtf8(path))));
@@ -68,7 +70,7 @@ QJsonObject stateOf(shell::frmGrl& window, const World& world) {
             {"changed", book.BookChanged},
             {"caption", world.shortened(fromUtf8(book.Caption))},
             {"colours", coloursOf(grid)},
-            {"settings", settingsOf(book.settings)},
+            {"settings", settings},
             {"default_folder", world.shortened(fromUtf8(book.DefaultFolder))},
             {"font", grid.FontSize()},
             {"menu", menu},

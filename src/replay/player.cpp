@@ -259,6 +259,8 @@ void Player::setSettings(const QJsonObject& values) {
     }
     tick("chkOft", oft);
     pressIn("ff", "cmdOK");
+    if (values.contains("guarded") && m_window->book().Guarded != (values["guarded"].toInt() == 1))
+        chooseMenu("mnuGuarded");
 }
 
 // Added with the frame's own controls. A list that these would put into another order is laid in as it is, as

@@ -2,6 +2,7 @@
 
 #include "edit_items.h"
 #include "find_bar.h"
+#include "guarded_item.h"
 #include "import_panel.h"
 #include "letters_items.h"
 #include "levels/survey_panes.h"
@@ -17,7 +18,8 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,     &makeContextMenu,
+    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,     &makeGuardedItem,
+    &makeContextMenu,
     &makeSectionPanes, &makeSurveyPanes, &makeLettersItems, &makeImportPanel, &makePrintItems,
 };
 

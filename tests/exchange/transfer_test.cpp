@@ -114,7 +114,8 @@ TEST_F(TransferTest, RowsBecomeRecords) {
          "00-120,L,1,9.5,-,GG|01-250.5,C,0,8,8,GG"},
         {"bench marks, change points and rows without a chainage stay out, also between readings of one "
          "section",
-         "00-000,1,,,,,,,9.5|00-000,2,,,,,,,9,TBM|CP,3,,,,,,,9|00-000,,2,,,,,,9|,1,,,,,,,7|cp-,4,,,,,,,1,TBM",
+         "00-000,1,,,,,,,9.5|00-000,2,,,,,,,9,TBM|CP,3,,,,,,,9|00-000,,2,,,,,,9|,1,,,,,,,7|cp-,4,,,,,,,1,TBM|"
+         "00-000,,,,,,,,9,BM 1 = 9.01",
          "00-000,L,1,9.5,-,GG|00-000,C,0,9,9,GG"},
         {"a bench mark in the chainage column reads as the start of the road", "TBM,1,,,,,,,9.5",
          "00-000,L,1,9.5,-,GG"},
@@ -150,6 +151,10 @@ TEST_F(TransferTest, RowsBecomeRecords) {
         EXPECT_THAT(messages(), ElementsAre("There are " + std::to_string(marked().size()) +
                                             " Errors in your dataentry Please ckeck & then transfer it..."));
         EXPECT_THAT(filesIn(roads), IsEmpty());
+        for (const exchange::MarkedRow& row : exchange::markedRows(book.MSFG)) {
+            EXPECT_NE(row.fault, "");
+            EXPECT_EQ(exchange::faultOf(book.MSFG, row.row), row.fault);
+        }
         EXPECT_EQ(book.MSFG.Row(), marked().back());
         EXPECT_EQ(book.MSFG.Col(), 0);
     }
@@ -163,14 +168,16 @@ TEST_F(TransferTest, NormalisedChainageStaysInTheCellAndACleanedOneDoesNot) {
 }
 
 TEST_F(TransferTest, RefusedRowsAreExplainedUntilTheyAreMended) {
-    ASSERT_EQ(transfer("00-000,1,,,,1.1,,,9.5|00-000,1,,,,1.2,,,9.6|00-000,2,,,,1.3|00-010"),
-              TransferEnd::Refused);
+    ASSERT_EQ(
+        transfer(
+            "00-000,1,,,,1.0,,,9.4,TBM|00-000,1,,,,1.1,,,9.5|00-000,1,,,,1.2,,,9.6|00-000,2,,,,1.3|00-010"),
+        TransferEnd::Refused);
     EXPECT_EQ(desktop.gridFocused, 1);
     const std::pair<int, const char*> said[] = {
-        {4, "3 rows marked; row 4: no reading; delete it if it is a spare row"},
-        {3, "3 rows marked; row 3: no R.Level.; Cal reduces the book"},
-        {2, "3 rows marked; row 2: left 1 m of 00-000 repeats row 1"},
-        {1, ""}};
+        {5, "3 rows marked; row 5: no reading; delete it if it is a spare row"},
+        {4, "3 rows marked; row 4: no R.Level.; Cal reduces the book"},
+        {3, "3 rows marked; row 3: left 1 m of 00-000 repeats row 2"},
+        {2, ""}};
     for (const auto& [row, fault] : said) {
         EXPECT_EQ(desktop.statuses.empty() ? "" : desktop.statuses.back(), fault);
         desktop.statuses.clear();
