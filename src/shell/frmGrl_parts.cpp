@@ -18,9 +18,9 @@ namespace shell {
 namespace {
 
 const std::vector<MakePart> partTable{
-    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,     &makeGuardedItem,
-    &makeContextMenu,
-    &makeSectionPanes, &makeSurveyPanes, &makeLettersItems, &makeImportPanel, &makePrintItems,
+    &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,
+    &makeGuardedItem,  &makeContextMenu, &makeSectionPanes, &makeSurveyPanes,
+    &makeLettersItems, &makeImportPanel, &makePrintItems,
 };
 
 } // namespace
