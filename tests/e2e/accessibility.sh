@@ -128,12 +128,12 @@ find_in 'All Change Points.' "table | Change points and remarked rows" "table ce
 shut 'All Change Points.'
 
 begin "The small windows"
-menu alt+t Down Down Down Down Return
+menu alt+t Down Down Down Down Down Return
 wait_for 'Select Default Drive & Directory'
 find_in 'Select Default Drive & Directory' "tree | Folders" "text | Path of the folder | $world" \
     'label | C:\Road' >/dev/null # the folders of this machine are nobody's business
 shut 'Select Default Drive & Directory'
-menu alt+t Down Down Down Down Down Return
+menu alt+t Down Down Down Down Down Down Return
 wait_for 'Password...'
 find_in 'Password...' "password text | Enter old Passward:" "push button | OK"
 keys Return

@@ -17,7 +17,7 @@ refuse() {
     until_true "the focus on the login" has_focus "$login"
 }
 change_password() { # OLD NEW, from the main window
-    menu alt+t Down Down Down Down Down Return
+    menu alt+t Down Down Down Down Down Down Return
     wait_for 'Password...'
     type_text "$1"
     keys Return
