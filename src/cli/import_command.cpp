@@ -9,9 +9,9 @@
 #include "basic/strings.h"
 #include "exchange/digital_levels.h"
 #include "exchange/table_import.h"
-#include "project/save.h"
 #include "project/program_folder.h"
 #include "project/project_file.h"
+#include "project/save.h"
 #include "tables/table_file.h"
 
 #include <algorithm>

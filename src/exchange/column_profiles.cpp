@@ -15,7 +15,8 @@ std::string keyOf(const Layout& layout) {
     std::string key;
     for (const std::string& heading : layout.headings) {
         std::string field = heading;
-        std::ranges::replace_if(field, [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
+        std::ranges::replace_if(
+            field, [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
         key += '\t' + field;
     }
     return key;

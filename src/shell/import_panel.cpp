@@ -26,8 +26,8 @@ namespace {
 constexpr std::size_t sampleBytes = 4096;
 
 QString profileFile() {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                           QStringLiteral("/zavrogrl");
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/zavrogrl");
     QDir().mkpath(folder);
     return folder + QStringLiteral("/import-columns");
 }
@@ -42,7 +42,8 @@ class ImportPanel final : public QObject, public WindowPart {
   public:
     explicit ImportPanel(frmGrl& window) : m_window(window) {
         QMenu& menu = window.menu("mnuTools");
-        QAction& item = window.addItem(menu, {"mnuImportFile", "Import from &file...", [this] { choose(); }, action});
+        QAction& item =
+            window.addItem(menu, {"mnuImportFile", "Import from &file...", [this] { choose(); }, action});
         const auto after = menu.findChild<QAction*>(QStringLiteral("sep3"));
         menu.insertAction(after, &item); // behind "Import From Excel"
         window.setAcceptDrops(true);
@@ -59,7 +60,8 @@ class ImportPanel final : public QObject, public WindowPart {
         drop->acceptProposedAction();
         // The other program waits for the end of the drop.
         if (event->type() == QEvent::Drop)
-            QTimer::singleShot(0, this, [this, file] { m_window.act(action, [this, file] { take(toUtf8(file)); }); });
+            QTimer::singleShot(0, this,
+                               [this, file] { m_window.act(action, [this, file] { take(toUtf8(file)); }); });
         return true;
     }
 
@@ -81,7 +83,8 @@ class ImportPanel final : public QObject, public WindowPart {
                 tables::ReadOptions options;
                 options.sheet = sheet;
                 options.readerProgram = m_window.desktop().tableReader();
-                return tables::readTableFile(file, options, [&wait](std::size_t rows) { return wait.goOn(rows); });
+                return tables::readTableFile(file, options,
+                                             [&wait](std::size_t rows) { return wait.goOn(rows); });
             };
             run(TableDialog(nameOf(file), read({}), read, toUtf8(profileFile()), m_window, m_window.grid()));
         } catch (const basic::RuntimeError& error) {
@@ -95,7 +98,8 @@ class ImportPanel final : public QObject, public WindowPart {
 
     void run(ImportDialog&& dialog) {
         if (dialog.exec() != QDialog::Accepted) return;
-        const auto done = exchange::importRows(m_window.book(), m_window.desktop(), dialog.rows(), dialog.place());
+        const auto done =
+            exchange::importRows(m_window.book(), m_window.desktop(), dialog.rows(), dialog.place());
         if (done != project::Outcome::Done) return;
         try {
             dialog.accepted_();

@@ -28,8 +28,7 @@ bool ImportWait::goOn(std::size_t rowsRead) {
         m_box->setWindowModality(Qt::ApplicationModal);
         m_box->show();
     }
-    m_box->setLabelText(rowsRead == 0 ? text(m_waiting)
-                                      : text("Reading the sheet: %1 rows").arg(rowsRead));
+    m_box->setLabelText(rowsRead == 0 ? text(m_waiting) : text("Reading the sheet: %1 rows").arg(rowsRead));
     QCoreApplication::processEvents();
     return !m_box->wasCanceled();
 }

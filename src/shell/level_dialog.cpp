@@ -75,8 +75,8 @@ void LevelDialog::fillLines() {
         const exchange::LevelLine& line = m_file.lines[static_cast<std::size_t>(row)];
         QString difference;
         if (line.byReadings && line.byLevels)
-            difference = fromUtf8(basic::format((*line.byReadings - *line.byLevels) * (line.feet ? 304.8 : 1000),
-                                                basic::pattern("#0.00")));
+            difference = fromUtf8(basic::format(
+                (*line.byReadings - *line.byLevels) * (line.feet ? 304.8 : 1000), basic::pattern("#0.00")));
         const QStringList cells{text("%1 %2").arg(line.firstLine).arg(fromUtf8(line.method)),
                                 fromUtf8(line.from()),
                                 fromUtf8(line.to()),
@@ -108,7 +108,8 @@ void LevelDialog::takeLine() {
         notes.push_back({hint, false});
     const std::string form = toUtf8(m_points->text());
     const auto points = exchange::PointForm::parse(form);
-    if (!form.empty() && !points) notes.push_back({"\"" + form + "\" is no form of point names such as KKMMM+oo", false});
+    if (!form.empty() && !points)
+        notes.push_back({"\"" + form + "\" is no form of point names such as KKMMM+oo", false});
     m_rows.clear();
     if (line.troubles.empty() || m_take->isChecked())
         m_rows = exchange::levelRows(line, points.value_or(exchange::PointForm()));

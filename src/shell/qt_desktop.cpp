@@ -122,7 +122,8 @@ std::optional<std::string> QtDesktop::fileDialog(desktop::FileDialog kind, std::
     const bool otherKind =
         !ownName.isEmpty() && initial.suffix().compare(QLatin1String("grl"), Qt::CaseInsensitive) != 0;
     if (importing)
-        dialog.setNameFilters({text("Tables and digital levels (%1)").arg(QLatin1String(importFilter)), text("All files (*)")});
+        dialog.setNameFilters(
+            {text("Tables and digital levels (%1)").arg(QLatin1String(importFilter)), text("All files (*)")});
     else if (otherKind)
         dialog.setNameFilters({QStringLiteral("*.") + initial.suffix(), QLatin1String(projectFilter)});
     else

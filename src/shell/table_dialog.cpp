@@ -33,7 +33,9 @@ QLabel* labelOf(const char* caption, QWidget* field) {
 
 TableDialog::TableDialog(const QString& file, tables::Table table, Read read, std::string profiles,
                          QWidget& window, QWidget& grid)
-    : ImportDialog(file, window, grid), m_table(std::move(table)), m_read(std::move(read)),
+    : ImportDialog(file, window, grid),
+      m_table(std::move(table)),
+      m_read(std::move(read)),
       m_profiles(std::move(profiles)) {
     setObjectName(QStringLiteral("importPanel"));
     m_sheets = new QComboBox;
@@ -120,7 +122,8 @@ void TableDialog::fillPreview() {
             QFont font = item->font();
             font.setBold(isHeading);
             item->setFont(font);
-            if (cell.kind == tables::CellKind::Number) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (cell.kind == tables::CellKind::Number)
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             m_preview->setItem(k + 1, column, item);
         }
     }

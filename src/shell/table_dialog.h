@@ -13,7 +13,8 @@ class QTableWidget;
 
 namespace shell {
 
-/// The choice of columns: sheet, heading row, and above each column of the preview a box that says what it is.
+/// The choice of columns: sheet, heading row, and above each column of the preview a box that says what it
+/// is.
 class TableDialog final : public ImportDialog {
   public:
     /// `read` gives another sheet by its name; what it raises is told and the sheet stays.
