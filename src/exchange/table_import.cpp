@@ -230,6 +230,10 @@ class Taker {
         tellMerged();
         for (const std::string& note : m_table.notes)
             m_taken.notes.push_back({note, true});
+        if (!m_isBook) { // a file of another kind, as like as not
+            m_taken.rows.clear();
+            m_taken.sources.clear();
+        }
         return std::move(m_taken);
     }
 
@@ -249,7 +253,8 @@ class Taker {
         const bool any = std::ranges::any_of(m_layout.columns, [](ColumnKind kind) {
             return isNumeric(kind) && kind != ColumnKind::ChainageMetres;
         });
-        if (!any) m_taken.notes.push_back({"No column holds readings, offsets or levels", false});
+        m_isBook = any;
+        if (!any) m_taken.notes.push_back({"No column holds readings, offsets or levels", true});
     }
 
     void tellMerged() {
@@ -443,6 +448,7 @@ class Taker {
     char m_decimal;
     std::vector<ColumnNotes> m_columns;
     TakenTable m_taken;
+    bool m_isBook = true; ///< some column holds readings, offsets or levels
     std::size_t m_pairs = 0;
 };
 
