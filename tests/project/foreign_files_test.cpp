@@ -137,6 +137,17 @@ TEST_F(ForeignFilesTest, ATableThatRefusesMoreThanAValueKeepsItsRows) {
     }
 }
 
+TEST_F(ForeignFilesTest, DamageInARowIsToldOfTheFileAndNotOfAField) {
+    const std::string path = projectFile("road.grl", Rows(37, ",,,,,1.525,,,,kept"));
+    std::string bytes = folder.read("road.grl");
+    constexpr std::size_t pageSize = 4096;
+    for (std::size_t page = 0; page < bytes.size(); page += pageSize)
+        if (bytes[page] == 1 && bytes.substr(page, pageSize).find("kept") != std::string::npos)
+            bytes[page + 0x0F] = 0x1F; // the first row begins behind the page
+    folder.write("road.grl", bytes);
+    EXPECT_THAT(open(path), ElementsAre(testing::AllOf(StartsWith("3049  "), HasSubstr("'" + path + "'"))));
+}
+
 TEST_F(ForeignFilesTest, AWrongCountInTheDefinitionLosesNoRow) {
     const std::string path = projectFile("road.grl", Rows(37, ",,,,,1.525,,,,kept"));
     const std::string whole = folder.read("road.grl");

@@ -73,11 +73,13 @@ void Database::Execute(std::string_view text) {
     const Statement statement = parseStatement(text);
     if (statement.kind == Statement::Kind::DeleteAll) {
         if (!database.hasTable(statement.table)) raise(EngineError::NoSuchTable, statement.table);
-        translated(statement.table, [&] { database.table(statement.table).clear(); });
+        translated(statement.table, m_state->connection->path,
+                   [&] { database.table(statement.table).clear(); });
     } else if (statement.kind == Statement::Kind::AddColumn) {
         const jet::ColumnDesign column = designOf(statement.columns.front());
         if (!database.hasTable(statement.table)) raise(EngineError::NoTableOrConstraint);
-        translated(column.name, [&] { database.addColumn(statement.table, column); });
+        translated(column.name, m_state->connection->path,
+                   [&] { database.addColumn(statement.table, column); });
     } else {
         jet::TableDesign design{statement.table};
         for (const Statement::Column& column : statement.columns) {
@@ -85,7 +87,7 @@ void Database::Execute(std::string_view text) {
             if (column.primaryKey)
                 design.indexes.push_back({"PrimaryKey", {{column.name}}, jet::IndexKind::PrimaryKey});
         }
-        translated(statement.table, [&] { database.createTable(design); });
+        translated(statement.table, m_state->connection->path, [&] { database.createTable(design); });
     }
     ++m_state->connection->changes;
 }
@@ -93,7 +95,7 @@ void Database::Execute(std::string_view text) {
 Recordset Database::OpenRecordset(std::string_view table) {
     jet::Database& database = m_state->connection->open();
     if (!database.hasTable(table)) raise(EngineError::NoSuchTable, table);
-    return translated(table, [&] {
+    return translated(table, m_state->connection->path, [&] {
         return Recordset(std::make_unique<Recordset::State>(m_state->connection, database.table(table)));
     });
 }

@@ -148,4 +148,18 @@ void raise(const jet::Error& error, std::string_view name) {
     throw basic::RuntimeError(static_cast<int>(number), description);
 }
 
+void raise(const jet::Error& error, std::string_view name, std::string_view file) {
+    switch (numberOf(error.kind())) {
+    case EngineError::UnknownFormat:
+    case EngineError::DamagedDatabase:
+    case EngineError::CannotUpdate:
+    case EngineError::DiskFull:
+    case EngineError::NoPermission:
+    case EngineError::DiskError:
+        raise(error, file);
+    default:
+        raise(error, name);
+    }
+}
+
 } // namespace dao

@@ -18,6 +18,10 @@ namespace dao {
 /// the descriptions are silent about (where a file is damaged, why it cannot be changed) is added to them.
 [[noreturn]] void raise(const jet::Error& error, std::string_view name);
 
+/// The same where an object of the database in `file` was being worked on: what is wrong with the file as a
+/// whole names that.
+[[noreturn]] void raise(const jet::Error& error, std::string_view name, std::string_view file);
+
 /// Runs `action` and raises what the storage engine throws by the rule above.
 template <typename Action>
 auto translated(std::string_view name, Action&& action) {
@@ -25,6 +29,15 @@ auto translated(std::string_view name, Action&& action) {
         return action();
     } catch (const jet::Error& error) {
         raise(error, name);
+    }
+}
+
+template <typename Action>
+auto translated(std::string_view name, std::string_view file, Action&& action) {
+    try {
+        return action();
+    } catch (const jet::Error& error) {
+        raise(error, name, file);
     }
 }
 

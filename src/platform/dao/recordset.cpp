@@ -33,7 +33,7 @@ Value Field::value() const {
     Recordset::State& state = *m_owner->m_state;
     state.mustBeOpen();
     const auto at = static_cast<std::size_t>(m_number);
-    return translated(Name(), [&] {
+    return translated(Name(), state.connection->path, [&] {
         const jet::Row& row =
             state.buffer == Recordset::State::Buffer::None ? state.currentRow() : state.edited;
         return fromColumn(row.at(at), state.table.columns().at(at));
@@ -65,14 +65,14 @@ void Recordset::AddNew() {
 
 void Recordset::Edit() {
     m_state->mustBeOpen();
-    translated(m_state->table.name(),
+    translated(m_state->table.name(), m_state->connection->path,
                [&] { m_state->startEdit(State::Buffer::Edit, m_state->currentRow()); });
 }
 
 void Recordset::Update() {
     m_state->mustBeOpen();
     if (m_state->buffer == State::Buffer::None) raise(EngineError::UpdateWithoutEdit);
-    translated(m_state->table.name(), [&] {
+    translated(m_state->table.name(), m_state->connection->path, [&] {
         m_state->requireAllowed();
         if (m_state->buffer == State::Buffer::Add) {
             static_cast<void>(m_state->table.insert(m_state->edited));
@@ -87,7 +87,8 @@ void Recordset::Update() {
 
 void Recordset::Delete() {
     m_state->mustBeOpen();
-    translated(m_state->table.name(), [&] { m_state->table.erase(m_state->mustStand()); });
+    translated(m_state->table.name(), m_state->connection->path,
+               [&] { m_state->table.erase(m_state->mustStand()); });
     m_state->deleted = true;
     m_state->rowLoaded = false;
     m_state->buffer = State::Buffer::None;
@@ -95,14 +96,14 @@ void Recordset::Delete() {
 
 void Recordset::MoveFirst() {
     m_state->mustBeOpen();
-    translated(m_state->table.name(), [&] { m_state->toFirst(); });
+    translated(m_state->table.name(), m_state->connection->path, [&] { m_state->toFirst(); });
     if (!m_state->current) raise(EngineError::NoCurrentRecord);
 }
 
 void Recordset::MoveNext() {
     m_state->mustBeOpen();
     if (!m_state->current) raise(EngineError::NoCurrentRecord);
-    translated(m_state->table.name(), [&] { m_state->toNext(); });
+    translated(m_state->table.name(), m_state->connection->path, [&] { m_state->toNext(); });
 }
 
 bool Recordset::BOF() const {
@@ -155,14 +156,14 @@ void Recordset::setIndex(std::string_view name) {
     if (!found) raise(EngineError::NoSuchIndex, name);
     m_state->index = found;
     m_state->orderedAt.reset();
-    translated(name, [&] { m_state->toFirst(); });
+    translated(name, m_state->connection->path, [&] { m_state->toFirst(); });
 }
 
 void Recordset::Seek(std::string_view comparison, const std::vector<Value>& keys) {
     m_state->mustBeOpen();
     if (basic::trim(comparison) != "=") raise(EngineError::NotSupported);
     if (!m_state->index) raise(EngineError::NoIndexChosen);
-    translated(m_state->table.name(), [&] {
+    translated(m_state->table.name(), m_state->connection->path, [&] {
         const auto found = m_state->find(keys);
         m_state->noMatch = !found;
         m_state->standOn(found);
