@@ -253,8 +253,8 @@ class Taker {
         const bool any = std::ranges::any_of(m_layout.columns, [](ColumnKind kind) {
             return isNumeric(kind) && kind != ColumnKind::ChainageMetres;
         });
-        m_isBook = any;
-        if (!any) m_taken.notes.push_back({"No column holds readings, offsets or levels", true});
+        m_isBook = any || has(ColumnKind::Chainage) || has(ColumnKind::ChainageMetres);
+        if (!any) m_taken.notes.push_back({"No column holds readings, offsets or levels", !m_isBook});
     }
 
     void tellMerged() {
@@ -448,7 +448,7 @@ class Taker {
     char m_decimal;
     std::vector<ColumnNotes> m_columns;
     TakenTable m_taken;
-    bool m_isBook = true; ///< some column holds readings, offsets or levels
+    bool m_isBook = true; ///< some column holds chainages, readings, offsets or levels
     std::size_t m_pairs = 0;
 };
 
