@@ -7,6 +7,7 @@
 #include "basic/numbers.h"
 #include "command_output.h"
 #include "field_book.h"
+#include "file_faults.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -141,6 +142,11 @@ TEST_F(Paper, AFailureLeavesTheOldFileWhole) {
     const PrintJob job({book.MSFG, "book", {}}, {});
     EXPECT_EQ(writePdf(job, pdf, "book", [](int) { return false; }).outcome, Printed::Cancelled);
     EXPECT_EQ(writePdf(job, folder / "no/where.pdf", "book", {}).outcome, Printed::Failed);
+    {
+        const FileFaults fullDisk(
+            [](files::Call call, const std::string&) { return call == files::Call::Write ? ENOSPC : 0; });
+        EXPECT_EQ(writePdf(job, pdf, "book", {}).reason, "Disk full");
+    }
     PrintChoice nothing;
     nothing.book = false;
     EXPECT_THAT(write(nothing), HasSubstr("nothing to print"));

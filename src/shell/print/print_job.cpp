@@ -3,6 +3,7 @@
 #include "../text.h"
 
 #include "basic/files.h"
+#include "basic/runtime_error.h"
 #include "drawing/figures.h"
 #include "sheet/book.h"
 #include "survey/sections.h"
@@ -12,10 +13,10 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QRawFont>
-#include <QSaveFile>
 #include <QTextLayout>
 
 #include <algorithm>
+#include <optional>
 
 namespace shell {
 namespace {
@@ -92,6 +93,35 @@ constexpr FieldRow fields[] = {{"Work", "work"},
                                {"Staff", "staff"},
                                {"Weather", "weather"},
                                {"Start mark", "mark"}};
+
+/// What Qt's PDF writer writes goes to a file in the making. The writer passes over errors of its device, so
+/// that the first one is kept here.
+class ReplacementDevice final : public QIODevice {
+  public:
+    explicit ReplacementDevice(files::Replacement& file) : m_file(file) {}
+
+    [[nodiscard]] bool isSequential() const override { return true; }
+    void raiseFailure() const {
+        if (m_failure) throw files::Error(*m_failure);
+    }
+
+  protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* bytes, qint64 count) override {
+        if (m_failure) return -1;
+        try {
+            m_file.write({bytes, static_cast<std::size_t>(count)});
+            return count;
+        } catch (const files::Error& error) {
+            m_failure = error;
+            return -1;
+        }
+    }
+
+  private:
+    files::Replacement& m_file;
+    std::optional<files::Error> m_failure;
+};
 
 } // namespace
 
@@ -211,20 +241,28 @@ Printed PrintJob::paintAll(QPagedPaintDevice& device, int first, int last,
 PdfWritten writePdf(const PrintJob& job, const std::string& path, const std::string& title,
                     const std::function<bool(int done)>& goOn) {
     if (job.count() == 0) return {Printed::Failed, job.note().empty() ? "nothing to print" : job.note()};
-    QSaveFile file(fromUtf8(basic::nativePath(path)));
-    if (!file.open(QIODevice::WriteOnly)) return {Printed::Failed, toUtf8(file.errorString())};
-    Printed outcome;
-    {
-        QPdfWriter writer(&file);
-        writer.setResolution(resolution);
-        writer.setPageLayout(job.choice().layout());
-        writer.setTitle(fromUtf8(title));
-        writer.setCreator(QStringLiteral("ZavroGrl"));
-        outcome = job.paintAll(writer, 0, job.count() - 1, goOn);
+    try {
+        return basic::during(basic::FileAction::OpenForOutput, [&]() -> PdfWritten {
+            files::Replacement file(basic::nativePath(path));
+            ReplacementDevice device(file);
+            device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+            Printed outcome;
+            {
+                QPdfWriter writer(&device);
+                writer.setResolution(resolution);
+                writer.setPageLayout(job.choice().layout());
+                writer.setTitle(fromUtf8(title));
+                writer.setCreator(QStringLiteral("ZavroGrl"));
+                outcome = job.paintAll(writer, 0, job.count() - 1, goOn);
+            }
+            if (outcome == Printed::Cancelled) return {outcome, {}};
+            device.raiseFailure();
+            if (outcome == Printed::Done) file.commit();
+            return {outcome, outcome == Printed::Done ? "" : "a page could not be drawn"};
+        });
+    } catch (const basic::RuntimeError& error) {
+        return {Printed::Failed, error.description()};
     }
-    if (outcome == Printed::Done && file.commit()) return {};
-    if (outcome == Printed::Cancelled) return {outcome, {}};
-    return {Printed::Failed, toUtf8(file.errorString())};
 }
 
 std::string describe(const PdfWritten& written, const PrintJob& job, const std::string& path) {
