@@ -5,6 +5,7 @@
 #include "project/marks.h"
 #include "project/project_file.h"
 #include "sheet/long_work.h"
+#include "sheet/sight.h"
 #include "tools/chainage.h"
 
 #include <algorithm>
@@ -459,6 +460,23 @@ int lastFilledRow(const sheet::Grid& grid) {
     return 0;
 }
 
+constexpr double sameLevel = 0.001; // metres
+
+std::string_view pointName(std::string_view remark) {
+    const auto known = sheet::knownLevelIn(remark);
+    return known ? known->name : basic::trim(remark);
+}
+
+/// Whether a row of the book and a row that opens others are about one point, as far as they say.
+bool isSamePoint(const sheet::Grid& grid, int row, const BookRow& opening) {
+    const std::string_view here = pointName(grid.Text(row, sheet::Remark));
+    const std::string_view there = pointName(opening[sheet::Remark]);
+    if (!here.empty() && !there.empty()) return basic::sameText(here, there);
+    const std::string& level = grid.Text(row, sheet::RLevel);
+    if (level.empty() || opening[sheet::RLevel].empty()) return true;
+    return std::abs(basic::val(level) - basic::val(opening[sheet::RLevel])) < sameLevel;
+}
+
 } // namespace
 
 bool TakenTable::leavesOut() const {
@@ -469,6 +487,33 @@ TakenTable takeTable(const tables::Table& table, const Layout& layout) {
     return Taker(table, layout).take();
 }
 
+Joint jointBelow(const sheet::Grid& grid, const std::vector<BookRow>& rows) {
+    Joint joint;
+    joint.above = lastFilledRow(grid);
+    if (rows.empty() || joint.above == 0) return joint;
+    const BookRow& first = rows.front();
+    const bool opens = !first[sheet::BackSight].empty() && first[sheet::InterSight].empty() &&
+                       first[sheet::ForeSight].empty();
+    if (!opens) return joint;
+    const bool turns = joint.above == 1 || !grid.Text(joint.above, sheet::ForeSight).empty();
+    const std::string row = "row " + std::to_string(joint.above);
+    const std::string point(pointName(first[sheet::Remark]));
+    joint.shares =
+        turns && grid.Text(joint.above, sheet::BackSight).empty() && isSamePoint(grid, joint.above, first);
+    if (!joint.shares) {
+        joint.note = {"The rows begin with a back sight" + (point.empty() ? "" : " on \"" + point + '"') +
+                          ", and the book does not end with that change point (" + row +
+                          "): all levels of a book hang on its row 1, so these would be wrong. Import them "
+                          "into a book of their own",
+                      true};
+    } else {
+        joint.note.text = "The first back sight goes into " + row + ", where the book ends";
+        if (!first[sheet::RLevel].empty())
+            joint.note.text += "; the levels go on from there, not from " + first[sheet::RLevel];
+    }
+    return joint;
+}
+
 project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
                             ImportPlace place) {
     if (rows.empty()) {
@@ -476,33 +521,45 @@ project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const 
         return project::Outcome::Failed;
     }
     sheet::Grid& grid = book.MSFG;
-    int first = 1;
-    if (rows.size() > static_cast<std::size_t>(project::mostRows)) {
-        desktop.status(std::to_string(rows.size()) + " rows; a book takes " +
-                       std::to_string(project::mostRows) + " at most; the book is as it was");
+    const Joint joint = place == ImportPlace::AddBelow ? jointBelow(grid, rows) : Joint{};
+    const std::size_t together = static_cast<std::size_t>(joint.above) + rows.size();
+    if (together > static_cast<std::size_t>(project::mostRows)) {
+        desktop.status(std::to_string(together) + " rows; a book takes " + std::to_string(project::mostRows) +
+                       " at most; the book is as it was");
         return project::Outcome::Failed;
     }
-    if (place == ImportPlace::Replace) {
+    if (place == ImportPlace::AddBelow) {
+        if (joint.note.leavesOut) {
+            desktop.status(joint.note.text + "; the book is as it was");
+            return project::Outcome::Failed;
+        }
+    } else {
         // An import that nobody has touched is read again as easily.
         const bool untouched = book.ImportMark != 0 && project::gridMark(grid) == book.ImportMark;
         if (!untouched && !project::mayDrop(book, desktop)) return project::Outcome::Refused;
-    } else {
-        first = lastFilledRow(grid) + 1;
     }
     sheet::LongWork work(grid, desktop);
-    const int count = static_cast<int>(rows.size());
+    const auto skipped = static_cast<std::size_t>(joint.shares);
+    const int first = joint.above + 1;
+    const int count = static_cast<int>(rows.size() - skipped);
     grid.setRows(first);
-    grid.setRows(first + count);
+    grid.setRows(first + std::max(count, 1));
+    if (joint.shares) {
+        grid.setText(joint.above, sheet::BackSight, rows.front()[sheet::BackSight]);
+        if (grid.Text(joint.above, sheet::Remark).empty())
+            grid.setText(joint.above, sheet::Remark, rows.front()[sheet::Remark]);
+    }
     for (int row = 0; row < count; ++row) {
         for (int col = 0; col < sheet::columnCount; ++col)
             grid.setText(first + row, col,
-                         rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(col)]);
+                         rows[skipped + static_cast<std::size_t>(row)][static_cast<std::size_t>(col)]);
         work.done(row + 1, count);
     }
-    grid.moveTo(first + count - 1, sheet::Chainage);
+    grid.moveTo(grid.Rows() - 1, sheet::Chainage);
     if (place == ImportPlace::Replace) book.ImportMark = project::gridMark(grid);
     desktop.status(std::to_string(count) + (count == 1 ? " row" : " rows") +
                    (place == ImportPlace::Replace ? " imported" : " added below") +
+                   (joint.shares ? ", the first back sight in row " + std::to_string(joint.above) : "") +
                    "; Cal reduces the levels");
     return project::Outcome::Done;
 }

@@ -35,10 +35,19 @@ struct TakenTable {
 /// row.
 [[nodiscard]] TakenTable takeTable(const tables::Table& table, const Layout& layout);
 
+/// How rows go on below a book. All its levels hang on row 1, so a back sight that opens the rows must be one
+/// on the change point that the book ends with: it goes into that point's row.
+struct Joint {
+    int above = 0;       ///< the last row of the book that holds anything; 0: none
+    bool shares = false; ///< the first of the rows is the point of that row
+    ImportNote note;     ///< what is to be said of it; leavesOut: they cannot go there
+};
+[[nodiscard]] Joint jointBelow(const sheet::Grid& grid, const std::vector<BookRow>& rows);
+
 enum class ImportPlace { Replace, AddBelow };
 
 /// Puts rows into the book: in its place, after an unsaved one was set aside, or below the last row that
-/// holds anything. The levels are left to Cal.
+/// holds anything, if they can go on there. The levels are left to Cal.
 project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
                             ImportPlace place);
 

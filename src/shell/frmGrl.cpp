@@ -17,6 +17,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -168,8 +169,8 @@ void frmGrl::arrange() {
     m_pbr1->setGeometry(grid.left(), grid.bottom() + 1 + (below - progressHeight) / 2, grid.width(),
                         progressHeight);
     const QRect whole = form->rect().adjusted(gap, gap, -gap, -gap);
-    for (Panel* panel : std::initializer_list<Panel*>{m_ff, m_fExport})
-        panel->placeWithin(grid.adjusted(gap, gap, -gap, -gap), whole);
+    for (Panel* panel : std::initializer_list<Panel*>{m_ff, m_fExport, m_laid})
+        if (panel != nullptr) panel->placeWithin(grid.adjusted(gap, gap, -gap, -gap), whole);
 }
 
 void frmGrl::resizeEvent(QResizeEvent* event) {
@@ -181,6 +182,8 @@ void frmGrl::resizeEvent(QResizeEvent* event) {
 void frmGrl::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && m_fExport->isVisible())
         run({.name = "Cancel"}, &frmGrl::cmdCancel_Click);
+    else if (event->key() == Qt::Key_Escape && m_laid != nullptr)
+        QCoreApplication::sendEvent(m_laid, event); // also from a pane or a bar
     else
         QMainWindow::keyPressEvent(event);
 }

@@ -33,6 +33,7 @@ class ButtonColumn;
 class CommandButton;
 class ExportPanel;
 class FlexGrid;
+class Panel;
 class SettingsFrame;
 class WindowPart;
 
@@ -62,8 +63,11 @@ class frmGrl final : public QMainWindow {
     /// The net of act() for what escapes elsewhere; to be called while the exception is handled. `what` was
     /// going on.
     void rescue(const char* what) noexcept;
-    /// The Settings or the transfer's frame lies over the grid.
+    /// The Settings, the transfer's frame or a panel of a part lies over the grid.
     [[nodiscard]] bool frameIsOpen() const;
+    /// Lays a panel of a part, a child of the central widget, over the grid; nothing: takes it away.
+    /// Meanwhile the grid, the buttons and the other frames wait. Within an action.
+    void layOver(Panel* panel);
 
     /// Moves the cursor as the user does, with the check of the cell that is left; within an action.
     void moveCursor(int row, int col) { MSFG_Move(row, col, false); }
@@ -202,6 +206,7 @@ class frmGrl final : public QMainWindow {
     SettingsFrame* m_ff = nullptr;
     exchange::ExportFrame m_exportFrame;
     ExportPanel* m_fExport = nullptr;
+    Panel* m_laid = nullptr; // by a part
     std::map<std::string, CommandButton*, std::less<>> m_buttons;
     std::array<QAction*, 4> m_mnuX{};
     QLabel* m_lblSide = nullptr;

@@ -1,11 +1,14 @@
 #include "frmGrl.h"
 
+#include "button_column.h"
 #include "controls/flex_grid.h"
 #include "export_panel.h"
 #include "settings_frame.h"
 #include "text.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QMenu>
 #include <QPainter>
 #include <QProgressBar>
 #include <QStatusBar>
@@ -67,6 +70,19 @@ void frmGrl::buildFrames() {
     m_fExport->cmdTr_Click = [this] { run({.name = "Transfer", .walksGrid = true}, &frmGrl::cmdTr_Click); };
     m_fExport->cmdTr_KeyPress = [this](char32_t character) { cmdTr_KeyPress(character); };
     m_fExport->cmdCancel_Click = [this] { run({.name = "Cancel"}, &frmGrl::cmdCancel_Click); };
+}
+
+void frmGrl::layOver(Panel* panel) {
+    if (m_laid != nullptr) m_laid->hide();
+    m_laid = panel;
+    m_column->setEnabled(panel == nullptr);
+    for (const char* frame : {"mnuSettings", "mnuExport"})
+        menu("mnuTools").findChild<QAction*>(QLatin1String(frame))->setEnabled(panel == nullptr);
+    enableForEntry(panel == nullptr);
+    if (panel == nullptr) return;
+    arrange();
+    panel->show();
+    panel->raise();
 }
 
 } // namespace shell

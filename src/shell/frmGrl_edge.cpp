@@ -40,7 +40,7 @@ std::string asSentence(std::string text) {
 } // namespace
 
 bool frmGrl::frameIsOpen() const {
-    return !m_ff->isHidden() || !m_fExport->isHidden();
+    return !m_ff->isHidden() || !m_fExport->isHidden() || m_laid != nullptr;
 }
 
 void frmGrl::act(const Action& action, const std::function<void()>& what) {

@@ -3,8 +3,8 @@
 #include "controls/flex_grid.h"
 #include "frmGrl.h"
 #include "import_wait.h"
-#include "level_dialog.h"
-#include "table_dialog.h"
+#include "level_frame.h"
+#include "table_frame.h"
 #include "text.h"
 
 #include "basic/files.h"
@@ -19,6 +19,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
+
+#include <utility>
 
 namespace shell {
 namespace {
@@ -76,9 +78,9 @@ class ImportPanel final : public QObject, public WindowPart {
         m_last = file;
         try {
             if (exchange::isLevelFile(basic::readFile(file, sampleBytes)))
-                return run(LevelDialog(nameOf(file), exchange::readLevelFile(basic::readFile(file)), m_window,
-                                       m_window.grid()));
-            const auto read = [this, &file](const std::optional<std::string>& sheet) {
+                return lay(new LevelFrame(nameOf(file), exchange::readLevelFile(basic::readFile(file)),
+                                          m_window.book().MSFG, m_window.centralWidget()));
+            const auto read = [this, file](const std::optional<std::string>& sheet) {
                 ImportWait wait(m_window, "Import from file", "Reading the file...");
                 tables::ReadOptions options;
                 options.sheet = sheet;
@@ -86,7 +88,8 @@ class ImportPanel final : public QObject, public WindowPart {
                 return tables::readTableFile(file, options,
                                              [&wait](std::size_t rows) { return wait.goOn(rows); });
             };
-            run(TableDialog(nameOf(file), read({}), read, toUtf8(profileFile()), m_window, m_window.grid()));
+            lay(new TableFrame(nameOf(file), read({}), read, toUtf8(profileFile()), m_window.book().MSFG,
+                               m_window.centralWidget()));
         } catch (const basic::RuntimeError& error) {
             refuse(file, error.description());
         } catch (const tables::Unreadable& error) {
@@ -96,16 +99,29 @@ class ImportPanel final : public QObject, public WindowPart {
         }
     }
 
-    void run(ImportDialog&& dialog) {
-        if (dialog.exec() != QDialog::Accepted) return;
+    void lay(ImportFrame* frame) {
+        m_frame = frame;
+        frame->cmdImport_Click = [this] { m_window.act({.name = "Import"}, [this] { import(); }); };
+        frame->cmdCancel_Click = [this] { m_window.act({.name = "Cancel"}, [this] { close(); }); };
+        m_window.layOver(frame);
+        frame->giveFocus();
+    }
+
+    void import() {
         const auto done =
-            exchange::importRows(m_window.book(), m_window.desktop(), dialog.rows(), dialog.place());
+            exchange::importRows(m_window.book(), m_window.desktop(), m_frame->rows(), m_frame->place());
         if (done != project::Outcome::Done) return;
         try {
-            dialog.accepted_();
+            m_frame->accepted();
         } catch (const basic::RuntimeError& error) {
             m_window.desktop().status("The columns could not be remembered: " + error.description());
         }
+        close();
+    }
+
+    void close() {
+        m_window.layOver(nullptr);
+        std::exchange(m_frame, nullptr)->deleteLater(); // its own button is at work
     }
 
     void refuse(const std::string& file, const std::string& why) {
@@ -115,6 +131,7 @@ class ImportPanel final : public QObject, public WindowPart {
     static QString nameOf(const std::string& file) { return QFileInfo(fromUtf8(file)).fileName(); }
 
     frmGrl& m_window;
+    ImportFrame* m_frame = nullptr; // of the window, while it lies over the grid
     std::string m_last;
 };
 

@@ -252,6 +252,33 @@ TEST(ColumnGuess, AHeadingIsRemembered) {
     EXPECT_FALSE(exchange::recallColumns(file, again));
 }
 
+// All levels of a book hang on its row 1: a back sight goes on from the change point that the book ends with.
+TEST(TableImport, AnOpeningBackSightGoesOnWhereTheBookEnds) {
+    const std::string start = ",,,,1.5,,,,100,A", turn = "CP,,,,,,1.2,,100.300,B = 100.3";
+    const std::tuple<std::vector<std::string>, exchange::BookRow, const char*> cases[] = {
+        {{}, {"", "", "", "", "1.4"}, "below"},
+        {{start, turn}, {"00-010", "", "0", "", "", "1.4"}, "below"},
+        {{start, turn}, {"", "", "", "", "1.4", "", "", "", "90.000", "b"}, "joined"},
+        {{start, turn}, {"", "", "", "", "1.4", "", "", "", "100.300", ""}, "joined"},
+        {{start, turn}, {"", "", "", "", "1.4"}, "joined"},
+        {{start, turn}, {"", "", "", "", "1.4", "", "", "", "100.300", "C"}, "refused"},
+        {{start, turn}, {"", "", "", "", "1.4", "", "", "", "90.000", ""}, "refused"},
+        {{start, "00-010,,0,,,1.1,,,,B"}, {"", "", "", "", "1.4", "", "", "", "", "B"}, "refused"},
+        {{start, turn, "CP,,,,1,,1,,,B"}, {"", "", "", "", "1.4", "", "", "", "", "B"}, "refused"},
+    };
+    for (const auto& [book, row, wanted] : cases) {
+        sheet::Book held;
+        if (!book.empty()) keyRows(held.MSFG, book);
+        const exchange::Joint joint = exchange::jointBelow(held.MSFG, {row});
+        EXPECT_STREQ(joint.note.leavesOut ? "refused"
+                     : joint.shares       ? "joined"
+                                          : "below",
+                     wanted)
+            << lineOf(row);
+        EXPECT_EQ(joint.above, static_cast<int>(book.size()));
+    }
+}
+
 TEST(TableImport, ReplacesOrGoesBelowTheLastRow) {
     const TempFolder folder;
     ScriptedDesktop desktop;

@@ -81,7 +81,8 @@ void Panel::place() {
     if (m_area.isEmpty()) return;
     QWidget* inside = m_scroll->widget();
     inside->layout()->activate();
-    const QSize content = inside->sizeHint().expandedTo(inside->minimumSizeHint());
+    const QSize least = inside->minimumSizeHint();
+    const QSize content = m_fills ? least : inside->sizeHint().expandedTo(least);
     const QMargins around = layout()->contentsMargins();
     int width = content.width();
     int height =
@@ -95,6 +96,7 @@ void Panel::place() {
     QSize wanted(width + around.left() + around.right() + 2 * frameWidth(), height + 2 * frameWidth());
     const bool fits = wanted.width() <= m_area.width() && wanted.height() <= m_area.height();
     const QRect& area = fits ? m_area : m_most;
+    if (m_fills) wanted = wanted.expandedTo(area.size());
     if (wanted.height() > area.height()) wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
     const QSize size = wanted.boundedTo(area.size());
     const QPoint corner((area.width() - size.width()) / 2, (area.height() - size.height()) / 3);
@@ -145,6 +147,13 @@ void Panel::setLineVisible(QWidget* field, bool visible) {
 
 void Panel::addWide(QWidget* widget) {
     m_body->addWidget(widget, m_body->rowCount(), 0, 1, 3);
+}
+
+void Panel::fillWith(QWidget* content) {
+    delete m_columns->takeAt(0);
+    m_body = nullptr;
+    m_columns->addWidget(content);
+    m_fills = true;
 }
 
 void keepRoomWhenHidden(QWidget& widget) {

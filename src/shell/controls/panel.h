@@ -38,6 +38,8 @@ class Panel : public QFrame {
     void setLineVisible(QWidget* field, bool visible);
     /// One widget over the whole width of the body.
     void addWide(QWidget* widget);
+    /// One widget in place of the body. The panel takes all the room that it is given.
+    void fillWith(QWidget* content);
 
   protected:
     bool event(QEvent* event) override;
@@ -58,6 +60,7 @@ class Panel : public QFrame {
     QGridLayout* m_body = nullptr;
     std::map<QWidget*, Line> m_lines;
     QHBoxLayout* m_buttons;
+    bool m_fills = false;
 };
 
 /// Keeps the room of a control that comes and goes, so that nothing jumps.

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "import_dialog.h"
+#include "import_frame.h"
 
 #include "exchange/digital_levels.h"
 
+class QCheckBox;
 class QLineEdit;
 class QTableWidget;
 
@@ -11,11 +12,12 @@ namespace shell {
 
 /// The lines of a digital level's file with what their readings and the levels in the file say. A line that
 /// disagrees is taken only when the user ticks it.
-class LevelDialog final : public ImportDialog {
+class LevelFrame final : public ImportFrame {
   public:
-    LevelDialog(const QString& file, exchange::LevelFile levels, QWidget& window, QWidget& grid);
+    LevelFrame(const QString& file, exchange::LevelFile levels, const sheet::Grid& grid, QWidget* parent);
 
-    [[nodiscard]] std::vector<exchange::BookRow> rows() const override { return m_rows; }
+    [[nodiscard]] const std::vector<exchange::BookRow>& rows() const override { return m_rows; }
+    void giveFocus() override;
 
   private:
     void fillLines();

@@ -1,4 +1,4 @@
-#include "level_dialog.h"
+#include "level_frame.h"
 
 #include "text.h"
 
@@ -25,9 +25,9 @@ QString metres(const std::optional<double>& level) {
 
 } // namespace
 
-LevelDialog::LevelDialog(const QString& file, exchange::LevelFile levels, QWidget& window, QWidget& grid)
-    : ImportDialog(file, window, grid), m_file(std::move(levels)) {
-    setObjectName(QStringLiteral("levelPanel"));
+LevelFrame::LevelFrame(const QString& file, exchange::LevelFile levels, const sheet::Grid& grid,
+                       QWidget* parent)
+    : ImportFrame(QStringLiteral("levelPanel"), file, grid, parent), m_file(std::move(levels)) {
     QString about = fromUtf8(m_file.format);
     for (const std::string& note : m_file.notes)
         about += QStringLiteral("; ") + fromUtf8(note);
@@ -42,13 +42,14 @@ LevelDialog::LevelDialog(const QString& file, exchange::LevelFile levels, QWidge
     m_lines->setSelectionMode(QAbstractItemView::SingleSelection);
     m_lines->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lines->setTabKeyNavigation(false);
+    m_lines->verticalHeader()->setDefaultSectionSize(m_lines->fontMetrics().height() + 6);
     upper().addWidget(m_lines, 1);
     m_points = new QLineEdit;
     m_points->setObjectName(QStringLiteral("txtPoints"));
     m_points->setPlaceholderText(QStringLiteral("KKMMM+oo"));
     auto* label = new QLabel(text("&Point names tell chainage and offset as:"));
     label->setBuddy(m_points);
-    m_take = new QCheckBox(text("&Take it all the same"));
+    m_take = new QCheckBox(text("Take it &all the same"));
     m_take->setObjectName(QStringLiteral("chkTake"));
     auto* line = new QHBoxLayout;
     line->addWidget(label);
@@ -62,11 +63,15 @@ LevelDialog::LevelDialog(const QString& file, exchange::LevelFile levels, QWidge
     });
     QObject::connect(m_points, &QLineEdit::textChanged, this, [this] { takeLine(); });
     QObject::connect(m_take, &QCheckBox::toggled, this, [this] { takeLine(); });
+    setTabOrders({m_lines, m_points, m_take});
     m_lines->selectRow(0);
+}
+
+void LevelFrame::giveFocus() {
     m_lines->setFocus();
 }
 
-void LevelDialog::fillLines() {
+void LevelFrame::fillLines() {
     QStringList captions;
     for (const char* caption : columns)
         captions += text(caption);
@@ -94,10 +99,11 @@ void LevelDialog::fillLines() {
         }
     }
     m_lines->resizeColumnsToContents();
-    m_lines->horizontalHeader()->setStretchLastSection(true);
+    for (const int name : {1, 2})
+        m_lines->horizontalHeader()->setSectionResizeMode(name, QHeaderView::Stretch);
 }
 
-void LevelDialog::takeLine() {
+void LevelFrame::takeLine() {
     const int row = std::max(0, m_lines->currentRow());
     const exchange::LevelLine& line = m_file.lines[static_cast<std::size_t>(row)];
     m_take->setVisible(!line.troubles.empty());
@@ -113,7 +119,7 @@ void LevelDialog::takeLine() {
     m_rows.clear();
     if (line.troubles.empty() || m_take->isChecked())
         m_rows = exchange::levelRows(line, points.value_or(exchange::PointForm()));
-    showNotes(notes, m_rows.size());
+    showNotes(std::move(notes));
 }
 
 } // namespace shell

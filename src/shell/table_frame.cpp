@@ -1,5 +1,6 @@
-#include "table_dialog.h"
+#include "table_frame.h"
 
+#include "controls/box_header.h"
 #include "text.h"
 
 #include "exchange/column_profiles.h"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr int shownRows = 20;
 constexpr int shownColumns = 60;
-constexpr int leastColumn = 96; // pixels; the boxes need it
 
 QLabel* labelOf(const char* caption, QWidget* field) {
     auto* label = new QLabel(text(caption));
@@ -31,13 +31,12 @@ QLabel* labelOf(const char* caption, QWidget* field) {
 
 } // namespace
 
-TableDialog::TableDialog(const QString& file, tables::Table table, Read read, std::string profiles,
-                         QWidget& window, QWidget& grid)
-    : ImportDialog(file, window, grid),
+TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std::string profiles,
+                       const sheet::Grid& grid, QWidget* parent)
+    : ImportFrame(QStringLiteral("importPanel"), file, grid, parent),
       m_table(std::move(table)),
       m_read(std::move(read)),
       m_profiles(std::move(profiles)) {
-    setObjectName(QStringLiteral("importPanel"));
     m_sheets = new QComboBox;
     m_sheets->setObjectName(QStringLiteral("cboSheet"));
     for (const std::string& sheet : m_table.sheets)
@@ -50,10 +49,16 @@ TableDialog::TableDialog(const QString& file, tables::Table table, Read read, st
     m_heading->setSpecialValueText(text("none"));
     m_heading->setKeyboardTracking(false);
     auto* line = new QHBoxLayout;
-    line->addWidget(labelOf("&Sheet:", m_sheets));
+    auto* sheets = labelOf("&Sheet:", m_sheets);
+    line->addWidget(sheets);
     line->addWidget(m_sheets, 1);
-    line->addWidget(labelOf("&Heading in row:", m_heading));
+    line->addWidget(labelOf("Heading in ro&w:", m_heading));
     line->addWidget(m_heading);
+    line->addStretch();
+    if (m_table.separator != 0) { // text in columns is one sheet
+        sheets->hide();
+        m_sheets->hide();
+    }
     upper().addLayout(line);
 
     m_preview = new QTableWidget;
@@ -62,6 +67,9 @@ TableDialog::TableDialog(const QString& file, tables::Table table, Read read, st
     m_preview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_preview->setSelectionMode(QAbstractItemView::NoSelection);
     m_preview->setTabKeyNavigation(false);
+    m_preview->verticalHeader()->setDefaultSectionSize(m_preview->fontMetrics().height() + 6);
+    m_header = new BoxHeader(m_preview);
+    m_preview->setHorizontalHeader(m_header);
     upper().addWidget(m_preview, 1);
 
     m_remember = new QCheckBox(text("Re&member for this heading"));
@@ -72,24 +80,24 @@ TableDialog::TableDialog(const QString& file, tables::Table table, Read read, st
     showTable();
 }
 
-void TableDialog::chooseSheet(int index) {
+void TableFrame::chooseSheet(int index) {
     try {
         m_table = m_read(m_table.sheets[static_cast<std::size_t>(index)]);
         showTable();
     } catch (const std::exception& error) {
         m_sheets->setCurrentIndex(static_cast<int>(m_table.sheet));
-        showNotes({{error.what(), true}}, m_taken.rows.size());
+        showNotes({{error.what(), true}});
     }
 }
 
-void TableDialog::showTable() {
+void TableFrame::showTable() {
     const QSignalBlocker quiet(m_heading);
     const int row = exchange::guessHeadingRow(m_table);
     m_heading->setValue(row);
     chooseHeading(row);
 }
 
-void TableDialog::chooseHeading(int row) {
+void TableFrame::chooseHeading(int row) {
     m_layout = exchange::guessLayout(m_table, row);
     m_remember->setChecked(exchange::recallColumns(m_profiles, m_layout));
     m_remember->setEnabled(row > 0);
@@ -98,20 +106,20 @@ void TableDialog::chooseHeading(int row) {
     takeColumns();
 }
 
-std::size_t TableDialog::firstShown() const {
+std::size_t TableFrame::firstShown() const {
     const auto from = std::ranges::find_if(
         m_table.rows, [this](const tables::Row& row) { return row.number >= m_layout.headingRow; });
     return static_cast<std::size_t>(from - m_table.rows.begin());
 }
 
-void TableDialog::fillPreview() {
+void TableFrame::fillPreview() {
     const std::size_t first = firstShown();
     const auto count = static_cast<int>(std::min<std::size_t>(m_table.rows.size() - first, shownRows));
     const int columns = std::min(static_cast<int>(m_layout.columns.size()), shownColumns);
     m_preview->clear();
-    m_preview->setRowCount(count + 1);
+    m_preview->setRowCount(count);
     m_preview->setColumnCount(columns);
-    QStringList names{QString()};
+    QStringList names;
     for (int k = 0; k < count; ++k) {
         const tables::Row& row = m_table.rows[first + static_cast<std::size_t>(k)];
         names += QString::number(row.number);
@@ -124,7 +132,7 @@ void TableDialog::fillPreview() {
             item->setFont(font);
             if (cell.kind == tables::CellKind::Number)
                 item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            m_preview->setItem(k + 1, column, item);
+            m_preview->setItem(k, column, item);
         }
     }
     m_preview->setVerticalHeaderLabels(names);
@@ -134,7 +142,8 @@ void TableDialog::fillPreview() {
     m_preview->setHorizontalHeaderLabels(letters);
 }
 
-void TableDialog::fillBoxes() {
+void TableFrame::fillBoxes() {
+    std::vector<QWidget*> boxes, order{m_sheets, m_heading, m_preview};
     for (int column = 0; column < m_preview->columnCount(); ++column) {
         auto* box = new QComboBox;
         box->setObjectName(QStringLiteral("cboCol%1").arg(column));
@@ -147,18 +156,23 @@ void TableDialog::fillBoxes() {
             m_layout.columns[at] = static_cast<exchange::ColumnKind>(kind);
             takeColumns();
         });
-        m_preview->setCellWidget(0, column, box);
-        m_preview->setColumnWidth(column, std::max({leastColumn, box->sizeHint().width()}));
+        boxes.push_back(box);
+        order.push_back(box);
     }
-    m_preview->resizeRowToContents(0);
+    m_header->setBoxes(std::move(boxes));
+    setTabOrders(std::move(order));
 }
 
-void TableDialog::takeColumns() {
+void TableFrame::takeColumns() {
     m_taken = exchange::takeTable(m_table, m_layout);
-    showNotes(m_taken.notes, m_taken.rows.size());
+    showNotes(m_taken.notes);
 }
 
-void TableDialog::accepted_() {
+void TableFrame::giveFocus() {
+    m_preview->setFocus();
+}
+
+void TableFrame::accepted() {
     if (m_remember->isChecked() && m_layout.headingRow > 0) exchange::rememberColumns(m_profiles, m_layout);
 }
 

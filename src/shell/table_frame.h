@@ -1,29 +1,33 @@
 #pragma once
 
-#include "import_dialog.h"
+#include "import_frame.h"
 
 #include "tables/table.h"
 
 #include <functional>
 #include <string>
 
+class QCheckBox;
 class QComboBox;
 class QSpinBox;
 class QTableWidget;
 
 namespace shell {
 
+class BoxHeader;
+
 /// The choice of columns: sheet, heading row, and above each column of the preview a box that says what it
 /// is.
-class TableDialog final : public ImportDialog {
+class TableFrame final : public ImportFrame {
   public:
     /// `read` gives another sheet by its name; what it raises is told and the sheet stays.
     using Read = std::function<tables::Table(const std::string& sheet)>;
-    TableDialog(const QString& file, tables::Table table, Read read, std::string profiles, QWidget& window,
-                QWidget& grid);
+    TableFrame(const QString& file, tables::Table table, Read read, std::string profiles,
+               const sheet::Grid& grid, QWidget* parent);
 
-    [[nodiscard]] std::vector<exchange::BookRow> rows() const override { return m_taken.rows; }
-    void accepted_() override;
+    [[nodiscard]] const std::vector<exchange::BookRow>& rows() const override { return m_taken.rows; }
+    void accepted() override;
+    void giveFocus() override;
 
   private:
     void chooseSheet(int index);
@@ -42,6 +46,7 @@ class TableDialog final : public ImportDialog {
     QComboBox* m_sheets;
     QSpinBox* m_heading;
     QTableWidget* m_preview;
+    BoxHeader* m_header;
     QCheckBox* m_remember;
 };
 
