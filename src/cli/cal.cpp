@@ -36,6 +36,7 @@ ExitStatus cal(const CalOptions& options, std::istream& in, std::ostream& out, s
         else if (!(out << csv).flush())
             throw basic::RuntimeError(basic::DeviceIoError);
         desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
+        desktop.status(book.notices.takeLine().text);
         return Done;
     } catch (const basic::RuntimeError& error) {
         err << "zavrogrl-cli: " << options.in << ": " << error.description() << '\n';

@@ -35,6 +35,7 @@ ExitStatus calProject(const std::string& path, std::ostream& err) {
     if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
     if (!project::rewriteProject(book, desktop).whole()) return Failed;
     desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
+    desktop.status(book.notices.takeLine().text);
     return Done;
 }
 

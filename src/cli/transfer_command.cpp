@@ -28,9 +28,10 @@ class TransferDesktop final : public StreamDesktop {
     void status(std::string_view message) override {
         if (!message.empty()) m_statuses.emplace_back(message);
     }
-    void sayStatuses() {
+    void sayStatuses(sheet::Book& book) {
         for (const std::string& message : m_statuses)
             StreamDesktop::status(message);
+        StreamDesktop::status(book.notices.takeLine().text);
     }
 
   private:
@@ -99,7 +100,7 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     ExportFrame frame;
     if (!project::openPath(book, desktop, options.book) || !fillFrame(frame, desktop, options)) return Failed;
     if (!exchange::showExportFrame(book, desktop, frame)) {
-        desktop.sayStatuses();
+        desktop.sayStatuses(book);
         return Failed;
     }
 
@@ -107,7 +108,7 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     frame.lblProj = frame.chkFRL ? options.frl : options.frlUpdate;
     if (!options.frlUpdate.empty()) {
         const bool updated = exchange::updateFormationLevels(book.MSFG, desktop, frame);
-        desktop.sayStatuses();
+        desktop.sayStatuses(book);
         return updated ? Done : Failed;
     }
     if (!frame.chkFRL && !makeParent(options.folder, err)) return Failed;
@@ -115,7 +116,7 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     if (end == TransferEnd::Refused)
         sayMarkedRows(book.MSFG, err);
     else
-        desktop.sayStatuses();
+        desktop.sayStatuses(book);
     if (end == TransferEnd::Done || end == TransferEnd::DoneInPart) out << frame.madeFolder << "/Road.mdb\n";
     return end == TransferEnd::Done || end == TransferEnd::Sent ? Done : Failed;
 }

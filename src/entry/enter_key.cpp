@@ -135,6 +135,16 @@ void reduceReading(Book& book) {
     }
 }
 
+// A list that was read at the start lays no offset until OK in Settings.
+void tellUnusedList(Book& book, const Side& side) {
+    if (!book.settings.chkOft || side.count() > 0) return;
+    for (const std::string& entry : book.settings.lstOft)
+        if (entry.starts_with(side.letter))
+            return book.notices.addOnce(
+                {book.MSFG.Row(), -1,
+                 "no offset from the list (" + entry + "): it is ticked and in use after OK in Settings"});
+}
+
 // Puts the cursor into the side's offset cell and, with fixed offsets, the next entry of its list into it.
 // False when the final list is ticked and ran out.
 bool placeOffset(Book& book, const Side& side) {
@@ -149,6 +159,7 @@ bool placeOffset(Book& book, const Side& side) {
             break;
         }
     }
+    tellUnusedList(book, side);
     if (!book.settings.chkFinal) return true;
     if (grid.Text().empty()) return false;
     grid.setCol(InterSight);

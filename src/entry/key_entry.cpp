@@ -259,12 +259,13 @@ KeyStep stepOf(EditKey key) {
 
 void keyPress(Book& book, desktop::Desktop& desktop, char32_t character) {
     const bool letter = overwrites(book, character);
-    if (!letter && character != enter && character != ctrlV)
+    const bool adds = character == U'+';
+    if (!letter && !adds && character != enter && character != ctrlV)
         return showingErrors(desktop, [&] { press(book, desktop, character); });
     const bool alone = lowered(character) == U's' || lowered(character) == U't';
     const Overwritten watch(book, letter && (alone || isFilled(book.MSFG, book.MSFG.Row())));
     showingErrors(desktop, [&] { press(book, desktop, character); });
-    watch.tell(desktop);
+    watch.tell(adds || book.Guarded ? Notice::Undo : Notice::UndoOrGuard);
 }
 
 void keyDown(Book& book, desktop::Desktop& desktop, EditKey key) {

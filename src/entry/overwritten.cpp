@@ -1,23 +1,12 @@
 #include "overwritten.h"
 
-#include "basic/strings.h"
-
 #include <algorithm>
 #include <array>
 
 namespace entry {
 
 using sheet::Grid;
-
-namespace {
-
-/// A column within a sentence; abbreviations keep their letters.
-std::string nameOf(const Grid& grid, int col) {
-    const std::string& header = grid.Text(0, col);
-    return header.find('.') == std::string::npos ? basic::lower(header) : header;
-}
-
-} // namespace
+using sheet::Notice;
 
 bool isFilled(const Grid& grid, int row) {
     constexpr std::array keyed{sheet::BackSight, sheet::InterSight, sheet::ForeSight, sheet::RLevel,
@@ -26,41 +15,29 @@ bool isFilled(const Grid& grid, int row) {
 }
 
 Overwritten::Overwritten(sheet::Book& book, bool ownRowToo)
-    : m_grid(book.MSFG), m_row(book.MSFG.Row()), m_ownRowToo(ownRowToo), m_hadRow2(book.MSFG.Rows() > 2) {
-    m_grid.addListener(*this);
+    : m_book(book), m_row(book.MSFG.Row()), m_ownRowToo(ownRowToo), m_rows(book.MSFG.Rows()) {
+    m_book.MSFG.addListener(*this);
 }
 
 Overwritten::~Overwritten() {
-    m_grid.removeListener(*this);
+    m_book.MSFG.removeListener(*this);
 }
 
+// Keys add rows at the end only, so that the rows of the cells stay what they are. What a key puts into rows
+// that it adds costs nothing.
 void Overwritten::textChanged(int row, int col, const std::string& before) {
-    if (before.empty() || (row == m_row && !m_ownRowToo)) return;
-    const bool known =
-        std::ranges::any_of(m_cells, [&](const Cell& cell) { return cell.row == row && cell.col == col; });
-    if (!known) m_cells.push_back({row, col, before});
+    if (before.empty() || row >= m_rows || (row == m_row && !m_ownRowToo)) return;
+    const std::uint64_t cell = std::uint64_t(row) * sheet::columnCount + std::uint64_t(col);
+    if (m_known.insert(cell).second) m_cells.push_back({row, col, before});
 }
 
-void Overwritten::rowsInserted(int row, int count, sheet::Marks) {
-    for (Cell& cell : m_cells)
-        if (cell.row >= row) cell.row += count;
-}
-
-void Overwritten::tell(desktop::Desktop& desktop) const {
-    const auto changed = [this](const Cell& cell) { return m_grid.Text(cell.row, cell.col) != cell.before; };
-    const auto first = std::ranges::find_if(m_cells, changed);
-    if (first == m_cells.end()) {
-        if (!m_hadRow2 && m_grid.Rows() > 2 && m_grid.Text(2, sheet::Center) == "0" &&
-            !(m_grid.Text(2, sheet::Left) + m_grid.Text(2, sheet::Right)).empty())
-            desktop.status(std::string("Row 2: an offset stands beside Center 0.") + undoHint);
-        return;
-    }
-    const std::string& after = m_grid.Text(first->row, first->col);
-    std::string line = "Row " + std::to_string(first->row) + ": " + nameOf(m_grid, first->col) + " " +
-                       first->before + (after.empty() ? " was emptied" : " became " + after);
-    if (const auto more = std::ranges::count_if(m_cells, changed) - 1; more > 0)
-        line += ", and " + std::to_string(more) + " more";
-    desktop.status(line + "." + undoHint);
+void Overwritten::tell(Notice::Remedy remedy) const {
+    const Grid& grid = m_book.MSFG;
+    for (const auto& [row, col, before] : m_cells)
+        if (grid.Text(row, col) != before) m_book.notices.addChange(grid, row, col, before, remedy);
+    if (m_rows <= 2 && grid.Rows() > 2 && grid.Text(2, sheet::Center) == "0" &&
+        !(grid.Text(2, sheet::Left) + grid.Text(2, sheet::Right)).empty())
+        m_book.notices.add({2, sheet::Center, "an offset stands beside Center 0", remedy, "0"});
 }
 
 } // namespace entry

@@ -1,15 +1,13 @@
 #pragma once
 
-#include "desktop/desktop.h"
 #include "sheet/book.h"
 
+#include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace entry {
-
-/// The end of a line that tells what a key did, as long as Undo takes that key back.
-inline constexpr const char* undoHint = " Ctrl+Z takes it back; Guarded editing keeps it from happening.";
 
 /// True when a letter that makes another row of this one would cost what was keyed: a sight, a level or a
 /// remark. Chainage and offset that Enter laid there do not count.
@@ -24,11 +22,10 @@ class Overwritten final : public sheet::GridListener {
     Overwritten& operator=(const Overwritten&) = delete;
     ~Overwritten() override;
 
-    /// "Row 9: chainage 00-020 became 00-000." and the hint; nothing when all went where one looks.
-    void tell(desktop::Desktop& desktop) const;
+    /// Puts what was lost among the notices.
+    void tell(sheet::Notice::Remedy remedy) const;
 
     void textChanged(int row, int col, const std::string& before) override;
-    void rowsInserted(int row, int count, sheet::Marks) override;
 
   private:
     struct Cell {
@@ -36,11 +33,12 @@ class Overwritten final : public sheet::GridListener {
         std::string before;
     };
 
-    sheet::Grid& m_grid;
+    sheet::Book& m_book;
     int m_row;
     bool m_ownRowToo;
-    bool m_hadRow2; ///< before the key
+    int m_rows; ///< before the key
     std::vector<Cell> m_cells;
+    std::unordered_set<std::uint64_t> m_known;
 };
 
 } // namespace entry

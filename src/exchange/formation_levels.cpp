@@ -9,6 +9,10 @@
 #include "sheet/sight.h"
 #include "tools/chainage.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
 namespace exchange {
 
 using dao::Value;
@@ -102,6 +106,35 @@ void updateRow(const Grid& grid, int row, RoadFile& road) {
     if (point && point->column != sheet::Center) updateSide(grid, row, road, chainage, *point);
 }
 
+/// Which rows beside the centre line had the last word on the long section at their chainage.
+class SideLevels {
+  public:
+    explicit SideLevels(const Grid& grid) : m_grid(grid) {}
+
+    void sent(int row) {
+        const std::string chainage = mdlTools::cleanChainage(m_grid.Text(row, sheet::Chainage));
+        const auto point = sheet::pointAt(m_grid, row, sheet::formationRule);
+        m_rows[chainage] = point && point->column != sheet::Center ? row : 0;
+    }
+    void tell(sheet::Notices& notices) const {
+        std::vector<int> rows;
+        for (const auto& [chainage, row] : m_rows)
+            if (row > 0) rows.push_back(row);
+        std::ranges::sort(rows);
+        for (const int row : rows) {
+            const auto point = sheet::pointAt(m_grid, row, sheet::formationRule);
+            notices.add({row, -1,
+                         "the long section at " + m_grid.Text(row, sheet::Chainage) +
+                             " got the formation level " + m_grid.Text(row, sheet::RLevel) + " of " +
+                             point->side() + ' ' + m_grid.Text(row, point->column)});
+        }
+    }
+
+  private:
+    const Grid& m_grid;
+    std::unordered_map<std::string, int> m_rows; ///< by chainage; 0: a centre's level
+};
+
 /// Opens the road database, works through the rows and closes it again; an error ends the rows, not the
 /// closing. True when every level is in the file.
 template <typename Rows>
@@ -127,16 +160,20 @@ bool sendInto(std::string_view path, desktop::Desktop& desktop, Rows&& rows) {
 
 } // namespace
 
-bool CFrl(const Grid& grid, desktop::Desktop& desktop, ExportFrame& frame) {
+bool CFrl(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+    const Grid& grid = book.MSFG;
+    SideLevels sideLevels(grid);
     const bool sentAll = sendInto(frame.lblProj, desktop, [&](RoadFile& road, int& sent) {
         desktop.showProgress();
         for (int row = 1; row < grid.Rows(); ++row) {
             if (!sheet::isGround(grid, row, sheet::formationRule)) continue;
             sendRow(grid, row, road);
+            sideLevels.sent(row);
             ++sent;
             desktop.setProgress(static_cast<float>(row) * 100 / static_cast<float>(grid.Rows()));
         }
     });
+    sideLevels.tell(book.notices);
     desktop.hideProgress();
     frame.visible = false;
     return sentAll;

@@ -7,8 +7,6 @@
 #include "sheet/sight.h"
 #include "tools/chainage.h"
 
-#include <utility>
-
 namespace exchange {
 
 using sheet::cellValue;
@@ -19,15 +17,16 @@ constexpr sheet::Colour white = sheet::rgb(255, 255, 255);
 
 } // namespace
 
-ReadingWalk::ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect,
+ReadingWalk::ReadingWalk(sheet::Book& book, dao::Recordset& cSect, dao::Recordset& lSect,
                          const ExportFrame& frame, WalkTally& tally)
-    : m_grid(grid),
+    : m_grid(book.MSFG),
+      m_notices(book.notices),
       m_cSect(cSect),
       m_lSect(lSect),
       m_frame(frame),
       m_tally(tally),
       m_row(tally.row),
-      m_walk(grid) {}
+      m_walk(book.MSFG) {}
 
 void ReadingWalk::run(const std::function<void(int rowsDone)>& chainageDone) {
     m_row = 1;
@@ -46,15 +45,9 @@ void ReadingWalk::run(const std::function<void(int rowsDone)>& chainageDone) {
 void ReadingWalk::normaliseChainage() {
     const std::string& chainage = text(sheet::Chainage);
     if (chainage.empty() || chainage == "CP" || chainage.find('-') != std::string::npos) return;
-    const float metres = basic::cSng(basic::val(chainage));
-    std::string text = mdlTools::ChainageText(metres);
-    RewrittenChainages& lost = m_tally.lost;
-    if (metres == 0 && chainage.find_first_not_of("0. ") != std::string::npos && lost.count++ == 0) {
-        lost.row = m_row;
-        lost.before = chainage;
-        lost.after = text;
-    }
-    m_grid.setText(m_row, sheet::Chainage, std::move(text));
+    const std::string before = chainage;
+    m_grid.setText(m_row, sheet::Chainage, mdlTools::ChainageText(basic::cSng(basic::val(before))));
+    m_notices.addChange(m_grid, m_row, sheet::Chainage, before, sheet::Notice::Undo);
 }
 
 bool ReadingWalk::skipped() const {

@@ -3,7 +3,7 @@
 #include "dao/dao.h"
 #include "export_frame.h"
 #include "ground_walk.h"
-#include "sheet/grid.h"
+#include "sheet/book.h"
 
 #include <functional>
 #include <string>
@@ -15,29 +15,22 @@ struct MissingLevel {
     std::string chainage;
 };
 
-/// A chainage that the walk wrote anew in its cell, and how many there are.
-struct RewrittenChainages {
-    int count = 0;
-    int row = 0; ///< the first of them
-    std::string before, after;
-};
-
 /// How far a walk came.
 struct WalkTally {
-    int row = 0;               ///< the row being worked; 0 before and after the walk
-    int records = 0;           ///< readings taken
-    int errors = 0;            ///< rows left out
-    int lowestMarked = 0;      ///< 0 for none
-    RewrittenChainages lost{}; ///< texts that begin with no figure and became kilometre 0
+    int row = 0;          ///< the row being worked; 0 before and after the walk
+    int records = 0;      ///< readings taken
+    int errors = 0;       ///< rows left out
+    int lowestMarked = 0; ///< 0 for none
 };
 
 /// Turns the rows of the book into records: one CSect record for each staff reading, one LSect record for
 /// each centre reading. A row whose point is there already or whose level is missing is coloured in its
-/// chainage cell, counted and left out; a good row becomes white. Cost: one index search a reading.
+/// chainage cell, counted and left out; a good row becomes white. Chainages without "-" are written anew in
+/// their cells, which is among the notices. Cost: one index search a reading.
 class ReadingWalk {
   public:
     /// cSect must stand on its index CSO.
-    ReadingWalk(sheet::Grid& grid, dao::Recordset& cSect, dao::Recordset& lSect, const ExportFrame& frame,
+    ReadingWalk(sheet::Book& book, dao::Recordset& cSect, dao::Recordset& lSect, const ExportFrame& frame,
                 WalkTally& tally);
 
     /// Works all rows from 1 on; `chainageDone` is told the rows done after each chainage. The engine's
@@ -55,6 +48,7 @@ class ReadingWalk {
     [[nodiscard]] const std::string& text(int col) const { return m_grid.Text(m_row, col); }
 
     sheet::Grid& m_grid;
+    sheet::Notices& m_notices;
     dao::Recordset& m_cSect;
     dao::Recordset& m_lSect;
     const ExportFrame& m_frame;

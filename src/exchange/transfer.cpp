@@ -95,21 +95,10 @@ class Transfer {
     void tellRoad(const project::Saved& saved) {
         const std::string road = std::to_string(m_tally.records) +
                                  (m_tally.records == 1 ? " reading" : " readings") + " in " + m_folder + '.';
-        m_desktop.status((saved.whole() ? road : saved.told + ' ' + road) + surprises());
-    }
-
-    /// What the road got as the rules want it, though nobody may have meant it.
-    std::string surprises() const {
-        std::string told;
-        if (const RewrittenChainages& lost = m_tally.lost; lost.count > 0) {
-            told +=
-                " Row " + std::to_string(lost.row) + ": chainage " + lost.before + " became " + lost.after;
-            told += lost.count == 1 ? "." : ", the first of " + std::to_string(lost.count) + '.';
-        }
+        m_desktop.status(saved.whole() ? road : saved.told + ' ' + road);
         if (val(m_frame.txtLW.text) == 0 && val(m_frame.txtRW.text) == 0)
-            told += " The formation width is 0.";
-        if (val(m_frame.txtDDrn.text) == 0) told += " The gutter has no depth.";
-        return told;
+            m_book.notices.add({.text = "The formation width is 0"});
+        if (val(m_frame.txtDDrn.text) == 0) m_book.notices.add({.text = "The gutter has no depth"});
     }
 
     static void emptyTables() {
@@ -149,7 +138,7 @@ class Transfer {
         m_desktop.showProgress();
         m_grid.setVisible(false);
         const auto rows = static_cast<float>(m_grid.Rows());
-        ReadingWalk(m_grid, cSect, *mdlTools::RoadLSect, m_frame, m_tally).run([&](int rowsDone) {
+        ReadingWalk(m_book, cSect, *mdlTools::RoadLSect, m_frame, m_tally).run([&](int rowsDone) {
             m_desktop.setProgress(static_cast<float>(rowsDone) * 100 / rows);
         });
         m_grid.setVisible(true);
@@ -306,7 +295,7 @@ bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& 
 
 TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     if (frame.chkFRL) {
-        const bool sent = CFrl(book.MSFG, desktop, frame);
+        const bool sent = CFrl(book, desktop, frame);
         frame.Enb();
         return sent ? TransferEnd::Sent : TransferEnd::Failed;
     }

@@ -2,6 +2,7 @@
 
 #include "grid.h"
 #include "heading.h"
+#include "notices.h"
 
 #include <array>
 #include <cstdint>
@@ -65,6 +66,7 @@ struct Book {
     std::string AsideCopy;                  ///< and where that copy is
     std::string DefaultFolder = "C:\\Road"; ///< parent of the project folders that the transfer makes
     Heading JobHeading;
+    Notices notices; ///< what commands did beside what was meant
     Settings settings;
     OffsetArray LeftOffsets{};
     OffsetArray RightOffsets{};

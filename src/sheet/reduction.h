@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace sheet {
 
@@ -20,6 +21,12 @@ struct Reduction {
     std::string reason; ///< the error's description
     Running running;    ///< where the run ended
 
+    struct Chainage {
+        int row;
+        std::string before;
+    };
+    std::vector<Chainage> madeLonger{}; ///< those without "-", which are other chainages now
+
     [[nodiscard]] bool stopped() const { return stoppedAt != 0; }
 };
 
@@ -31,8 +38,8 @@ struct Reduction {
 Reduction reduce(Grid& grid, const Running& before = {}, const std::function<void(int row)>& rowDone = {});
 
 /// The command Cal: reduces the book behind a hidden grid with the progress bar shown, and goes on keying
-/// from the last height of instrument. An error is shown in a message box and leaves the grid hidden and the
-/// bar shown.
+/// from the last height of instrument. Chainages that it made others of are among the notices. An error is
+/// shown in a message box and leaves the grid hidden and the bar shown.
 Reduction reduceLevels(Book& book, desktop::Desktop& desktop);
 
 } // namespace sheet

@@ -4,6 +4,7 @@
 #include "frmGrl.h"
 
 #include "entry/clipboard.h"
+#include "entry/overwritten.h"
 
 #include <QAbstractButton>
 #include <QMenu>
@@ -37,7 +38,9 @@ class EditItems final : public WindowPart {
         sheet::Grid& grid = window.book().MSFG;
         if (!grid.Visible()) return;
         window.desktop().setClipboardText(entry::selectedText(grid));
+        const entry::Overwritten watch(window.book(), false);
         entry::emptySelection(grid);
+        watch.tell(sheet::Notice::Undo);
     }
 };
 

@@ -74,6 +74,7 @@ void frmGrl::endStep(const Action& action) {
 }
 
 void frmGrl::takeStepBack() noexcept {
+    m_book.notices.dropUntold();
     try {
         m_journal.takeBack();
     } catch (...) { // NOLINT(bugprone-empty-catch): the book stays as far as it came

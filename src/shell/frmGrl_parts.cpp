@@ -6,6 +6,7 @@
 #include "import_panel.h"
 #include "letters_items.h"
 #include "levels/survey_panes.h"
+#include "notice_line.h"
 #include "print/print_items.h"
 #include "section_panes.h"
 #include "undo_items.h"
@@ -20,7 +21,7 @@ namespace {
 const std::vector<MakePart> partTable{
     &makeEditMenu,     &makeUndoItems,   &makeEditItems,    &makeFindBar,
     &makeGuardedItem,  &makeContextMenu, &makeSectionPanes, &makeSurveyPanes,
-    &makeLettersItems, &makeImportPanel, &makePrintItems,
+    &makeLettersItems, &makeImportPanel, &makePrintItems,   &makeNoticeLine,
 };
 
 } // namespace

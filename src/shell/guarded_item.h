@@ -4,8 +4,7 @@
 
 namespace shell {
 
-/// The switch "Guarded editing" in the menu "Edit", which stays from one start to the next; and how long the
-/// status bar tells what a key cost.
+/// The switch "Guarded editing" in the menu "Edit", which stays from one start to the next.
 std::unique_ptr<WindowPart> makeGuardedItem(frmGrl& window);
 
 } // namespace shell

@@ -182,6 +182,7 @@ void QtDesktop::hideProgress() {
 }
 
 void QtDesktop::status(std::string_view message) {
+    ++m_messages;
     if (!m_status) {
         m_early = fromUtf8(message);
         return;

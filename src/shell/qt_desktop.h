@@ -55,7 +55,8 @@ class QtDesktop final : public desktop::Desktop {
     void setProgress(float percent) override;
     void hideProgress() override;
     void status(std::string_view message) override;
-    [[nodiscard]] QString statusText() const; ///< what the status field says
+    [[nodiscard]] QString statusText() const;                 ///< what the status field says
+    [[nodiscard]] int messages() const { return m_messages; } ///< how many it was given
     void focusGrid() override;
     bool moveToTrash(std::string_view path) override;
     std::chrono::system_clock::time_point now() override { return std::chrono::system_clock::now(); }
@@ -74,6 +75,7 @@ class QtDesktop final : public desktop::Desktop {
     QPointer<QLabel> m_status;
     QPointer<QWidget> m_grid;
     QString m_lastFolder;
+    int m_messages = 0;
     QString m_early; // said before there was a status bar
 };
 

@@ -114,6 +114,15 @@ TEST_F(Entry, FixedOffsetsAreFilledIn) {
           "010,2",
           "9,5 L changed"});
     setOffsets({}, {});
+    book.settings.lstOft = {"R02.50"};
+    start("|00-000,,0", 2, InterSight);
+    for (const char* told :
+         {"Row 3: no offset from the list (R02.50): it is ticked and in use after OK in Settings.", ""}) {
+        book.CurrentSide = 'R';
+        grid.moveTo(2, InterSight);
+        type(U"\n");
+        EXPECT_EQ(book.notices.takeLine().text, told) << "once in a book";
+    }
     book.settings.chkOft = false;
     play({"a final list without offsets opens chainage lines, the second at once", "", 1, RLevel,
           U"100\n1.5\n1\n1\n",

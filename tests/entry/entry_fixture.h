@@ -40,6 +40,7 @@ struct Entry : testing::Test {
         book.CurrentHI = fresh.CurrentHI;
         book.CurrentSide = fresh.CurrentSide;
         book.BookChanged = false;
+        book.notices.bookBegins();
         desktop.boxes.clear();
         desktop.beeps = 0;
         grid.setRows(1);

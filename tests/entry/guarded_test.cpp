@@ -24,7 +24,7 @@ TEST_F(Entry, KeysTellWhatTheyCostAndGuardedOnesCostNothing) {
         {"Enter on an earlier reading", book4, 2, 5, U"\n",
          ",,,,1.5,,,101.500,100|00-000,,0,,,1.2,,,-1.200|CP,,,,0.5,,1.0,101.000,100.500|00-000,,0,,,1.1,,,99."
          "9",
-         "Row 4: chainage 00-010 became 00-000. Ctrl+Z",
+         "Row 4: chainage 00-010 became 00-000.",
          ",,,,1.5,,,101.500,100|00-000,,0,,,1.2,,,100.300|CP,,,,0.5,,1.0,101.000,100.500|00-010,,0,,,1.1,,,"
          "99.9",
          "", "3,5"},
@@ -45,6 +45,8 @@ TEST_F(Entry, KeysTellWhatTheyCostAndGuardedOnesCostNothing) {
         {"a paste clears its neighbours", "|1,2,3|4,5,6|7,8,9", 2, 0, U"\x16", "|1a,b|c,d|,8,9",
          "Row 3: chainage 4 became c, and 3 more.", "|a,b,3|c,d,6|7,8,9", "Row 3: chainage 4 became c, and 1",
          "3,1"},
+        {"+ over a selection", "|,,,,,1|,,,,,2|,,,,,3", 3, 5, U"+", "|,,,,,1.5|,,,,,2.5|,,,,,3",
+         "Row 2: I.S. 1 became 1.5.", "|,,,,,1.5|,,,,,2.5|,,,,,3", "Row 2: I.S.", "3,5"},
         {"a comma", "|1", 2, 0, U",5", "|15", "", "|1.5", "", "2,0"},
     };
     for (const Case& each : cases) {
@@ -52,12 +54,17 @@ TEST_F(Entry, KeysTellWhatTheyCostAndGuardedOnesCostNothing) {
             SCOPED_TRACE(std::string(each.what) + (guarded ? ", guarded" : ""));
             start(each.rows, each.row, each.col);
             desktop.statuses.clear();
+            if (each.keys == U"+") grid.setSelection(2, 5);
+            desktop.inputs = {"0.5"};
             desktop.clipboard = "a\tb\t\rc\td\t\r";
             book.Guarded = guarded;
             type(each.keys);
             const std::string_view told = guarded ? each.guardedTold : each.told;
             EXPECT_EQ(rows(), guarded ? each.guarded : each.after);
-            EXPECT_EQ(desktop.statuses.empty() ? "" : desktop.statuses.back().substr(0, told.size()), told);
+            const std::string notice = book.notices.takeLine().text;
+            const std::string said =
+                notice.empty() && !desktop.statuses.empty() ? desktop.statuses.back() : notice;
+            EXPECT_EQ(said.substr(0, told.size()), told);
             if (guarded) {
                 EXPECT_EQ(std::to_string(grid.Row()) + "," + std::to_string(grid.Col()), each.cursor);
             }

@@ -50,6 +50,8 @@ TEST_F(FormationTest, SendingAddsWhatIsMissingAndMarksWhatWasThere) {
                         "00-000,R,3.15,-,12.2,FF,False|00-010,C,0,-,12.3,FF,False|"
                         "00-020,C,2,-,12,FF,False|00-020,L,1,-,13,FF,False");
     EXPECT_EQ(desktop.statuses.back(), "5 formation levels sent to " + road + ".");
+    EXPECT_EQ(book.notices.takeLine().text,
+              "Row 2: the long section at 00-000 got the formation level 12.200 of R 3.15, and 1 more.");
     EXPECT_THAT(desktop.boxes, SizeIs(0));
     expectCleanDesk();
 

@@ -42,6 +42,7 @@ class RoadTest : public testing::Test {
     }
     exchange::TransferEnd transfer() {
         desktop.boxes.clear();
+        book.notices.bookBegins();
         return exchange::transfer(book, desktop, frame);
     }
 

@@ -306,8 +306,10 @@ TEST_F(TransferTest, GoesByWhatBecameOfTheSave) {
     book.setProjectPath(home / "...grl.grl");
     std::filesystem::copy_file(desktop.folder + "/grl.mdb", home / "...grl.grl");
     EXPECT_EQ(transfer("01 TBM,,0,,,1.1,,,9.5|TBM 7,,0,,,1.1,,,9.5"), TransferEnd::Done);
-    EXPECT_THAT(desktop.statuses.back(),
-                HasSubstr("Row 2: chainage TBM 7 became 00-000. The gutter has no depth."));
+    EXPECT_EQ(book.notices.takeLine().text, "Row 1: chainage 01 TBM became 00-001, and 2 more.");
+    const auto told = book.notices.list(book.MSFG);
+    ASSERT_EQ(told.size(), 3U);
+    EXPECT_EQ(told[1].text + ", " + told[2].text, "chainage TBM 7 became 00-000, The gutter has no depth");
 }
 
 } // namespace

@@ -58,6 +58,7 @@ TEST_F(Reduction, ChainagesBecomeSixCharacters) {
     for (const auto& [keyed, want] : cases)
         EXPECT_EQ(reduced({"", std::string(keyed) + ",,,,,1"}),
                   ",,,,,,,0.000|" + std::string(want) + ",,,,,1,,,-1.000");
+    EXPECT_EQ(book.notices.takeLine().text, "Row 2: chainage 1234 became 123004."); // no other lost its "-"
 }
 
 TEST_F(Reduction, AbsurdReadingStopsWithWhatIsWritten) {

@@ -96,6 +96,41 @@ TEST_F(SurveyPanes, FindingsAreCountedListedAndSetAside) {
     EXPECT_TRUE(shown("lblFindings"));
 }
 
+TEST_F(SurveyPanes, NoticesAreToldBehindWhatTheActionSaysAndListed) {
+    copyTemplates();
+    std::vector<std::string> rows = run;
+    rows[1] = "1250,,0,,,1.4,,,,";
+    rows[3] = "1260,,0,,,1.3,,,,";
+    openWith(rows);
+    const std::string sums = "Sums agree: B.S. 2.900 - F.S. 2.898 = 0.002, level 100.000 to 100.002.";
+    const std::string notice = " Row 2: chainage 1250 became 125000, and 1 more.";
+    moveTo(2, sheet::InterSight);
+    click("cmdCal");
+    EXPECT_EQ(status(), sums + notice + " Ctrl+Z takes it back.");
+    type("5"); // another step
+    EXPECT_EQ(status(), sums + notice);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(status(), sums) << "the user is elsewhere";
+    QTest::keyClick(&window->grid(), Qt::Key_F8);
+    settle();
+    auto& list = control<QTreeWidget>("lstFindings");
+    const auto listed = [&](int fromEnd) {
+        return shell::toUtf8(list.topLevelItem(list.topLevelItemCount() - fromEnd)->text(2));
+    };
+    EXPECT_EQ(listed(3), "What keys and commands did besides");
+    EXPECT_EQ(listed(2) + listed(1), "chainage 1250 became 125000chainage 1260 became 126000");
+    EXPECT_EQ(list.topLevelItemCount(), 5);
+    EXPECT_EQ(said("lblFindings"), "2 findings, F8") << "notices are not counted";
+    moveTo(2, 0);
+    press(Qt::Key_P, Qt::ShiftModifier); // over a key's work: how to be spared it, too
+    EXPECT_EQ(status(), "Row 2: chainage 125000 became CP, and 2 more. Ctrl+Z takes it back; Guarded editing "
+                        "keeps it from happening.");
+    answering({"Yes", folder / "New.grl"}, [&] { click("cmdNew"); });
+    settle();
+    EXPECT_EQ(list.topLevelItemCount(), 0);
+}
+
 TEST_F(SurveyPanes, TheHeadingIsPartOfTheBook) {
     openWith(run);
     window->book().BookChanged = false;

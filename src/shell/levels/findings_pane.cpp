@@ -112,7 +112,7 @@ void FindingsPane::setStaff(double metres) {
     m_staff->setValue(metres);
 }
 
-void FindingsPane::show(const std::vector<Entry>& entries, const std::vector<Notice>& notices) {
+void FindingsPane::show(const std::vector<Entry>& entries, const std::vector<sheet::Notice>& notices) {
     const QTreeWidgetItem* current = m_list->currentItem();
     const QVariant chosenMark = current == nullptr ? QVariant() : current->data(0, markRole);
     const QSignalBlocker quiet(m_list);
@@ -138,13 +138,13 @@ void FindingsPane::show(const std::vector<Entry>& entries, const std::vector<Not
     if (entries.size() > mostShown)
         add(0, {}, text("... and %1 more").arg(entries.size() - mostShown))->setFlags(Qt::ItemIsEnabled);
     if (!notices.empty()) {
-        QTreeWidgetItem* head = add(0, {}, text("Changed elsewhere by keys and pastes"));
+        QTreeWidgetItem* head = add(0, {}, text("What keys and commands did besides"));
         head->setFlags(Qt::ItemIsEnabled);
         QFont bold = head->font(2);
         bold.setBold(true);
         head->setFont(2, bold);
     }
-    for (const Notice& notice : notices)
+    for (const sheet::Notice& notice : notices)
         add(notice.row, text("Notice"), fromUtf8(notice.text));
     m_list->addTopLevelItems(items);
     for (QTreeWidgetItem* item : items)
@@ -152,7 +152,7 @@ void FindingsPane::show(const std::vector<Entry>& entries, const std::vector<Not
     for (int column = 0; column < 2; ++column)
         m_list->resizeColumnToContents(column);
     m_list->setUpdatesEnabled(true);
-    m_none->setVisible(items.isEmpty());
+    m_none->setVisible(entries.empty());
 }
 
 void FindingsPane::goToCurrent() {

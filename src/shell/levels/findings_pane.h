@@ -1,11 +1,11 @@
 #pragma once
 
+#include "sheet/notices.h"
 #include "survey/finding.h"
 
 #include <QWidget>
 
 #include <functional>
-#include <string>
 #include <vector>
 
 class QCheckBox;
@@ -15,15 +15,10 @@ class QTreeWidget;
 
 namespace shell {
 
-/// The list of what looks wrong in the book, and below it, under a heading of its own, what keys changed
-/// elsewhere.
+/// The list of what looks wrong in the book, and below it, under a heading of its own, the notices: what keys
+/// and commands did that nobody may have meant.
 class FindingsPane final : public QWidget {
   public:
-    struct Notice {
-        int row;
-        std::string text;
-    };
-
     FindingsPane();
 
     std::function<void(int row)> chosen;
@@ -39,7 +34,7 @@ class FindingsPane final : public QWidget {
         bool aside = false;
     };
     /// Fills the list; the entry that was chosen stays so where it is still there.
-    void show(const std::vector<Entry>& entries, const std::vector<Notice>& notices);
+    void show(const std::vector<Entry>& entries, const std::vector<sheet::Notice>& notices);
 
   private:
     void goToCurrent();

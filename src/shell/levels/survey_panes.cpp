@@ -217,9 +217,11 @@ class SurveyPanes final : public WindowPart {
         }
         if (m_findings.version() != m_listed)
             showFindings();
-        else if (!m_list->isHidden() && !m_shown)
+        else if (!m_list->isHidden() && (!m_shown || notices() != m_listedNotices))
             showFindings();
     }
+
+    [[nodiscard]] std::vector<sheet::Notice> notices() const { return m_window.book().notices.list(grid()); }
 
     void showFindings() {
         m_listed = m_findings.version();
@@ -232,7 +234,7 @@ class SurveyPanes final : public WindowPart {
             if (!aside || m_findingsPane->showsAside()) entries.push_back({each, aside});
         }
         m_shown = !m_list->isHidden();
-        if (m_shown) m_findingsPane->show(entries, {});
+        if (m_shown) m_findingsPane->show(entries, m_listedNotices = notices());
         const QString said = count == 0   ? QString()
                              : count == 1 ? text("1 finding, F8")
                                           : text("%1 findings, F8").arg(count);
@@ -258,6 +260,7 @@ class SurveyPanes final : public WindowPart {
     std::set<std::uint64_t> m_aside;
     std::size_t m_listed = 0; ///< version of the findings that the status bar counts
     bool m_shown = false;     ///< and that the open pane shows
+    std::vector<sheet::Notice> m_listedNotices;
 };
 
 } // namespace
