@@ -1,6 +1,7 @@
 #include "book_file.h"
 
 #include "book_csv.h"
+#include "exit_status.h"
 #include "stream_desktop.h"
 
 #include "basic/files.h"
@@ -14,18 +15,28 @@
 
 namespace cli {
 
+bool openProject(sheet::Book& book, StreamDesktop& desktop, const std::string& path) {
+    desktop.setAbout(path);
+    const bool opened = project::openPath(book, desktop, path);
+    desktop.setAbout({});
+    return opened;
+}
+
+std::string textOf(const std::string& path, std::istream& in) {
+    if (path != "-") return basic::readFile(path);
+    return basic::toUtf8(std::string(std::istreambuf_iterator<char>(in), {}));
+}
+
 bool loadBook(sheet::Book& book, const std::string& path, std::istream& in, std::ostream& err) {
     if (basic::lower(path).ends_with(".grl")) {
         StreamDesktop desktop(err);
-        return project::openPath(book, desktop, path);
+        return openProject(book, desktop, path);
     }
     try {
-        readBook(book.MSFG, path == "-" ? basic::toUtf8(std::string(std::istreambuf_iterator<char>(in), {}))
-                                        : basic::readFile(path));
+        readBook(book.MSFG, textOf(path, in));
         return true;
     } catch (const basic::RuntimeError& error) {
-        err << "zavrogrl-cli: " << path << ": " << error.description() << '\n';
-        return false;
+        return fail(err, path, error) == Done;
     }
 }
 

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "exit_status.h"
+
 #include <iosfwd>
 #include <string>
 
 namespace cli {
-
-/// Exit status of every command.
-enum ExitStatus : int { Done = 0, Failed = 1, WrongUsage = 2 };
 
 struct CalOptions {
     std::string in;  ///< a path; "-" is standard input

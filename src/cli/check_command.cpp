@@ -42,7 +42,7 @@ ExitStatus check(const CheckOptions& options, std::istream& in, std::ostream& ou
     }
     const bool errors =
         std::ranges::any_of(all, [](const Finding& each) { return each.kind == survey::FindingKind::Error; });
-    return errors || !out.flush() ? Failed : Done;
+    return flushed(out, err, errors ? Failed : Done);
 }
 
 } // namespace cli

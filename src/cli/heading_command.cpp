@@ -25,9 +25,8 @@ ExitStatus heading(const HeadingOptions& options, std::ostream& out, std::ostrea
             return WrongUsage;
         }
         if (basic::length(text.substr(sign + 1)) > Heading::longest) {
-            err << "zavrogrl-cli: " << Heading::keys[*key] << ": longer than " << Heading::longest
-                << " characters\n";
-            return Failed;
+            return fail(err, Heading::keys[*key],
+                        "longer than " + std::to_string(Heading::longest) + " characters");
         }
         changes.emplace_back(*key, text.substr(sign + 1));
     }
@@ -38,18 +37,15 @@ ExitStatus heading(const HeadingOptions& options, std::ostream& out, std::ostrea
         if (!changes.empty()) {
             for (const auto& [key, text] : changes)
                 all.setText(key, text);
-            if (!project::writeHeading(database, all)) {
-                err << "zavrogrl-cli: " << options.book << ": its table Job is not one of this program\n";
-                return Failed;
-            }
+            if (!project::writeHeading(database, all))
+                return fail(err, options.book, "its table Job is not one of this program");
             database.Close();
         }
         for (std::size_t key = 0; key < Heading::keys.size(); ++key)
             if (!all.text(key).empty()) out << Heading::keys[key] << '=' << all.text(key) << '\n';
-        return out.flush() ? Done : Failed;
+        return flushed(out, err);
     } catch (const basic::RuntimeError& error) {
-        err << "zavrogrl-cli: " << options.book << ": " << error.description() << '\n';
-        return Failed;
+        return fail(err, options.book, error);
     }
 }
 

@@ -74,9 +74,9 @@ class Import {
             const std::string bytes = basic::readFile(path, sampleBytes);
             return exchange::isLevelFile(bytes) ? takeLevels() : takeTable();
         } catch (const basic::RuntimeError& error) {
-            return fail(error.description());
+            return fail(m_err, m_options.file, error);
         } catch (const tables::Unreadable& error) {
-            return fail(error.what());
+            return fail(m_err, m_options.file, error.what());
         } catch (const Misuse& misuse) {
             m_err << "zavrogrl-cli: " << misuse.text << '\n';
             return WrongUsage;
@@ -84,11 +84,6 @@ class Import {
     }
 
   private:
-    ExitStatus fail(std::string_view what) {
-        m_err << "zavrogrl-cli: " << m_options.file << ": " << what << '\n';
-        return Failed;
-    }
-
     tables::Table readTable(const std::optional<std::string>& sheet) {
         tables::ReadOptions options;
         options.sheet = sheet;
@@ -128,7 +123,7 @@ class Import {
                       << inQuotes(layout.headings[column]) << ": " << exchange::wordOf(layout.columns[column])
                       << '\n';
         }
-        return m_out.flush() ? Done : Failed;
+        return flushed(m_out, m_err);
     }
 
     ExitStatus takeLevels() {
@@ -186,7 +181,7 @@ class Import {
                 for (const std::string& text : *texts)
                     m_out << "   " << text << '\n';
         }
-        return m_out.flush() ? Done : Failed;
+        return flushed(m_out, m_err);
     }
 
     ExitStatus write(const std::vector<exchange::BookRow>& rows) {
@@ -195,7 +190,7 @@ class Import {
         if (exchange::importRows(book, desktop, rows, exchange::ImportPlace::Replace) !=
             project::Outcome::Done)
             return Failed;
-        if (m_options.out == "-") return (m_out << writeBook(book.MSFG)).flush() ? Done : Failed;
+        if (m_options.out == "-") return flushed(m_out << writeBook(book.MSFG), m_err);
         if (!basic::lower(m_options.out).ends_with(".grl")) {
             basic::writeFile(m_options.out, writeBook(book.MSFG));
             return Done;

@@ -1,5 +1,7 @@
 #include "jet_command.h"
 
+#include "book_file.h"
+
 #include "basic/files.h"
 #include "basic/runtime_error.h"
 
@@ -8,8 +10,6 @@
 #include "jet/error.h"
 #include "jet/schema_text.h"
 
-#include <istream>
-#include <iterator>
 #include <ostream>
 
 namespace cli {
@@ -26,12 +26,20 @@ ExitStatus guarded(const JetOptions& options, std::ostream& err, Command command
         return command();
     } catch (const jet::Error& error) {
         const bool missing = error.kind() == jet::ErrorKind::WrongPassword && options.password.empty();
-        err << "zavrogrl-cli: " << options.file << ": "
-            << (missing ? "the file has a password; --password is missing" : error.text()) << '\n';
+        return fail(err, options.file,
+                    missing ? "the file has a password; --password is missing" : error.text());
     } catch (const basic::RuntimeError& error) {
-        err << "zavrogrl-cli: " << options.file << ": " << error.description() << '\n';
+        return fail(err, options.file, error);
     }
-    return Failed;
+}
+
+jet::Schema schemaAt(const std::string& path, std::istream& in) {
+    const std::string text = textOf(path, in);
+    try {
+        return jet::parseSchema(text);
+    } catch (const jet::Error& error) {
+        throw basic::RuntimeError(basic::InvalidProcedureCall, error.text(), path);
+    }
 }
 
 jet::Database openToRead(const JetOptions& options) {
@@ -48,8 +56,7 @@ ExitStatus jetSchema(const JetOptions& options, std::ostream& out, std::ostream&
             const std::string name = database.table(options.table).name();
             std::erase_if(schema.tables, [&](const jet::TableDesign& table) { return table.name != name; });
         }
-        out << jet::schemaText(schema) << std::flush;
-        return out ? Done : Failed;
+        return flushed(out << jet::schemaText(schema), err);
     });
 }
 
@@ -67,8 +74,7 @@ ExitStatus jetDump(const JetOptions& options, std::ostream& out, std::ostream& e
                 dumpTable(database.table(name), options.form, out);
             }
         }
-        out.flush();
-        return out ? Done : Failed;
+        return flushed(out, err);
     });
 }
 
@@ -82,16 +88,13 @@ ExitStatus jetCheck(const JetOptions& options, std::ostream& out, std::ostream& 
             out << fault << '\n';
         for (const std::string& note : notes)
             out << "note: " << note << '\n';
-        out.flush();
-        return faults.empty() ? Done : Failed;
+        return flushed(out, err, faults.empty() ? Done : Failed);
     });
 }
 
 ExitStatus jetCreate(const JetOptions& options, std::istream& in, std::ostream& err) {
     return guarded(options, err, [&] {
-        const std::string text = options.schema == "-" ? std::string(std::istreambuf_iterator<char>(in), {})
-                                                       : basic::readFile(options.schema);
-        const jet::Schema schema = jet::parseSchema(text);
+        const jet::Schema schema = schemaAt(options.schema, in);
         jet::CreateOptions create;
         create.password = options.password.empty() ? schema.password : options.password;
         jet::Database database = jet::Database::create(basic::nativePath(options.file), create);

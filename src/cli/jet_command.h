@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cal.h"
+#include "exit_status.h"
 #include "table_dump.h"
 
 #include <iosfwd>
@@ -10,9 +10,9 @@ namespace cli {
 
 struct JetOptions {
     std::string file;
-    std::string table; ///< empty = all user tables
-    std::string password;
-    std::string schema; ///< of jetCreate: path of a text schema; "-" is standard input
+    std::string table{}; ///< empty = all user tables
+    std::string password{};
+    std::string schema{}; ///< of jetCreate: path of a text schema; "-" is standard input
     DumpForm form = DumpForm::Csv;
     bool strict = false; ///< of jetCheck
 };

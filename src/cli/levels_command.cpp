@@ -174,13 +174,12 @@ ExitStatus levels(const LevelsOptions& options, std::istream& in, std::ostream& 
         try {
             basic::writeFile(options.csv, rowsCsv(grid, runs, options.riseAndFall));
         } catch (const basic::RuntimeError& error) {
-            err << "zavrogrl-cli: " << options.csv << ": " << error.description() << '\n';
-            return Failed;
+            return fail(err, options.csv, error);
         }
     }
     const bool fails = std::ranges::any_of(
         sections, [](const RunSection& section) { return section.verdict == Verdict::Fails; });
-    return fails || runs.stoppedAt() > 0 || !out.flush() ? Failed : Done;
+    return flushed(out, err, fails || runs.stoppedAt() > 0 ? Failed : Done);
 }
 
 } // namespace cli

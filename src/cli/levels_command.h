@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cal.h"
+#include "exit_status.h"
 
 #include "survey/runs.h"
 
@@ -11,12 +11,12 @@
 namespace cli {
 
 struct LevelsOptions {
-    std::string book;             ///< a project, a book in CSV form, or "-"
-    survey::Closing closing;      ///< without lengths
-    std::optional<double> length; ///< km, for a book of one section
+    std::string book;               ///< a project, a book in CSV form, or "-"
+    survey::Closing closing{};      ///< without lengths
+    std::optional<double> length{}; ///< km, for a book of one section
     bool riseAndFall = false;
     bool json = false;
-    std::string csv; ///< where the levels of the rows go; empty: nowhere
+    std::string csv{}; ///< where the levels of the rows go; empty: nowhere
 };
 
 /// "ROW=LEVEL", as a known level is given for a row. Nothing for any other text.

@@ -7,6 +7,7 @@
 #include "transfer_command.h"
 
 #include "basic/strings.h"
+#include "files/folder.h"
 
 #include <CLI/CLI.hpp>
 
@@ -123,6 +124,8 @@ int main(int argc, char** argv) {
     cli::addSectionCommands(app, status);
     try {
         app.parse(argc, argv);
+        for (const std::string& warning : files::takeWarnings()) // beside a success
+            std::cerr << "zavrogrl-cli: " << warning << '\n';
         return status;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? cli::Done : cli::WrongUsage;

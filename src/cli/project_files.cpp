@@ -1,6 +1,7 @@
 #include "project_files.h"
 
 #include "book_csv.h"
+#include "book_file.h"
 #include "stream_desktop.h"
 
 #include "exchange/csv_export.h"
@@ -14,24 +15,13 @@
 
 #include "basic/files.h"
 
-#include <istream>
-#include <iterator>
 #include <ostream>
 
 namespace cli {
-namespace {
-
-ExitStatus failed(std::ostream& err, const std::string& path, const basic::RuntimeError& error) {
-    err << "zavrogrl-cli: " << path << ": " << error.description() << '\n';
-    return Failed;
-}
-
-} // namespace
-
 ExitStatus calProject(const std::string& path, std::ostream& err) {
     StreamDesktop desktop(err);
     sheet::Book book;
-    if (!project::openPath(book, desktop, path)) return Failed;
+    if (!openProject(book, desktop, path)) return Failed;
     if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
     if (!project::rewriteProject(book, desktop).whole()) return Failed;
     desktop.status(sheet::describe(sheet::checkArithmetic(book.MSFG)));
@@ -43,16 +33,16 @@ ExitStatus exportProject(const std::string& path, const std::string& out, std::o
                          std::ostream& err) {
     StreamDesktop desktop(err);
     sheet::Book book;
-    if (!project::openPath(book, desktop, path)) return Failed;
+    if (!openProject(book, desktop, path)) return Failed;
     try {
         const std::string csv = exchange::csvText(book.MSFG);
         if (out != "-")
             basic::writeFile(out.empty() ? path.substr(0, path.size() - 3) + "csv" : out, csv);
-        else if (!(standardOut << csv).flush())
-            throw basic::RuntimeError(basic::DeviceIoError);
+        else
+            return flushed(standardOut << csv, err);
         return Done;
     } catch (const basic::RuntimeError& error) {
-        return failed(err, out.empty() || out == "-" ? path : out, error);
+        return fail(err, path, error);
     }
 }
 
@@ -60,15 +50,14 @@ ExitStatus newProject(const std::string& path, const std::string& from, std::ist
     StreamDesktop desktop(err);
     sheet::Book book;
     try {
-        readBook(book.MSFG, from == "-" ? basic::toUtf8(std::string(std::istreambuf_iterator<char>(in), {}))
-                                        : basic::readFile(from));
+        readBook(book.MSFG, textOf(from, in));
     } catch (const basic::RuntimeError& error) {
-        return failed(err, from, error);
+        return fail(err, from, error);
     }
     if (book.MSFG.Rows() - 1 > project::mostRows) {
-        err << "zavrogrl-cli: " << from << ": " << book.MSFG.Rows() - 1 << " rows; a book takes "
-            << project::mostRows << " at most\n";
-        return Failed;
+        return fail(err, from,
+                    std::to_string(book.MSFG.Rows() - 1) + " rows; a book takes " +
+                        std::to_string(project::mostRows) + " at most");
     }
     desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));
     return project::makeProject(book, desktop, path).whole() ? Done : Failed;

@@ -51,10 +51,7 @@ ExitStatus printSections(const std::string& book, bool json, std::istream& in, s
         if (json) divider = ",\n";
     }
     if (json) out << (sections.points().empty() ? "[]\n" : "\n]\n");
-    if (!out.flush()) {
-        err << "zavrogrl-cli: the output cannot be written\n";
-        return Failed;
-    }
+    if (flushed(out, err) != Done) return Failed;
     if (sections.rowsWithoutLevel() == 0) return Done;
     err << "zavrogrl-cli: Cal first: " << sections.rowsWithoutLevel() << " readings have no level\n";
     return sections.points().empty() ? Failed : Done;

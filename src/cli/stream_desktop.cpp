@@ -7,6 +7,7 @@
 namespace cli {
 
 desktop::Answer StreamDesktop::messageBox(std::string_view text, desktop::Buttons buttons, std::string_view) {
+    if (!m_about.empty()) m_messages << "zavrogrl-cli: " << m_about << ": ";
     m_messages << text << '\n';
     if (buttons == desktop::Buttons::Ok) return desktop::Answer::Ok;
     if (m_agree) return desktop::Answer::Yes;

@@ -13,6 +13,9 @@ class StreamDesktop : public desktop::Desktop {
     explicit StreamDesktop(std::ostream& messages, bool agree = false)
         : m_messages(messages), m_agree(agree) {}
 
+    /// Message boxes name `path` from here on; not when it is empty.
+    void setAbout(std::string path) { m_about = std::move(path); }
+
     desktop::Answer messageBox(std::string_view text, desktop::Buttons buttons,
                                std::string_view title) override;
     std::string inputBox(std::string_view prompt, std::string_view title, std::string_view initial) override;
@@ -32,6 +35,7 @@ class StreamDesktop : public desktop::Desktop {
   private:
     std::ostream& m_messages;
     bool m_agree;
+    std::string m_about;
 };
 
 } // namespace cli

@@ -1,11 +1,11 @@
 #include "transfer_command.h"
 
+#include "book_file.h"
 #include "stream_desktop.h"
 
 #include "exchange/formation_levels.h"
 #include "exchange/marked_rows.h"
 #include "exchange/transfer.h"
-#include "project/load.h"
 #include "project/program_folder.h"
 #include "tools/road_tables.h"
 
@@ -57,8 +57,7 @@ bool makeParent(const std::string& folder, std::ostream& err) {
         if (!basic::folderExists(folder)) basic::makeFolder(folder);
         return true;
     } catch (const basic::RuntimeError& error) {
-        err << "zavrogrl-cli: " << folder << ": " << error.description() << '\n';
-        return false;
+        return fail(err, folder, error) == Done;
     }
 }
 
@@ -98,7 +97,7 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     sheet::Book book;
     book.DefaultFolder = options.folder;
     ExportFrame frame;
-    if (!project::openPath(book, desktop, options.book) || !fillFrame(frame, desktop, options)) return Failed;
+    if (!openProject(book, desktop, options.book) || !fillFrame(frame, desktop, options)) return Failed;
     if (!exchange::showExportFrame(book, desktop, frame)) {
         desktop.sayStatuses(book);
         return Failed;

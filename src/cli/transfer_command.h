@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cal.h"
+#include "exit_status.h"
 
 #include "exchange/export_frame.h"
 

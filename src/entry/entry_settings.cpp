@@ -168,7 +168,7 @@ void readSettings(sheet::Settings& settings, desktop::Desktop& desktop) {
             readLine(settings, line);
         }
     } catch (const basic::RuntimeError& error) {
-        desktop.status(number == 0 ? std::string(settingsFileName) + ": " + error.description()
+        desktop.status(number == 0 ? std::string(settingsFileName) + ": " + error.told()
                                    : std::string(settingsFileName) + ": line " + std::to_string(number) +
                                          " does not fit; the settings from there on were not read");
     }

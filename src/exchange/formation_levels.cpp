@@ -146,14 +146,14 @@ bool sendInto(std::string_view path, desktop::Desktop& desktop, Rows&& rows) {
         try {
             rows(road, sent);
         } catch (const basic::RuntimeError& error) {
-            failure = ", then: " + error.description();
+            failure = ", then: " + error.told();
         }
         road.database.Close();
         desktop.status(std::to_string(sent) + (sent == 1 ? " formation level" : " formation levels") +
                        " sent to " + std::string(path) + (failure.empty() ? "." : failure));
         return failure.empty();
     } catch (const basic::RuntimeError& error) {
-        desktop.status("No formation levels sent: " + error.description());
+        desktop.status("No formation levels sent: " + error.told());
         return false;
     }
 }

@@ -48,7 +48,7 @@ SectionExport exportSections(survey::Sections& sections, const SectionExporter& 
         basic::writeFile(path, exporter.write(ground));
     } catch (const basic::RuntimeError& error) {
         sent.outcome = SectionsSent::NotWritten;
-        sent.reason = error.description();
+        sent.reason = error.told(path);
     }
     return sent;
 }

@@ -221,12 +221,15 @@ class Transfer {
                                             : " have some data Missing CHECK IT!!!"));
             m_desktop.focusGrid();
         } else {
-            m_desktop.messageBox(error.description());
+            m_desktop.messageBox(error.shown());
         }
         m_copy.remove();
         cancelExport(m_desktop, m_frame);
         if (walking) tellMarkedRow(m_grid, m_desktop);
-        if (!m_folder.empty()) m_desktop.status(m_folder + " is not complete: " + error.description());
+        if (!m_folder.empty())
+            m_desktop.status(m_folder + " is not complete: " + error.told());
+        else if (!error.path().empty())
+            m_desktop.status("No road was made: " + error.told());
     }
 
     void stopAtMissingLevel(const MissingLevel& reading) {

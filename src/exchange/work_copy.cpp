@@ -43,7 +43,7 @@ bool WorkCopy::placeAs(const std::string& path) const {
         return true;
     } catch (const files::Error& error) {
         if (error.code() == EEXIST) return false;
-        basic::raiseFileError(basic::FileAction::Copy, error.code());
+        basic::raiseFileError(basic::FileAction::Copy, error.code(), path);
     }
 }
 

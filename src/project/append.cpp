@@ -26,7 +26,7 @@ Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop) {
         report.add(reader.note());
         return Outcome::Done;
     } catch (const basic::RuntimeError& error) {
-        desktop.messageBox(error.description());
+        desktop.messageBox(error.shown());
         return Outcome::Failed;
     }
 }

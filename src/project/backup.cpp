@@ -11,12 +11,17 @@ namespace {
 
 /// The name `to` becomes a copy of `path` as private as that is, whatever stood there.
 void keepCopy(const std::string& path, const std::string& to) {
-    basic::during(basic::FileAction::Copy, [&] {
-        const files::OpenFile version(basic::nativePath(path), files::OpenFor::Reading);
-        files::Replacement copy(basic::nativePath(to), version);
-        copy.copy(version);
-        copy.commit();
+    const files::OpenFile version = basic::during(basic::FileAction::Copy, [&] {
+        return files::OpenFile(basic::nativePath(path), files::OpenFor::Reading);
     });
+    basic::during(
+        basic::FileAction::Copy,
+        [&] {
+            files::Replacement copy(basic::nativePath(to), version);
+            copy.copy(version);
+            copy.commit();
+        },
+        to);
 }
 
 /// A name for another writer's version that no later save takes again.

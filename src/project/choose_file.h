@@ -26,7 +26,7 @@ void makeProjectFile(desktop::Desktop& desktop, Report& report, const std::strin
         make();
     } catch (const basic::RuntimeError& error) {
         NewFile(desktop, path + "aa").commit(desktop);
-        report.add(path + " could not be made (" + error.description() + "); an empty project was made as " +
+        report.add(path + " could not be made (" + error.told(path) + "); an empty project was made as " +
                    path + "aa.");
     }
 }

@@ -146,15 +146,18 @@ std::optional<BookCopy> parseCopy(std::string_view content) {
 }
 
 LockedFile LockedFile::write(const std::string& path, const std::function<void(const Sink& sink)>& content) {
-    return basic::during(basic::FileAction::OpenForOutput, [&] {
-        files::Replacement next(path, files::Target::Name, files::Rights::OwnerOnly);
-        content([&next](std::string_view part) { next.write(part); });
-        next.commit();
-        LockedFile file;
-        file.m_file = next.takeFile();
-        file.m_lock = next.takeLock();
-        return file;
-    });
+    return basic::during(
+        basic::FileAction::OpenForOutput,
+        [&] {
+            files::Replacement next(path, files::Target::Name, files::Rights::OwnerOnly);
+            content([&next](std::string_view part) { next.write(part); });
+            next.commit();
+            LockedFile file;
+            file.m_file = next.takeFile();
+            file.m_lock = next.takeLock();
+            return file;
+        },
+        path);
 }
 
 LockedFile LockedFile::lock(const std::string& path) {

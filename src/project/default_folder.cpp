@@ -37,7 +37,7 @@ void readDefaultFolder(sheet::Book& book, desktop::Desktop& desktop) {
     try {
         book.DefaultFolder = readFolder(file);
     } catch (const basic::RuntimeError& error) {
-        desktop.status("The default folder was not read: " + error.description());
+        desktop.status("The default folder was not read: " + error.told());
     }
 }
 
@@ -62,7 +62,7 @@ void chooseDefaultFolder(sheet::Book& book, desktop::Desktop& desktop, std::stri
     try {
         basic::writeLines(settingFile(desktop), {prefix + book.DefaultFolder});
     } catch (const basic::RuntimeError& error) {
-        desktop.status("The default folder holds for this run only: " + error.description());
+        desktop.status("The default folder holds for this run only: " + error.told());
     }
 }
 

@@ -4,6 +4,7 @@
 #include "basic/strings.h"
 #include "project_file.h"
 
+#include <cerrno>
 #include <optional>
 
 namespace project {
@@ -25,7 +26,7 @@ files::Replacement copyOfTemplate(desktop::Desktop& desktop, std::string_view ta
     const std::optional<files::Status> there =
         basic::during(basic::FileAction::Copy, [&] { return files::statusOf(basic::nativePath(target)); });
     if (there && there->kind != files::Status::Kind::Plain)
-        throw basic::RuntimeError(basic::PathFileAccessError);
+        basic::raiseFileError(basic::FileAction::OpenForOutput, EISDIR, std::string(target));
     return basic::readyCopy(desktop::programFile(desktop, templateName), target);
 }
 
@@ -44,7 +45,9 @@ NewFile::NewFile(desktop::Desktop& desktop, std::string_view target)
     : m_file(copyOfTemplate(desktop, target)) {}
 
 bool NewFile::commit(desktop::Desktop& desktop) {
-    basic::during(basic::FileAction::Copy, [&] { m_file.finish(); }); // ready before the other one goes
+    basic::during(
+        basic::FileAction::Copy, [&] { m_file.finish(); },
+        m_file.target()); // ready before the other one goes
     const bool trashed = basic::fileExists(m_file.target()) && desktop.moveToTrash(m_file.target());
     basic::place(m_file);
     return trashed;

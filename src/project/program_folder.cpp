@@ -71,7 +71,7 @@ std::string prepareProgramFolder(std::string_view folder, std::string_view shipp
             layIn(std::string(folder), std::string(shipped));
         });
     } catch (const basic::RuntimeError& error) {
-        return error.description();
+        return error.told();
     }
     return {};
 }

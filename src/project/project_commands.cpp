@@ -78,7 +78,8 @@ Outcome newProject(sheet::Book& book, desktop::Desktop& desktop) {
             if (NewFile(desktop, path).commit(desktop)) report.add(trashedNote);
         });
     } catch (const basic::RuntimeError& error) {
-        desktop.messageBox(error.description());
+        desktop.messageBox(error.shown());
+        report.add(asSentence(path + " was not made: " + error.told(path)));
         return Outcome::Failed;
     }
     if (dropsUnsaved) report.add(setAsideNote);

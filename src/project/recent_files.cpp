@@ -47,7 +47,7 @@ void mNu(sheet::Book& book, desktop::Desktop& desktop) {
         for (std::size_t k = 0; k < entries.size(); ++k)
             if (!entries[k].empty()) book.mnuX[k] = std::move(entries[k]);
     } catch (const basic::RuntimeError& error) {
-        desktop.status("The list of recent projects was not read: " + error.description());
+        desktop.status("The list of recent projects was not read: " + error.told());
     }
 }
 

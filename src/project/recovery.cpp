@@ -71,8 +71,8 @@ LockedFile writeLocked(const std::string& path, const sheet::Book& book, system_
     return LockedFile::write(path, [&](const Sink& sink) { writeCopy(book, when, sink); });
 }
 
-std::string noCopy(const std::exception& error) {
-    return asSentence(std::string("No copy of the unsaved book could be kept: ") + error.what());
+std::string noCopy(std::string_view why) {
+    return asSentence("No copy of the unsaved book could be kept: " + std::string(why));
 }
 
 /// "An unsaved book "road.grl" of 2026-11-23 09:36 with 57 rows was found. Open it?"
@@ -100,7 +100,7 @@ Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
     try {
         writeLocked(path, book, desktop.now());
     } catch (const basic::RuntimeError& error) {
-        return {{}, noCopy(error)};
+        return {{}, noCopy(error.told())};
     }
     book.AsideMark = mark;
     book.AsideCopy = path;
@@ -112,8 +112,10 @@ std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
     try {
         writeLocked(newCopyPath(desktop), book, desktop.now());
         return setAsideNote;
+    } catch (const basic::RuntimeError& error) {
+        return noCopy(error.told());
     } catch (const std::exception& error) {
-        return noCopy(error);
+        return noCopy(error.what());
     }
 }
 
@@ -165,7 +167,7 @@ void Recovery::write(std::uint64_t mark) {
         m_mark = mark;
         m_failureTold = false;
     } catch (const basic::RuntimeError& error) {
-        if (!m_failureTold) m_desktop.status(noCopy(error));
+        if (!m_failureTold) m_desktop.status(noCopy(error.told()));
         m_failureTold = true;
     }
 }

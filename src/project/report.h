@@ -3,8 +3,6 @@
 #include "basic/runtime_error.h"
 #include "desktop/desktop.h"
 
-#include "files/folder.h"
-
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,8 +22,6 @@ class Report {
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
     ~Report() {
-        for (const std::string& warning : files::takeWarnings())
-            add(warning);
         if (!m_text.empty()) m_desktop.status(m_text);
     }
 
@@ -47,8 +43,8 @@ class Report {
             step();
             return {};
         } catch (const basic::RuntimeError& error) {
-            add(asSentence(std::string(failure) + ": " + error.description()));
-            return error.description();
+            add(asSentence(std::string(failure) + ": " + error.told()));
+            return error.told();
         }
     }
     [[nodiscard]] const std::string& text() const { return m_text; }

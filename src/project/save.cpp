@@ -39,8 +39,8 @@ Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, st
         if (file && file->commit(desktop)) report.add(trashedNote);
     } catch (const basic::RuntimeError& error) {
         if (basic::fileExists(path)) report.addFirst(path + " is as it was.");
-        report.addFirst(asSentence(std::string(notSaved) + ": " + error.description()));
-        return notWritten(error.description());
+        report.addFirst(asSentence(std::string(notSaved) + ": " + error.told()));
+        return notWritten(error.told());
     }
     book.FileMark = fileMark(path);
     if (refused.heading) {
@@ -92,19 +92,19 @@ Saved saveFirst(sheet::Book& book, desktop::Desktop& desktop, Report& report, bo
     try {
         makeProjectFile(desktop, report, path, [&] { file.emplace(desktop, path); });
     } catch (const basic::RuntimeError& error) {
-        desktop.messageBox(error.description());
+        desktop.messageBox(error.shown());
         listed = error.number() == basic::PermissionDenied;
         if (listed) { // on with the steps of a book that has a name
             const Saved saved = writeOver(book, desktop, report);
             if (saved.written()) return saved;
         }
         report.clear();
-        report.add(asSentence(std::string(notSaved) + ": " + path + ": " + error.description()));
-        if (listed) return notWritten(error.description());
+        report.add(asSentence(std::string(notSaved) + ": " + path + ": " + error.told(path)));
+        if (listed) return notWritten(error.told());
         book.MSFG.setCellBackColor(failedSave);
         desktop.hideProgress();
         if (book.MSFG.Visible()) desktop.focusGrid();
-        return notWritten(error.description());
+        return notWritten(error.told());
     }
     listed = true;
     book.CurrentFile = path;
@@ -140,9 +140,9 @@ Saved saveProjectAs(sheet::Book& book, desktop::Desktop& desktop) {
     try {
         makeProjectFile(desktop, report, path, [&] { file.emplace(desktop, path); });
     } catch (const basic::RuntimeError& error) {
-        desktop.messageBox(error.description());
-        report.addFirst(asSentence(std::string(notSaved) + ": " + path + ": " + error.description()));
-        return told(notWritten(error.description()), report);
+        desktop.messageBox(error.shown());
+        report.addFirst(asSentence(std::string(notSaved) + ": " + path + ": " + error.told(path)));
+        return told(notWritten(error.told()), report);
     }
     book.setProjectPath(path);
     book.FileMark.clear();

@@ -98,7 +98,7 @@ void frmDorvan::Form_Load() {
     try {
         m_folder = project::loadFolderForDialog(m_desktop);
     } catch (const basic::RuntimeError& error) {
-        m_desktop.status("The default folder was not read: " + error.description());
+        m_desktop.status("The default folder was not read: " + error.told());
     }
     m_lblDD->setText(fromUtf8(m_folder));
     const QString start = fromUtf8(project::nearestFolder(m_folder));

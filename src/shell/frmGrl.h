@@ -113,6 +113,7 @@ class frmGrl final : public QMainWindow {
 
     void beginStep(const Action& action);
     void endStep(const Action& action);
+    void tellWarnings();
     void takeStepBack() noexcept; ///< what the open one has changed so far
     void run(const Action& action, Handler command);
     void runMenu(const Action& action, const std::function<void()>& click);

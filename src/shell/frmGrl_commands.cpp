@@ -128,7 +128,8 @@ void frmGrl::cmdOK_Click() {
         // that.
         if (error.number() != basic::SubscriptOutOfRange) m_ff->hide();
         enableForEntry(m_ff->isHidden());
-        m_desktop.messageBox(error.description());
+        m_desktop.messageBox(error.shown());
+        if (!error.path().empty()) m_desktop.status("The settings hold for this run only: " + error.told());
         return;
     }
     m_ff->hide();

@@ -3,11 +3,14 @@
 #include "controls/flex_grid.h"
 #include "export_panel.h"
 #include "settings_frame.h"
+#include "text.h"
 #include "window_part.h"
 
 #include "basic/runtime_error.h"
 #include "entry/chainage.h"
 #include "entry/key_entry.h"
+#include "files/folder.h"
+#include "project/report.h"
 
 #include <algorithm>
 #include <new>
@@ -32,11 +35,6 @@ std::string reason() {
     }
 }
 
-std::string asSentence(std::string text) {
-    if (!text.ends_with('.')) text += '.';
-    return text;
-}
-
 } // namespace
 
 bool frmGrl::frameIsOpen() const {
@@ -57,10 +55,20 @@ void frmGrl::act(const Action& action, const std::function<void()>& what) {
         rescue(action.name);
     }
     if (isStep) endStep(action);
+    tellWarnings();
     if (action.kind == Action::Timer || m_ended) return;
     if (action.kind == Action::Command) showBook();
     for (const auto& part : m_parts)
         part->bookShown();
+}
+
+// Beside what the action itself told: it went well all the same.
+void frmGrl::tellWarnings() {
+    std::string told = toUtf8(m_desktop.statusText());
+    const std::vector<std::string> warnings = files::takeWarnings();
+    for (const std::string& warning : warnings)
+        told += (told.empty() ? "" : " ") + warning;
+    if (!warnings.empty()) m_desktop.status(told);
 }
 
 void frmGrl::beginStep(const Action& action) {
@@ -85,7 +93,7 @@ void frmGrl::takeStepBack() noexcept {
 void frmGrl::rescue(const char* what) noexcept {
     std::vector<char>().swap(m_reserve);
     try {
-        std::string told = asSentence(std::string(what) + " stopped: " + reason());
+        std::string told = project::asSentence(std::string(what) + " stopped: " + reason());
         m_desktop.hideProgress();
         m_book.MSFG.setVisible(true);
         const std::string kept = project::rescueBook(m_book, m_desktop);

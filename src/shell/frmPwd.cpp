@@ -69,7 +69,7 @@ void frmPwd::Form_Load() {
     try {
         m_stored = project::storedPassword(m_desktop);
     } catch (const basic::RuntimeError& error) {
-        tell(text("The stored password cannot be read: %1").arg(fromUtf8(error.description())));
+        tell(text("The stored password cannot be read: %1").arg(fromUtf8(error.told())));
     }
 }
 
@@ -114,7 +114,7 @@ void frmPwd::storeNew() {
         const std::string typed = toUtf8(txtNew->text());
         project::storePassword(m_desktop, basic::trim(typed));
     } catch (const basic::RuntimeError& error) {
-        tell(text("The password was not changed: %1").arg(fromUtf8(error.description())));
+        tell(text("The password was not changed: %1").arg(fromUtf8(error.told())));
         return;
     }
     m_desktop.messageBox("Your Passward is successfully changed");

@@ -91,7 +91,7 @@ class ImportPanel final : public QObject, public WindowPart {
             lay(new TableFrame(nameOf(file), read({}), read, toUtf8(profileFile()), m_window.book().MSFG,
                                m_window.centralWidget()));
         } catch (const basic::RuntimeError& error) {
-            refuse(file, error.description());
+            refuse(file, error.told(file));
         } catch (const tables::Unreadable& error) {
             refuse(file, error.what());
         } catch (const spreadsheet::Error& error) {
@@ -114,7 +114,7 @@ class ImportPanel final : public QObject, public WindowPart {
         try {
             m_frame->accepted();
         } catch (const basic::RuntimeError& error) {
-            m_window.desktop().status("The columns could not be remembered: " + error.description());
+            m_window.desktop().status("The columns could not be remembered: " + error.told());
         }
         close();
     }

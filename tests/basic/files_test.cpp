@@ -29,7 +29,8 @@ TEST(Files, SystemErrorsBecomeNumbers) {
         {FileAction::MakeFolder, ENOENT, 76},    {FileAction::Remove, ENOENT, 53},
         {FileAction::OpenForOutput, EDQUOT, 61}, {FileAction::Copy, EIO, 57}};
     for (const auto& [action, code, number] : cases)
-        EXPECT_EQ(errorOf([action = action, code = code] { basic::raiseFileError(action, code); }), number)
+        EXPECT_EQ(errorOf([action = action, code = code] { basic::raiseFileError(action, code, "x"); }),
+                  number)
             << code;
 }
 

@@ -78,13 +78,10 @@ TEST_F(Cal, SaysWhatFailedAndWritesNothing) {
         std::string out;
         const char* said;
     } cases[] = {
-        {folder / "none.csv", "out", "none.csv: File not found"},
-        {folder.path(), "out", "Path/File access error"},
         {folder.write("x.csv", "00-000,1,2\n"), "out", "line 1: "},
         {folder.write("z.csv", ""), "out", "line 1: "},
         {folder.write("y.csv", "Chainage\na\n\"b\nc,,\n"), "out", "line 3: a quoted field has no end"},
-        {absurd, "out", "Cal stopped at row 2\nOverflow\n"},
-        {testData("books/nptel-ex14-1.csv"), "no/where.csv", "Path not found"}};
+        {absurd, "out", "Cal stopped at row 2\nOverflow\n"}};
     for (const auto& each : cases) {
         err.str("");
         EXPECT_EQ(run(each.in, folder / each.out), cli::Failed) << each.said;

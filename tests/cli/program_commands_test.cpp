@@ -1,11 +1,18 @@
 // The commands that work on project files and road databases, on a program folder of their own.
 
+#include "cli/cal.h"
+#include "cli/check_command.h"
 #include "cli/heading_command.h"
+#include "cli/import_command.h"
+#include "cli/jet_command.h"
+#include "cli/levels_command.h"
 #include "cli/project_files.h"
+#include "cli/section_commands.h"
 #include "cli/transfer_command.h"
 #include "dao/dao.h"
 #include "exchange/road_schema.h"
 
+#include "child_process.h"
 #include "field_book.h"
 #include "temp_folder.h"
 
@@ -123,7 +130,6 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
     const std::string good = testData("books/tramo1-derived.csv");
     ASSERT_EQ(make(book, good), cli::Done);
     const std::string text = home.write("text.grl", "no database");
-    const std::string none = home / "missing";
     ASSERT_EQ(
         make(home / "absurd.grl", home.write("absurd.csv", "Chainage\n,,,,1,,,,100,\n,,,,,1e39\n,,,,,1\n")),
         cli::Done);
@@ -140,12 +146,7 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
     } cases[] = {
         {[&] { return cli::calProject(text, err); }, "Your Selected file is not a grl database file\n"},
         {[&] { return cli::calProject(home / "absurd.grl", err); }, "Overflow"},
-        {[&] { return cli::exportProject(none, "-", out, err); }, "3024  "},
-        {[&] { return make(home / "a.grl", none); }, "File not found\n"},
         {[&] { return make(home / "a.grl", text); }, "text.grl: line 1"},
-        {[&] { return make(home / "no/a.grl", good); }, "no/a.grl was not made: Path not found."},
-        {[&] { return transfer(none, home / "roads", ""); }, "3024  "},
-        {[&] { return transfer(book, home / "no/such", ""); }, "Path not found\n"},
         {[&] { return transfer(book, home / "roads", "top"); }, "Division by zero\n"}, // without a depth
     };
     for (const auto& each : cases) {
@@ -157,6 +158,86 @@ TEST_F(ProgramCommands, WhatCannotBeDoneIsSaid) {
     EXPECT_EQ(home.read("absurd.grl"), absurd) << "not saved half reduced";
     EXPECT_TRUE(fs::is_empty(home / "roads"));
     EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(ProgramCommands, EveryErrorNamesItsFile) {
+    const std::string good = testData("books/tramo1-derived.csv");
+    ASSERT_EQ(make(book, good), cli::Done);
+    ASSERT_EQ(cli::calProject(book, err), cli::Done);
+    std::istringstream in;
+    using Command = std::function<cli::ExitStatus(const std::string&)>;
+    const auto transfer = [this](std::string cli::TransferOptions::*place) -> Command {
+        return [this, place](const std::string& path) {
+            cli::TransferOptions to = options;
+            if (place != &cli::TransferOptions::book) to.folder.clear();
+            to.*place = path;
+            return cli::transfer(to, out, err);
+        };
+    };
+    const std::vector<Command> readers{
+        [&](auto& path) { return cli::calProject(path, err); },
+        [&](auto& path) {
+            return cli::cal({path, ""}, in, out, err);
+        },
+        [&](auto& path) { return cli::exportProject(path, "-", out, err); },
+        [&](auto& path) { return make(home / "roads/a.grl", path); },
+        transfer(&cli::TransferOptions::book),
+        transfer(&cli::TransferOptions::frl),
+        transfer(&cli::TransferOptions::frlUpdate),
+        [&](auto& path) { return cli::levels({.book = path}, in, out, err); },
+        [&](auto& path) { return cli::check({.book = path}, in, out, err); },
+        [&](auto& path) {
+            return cli::heading({path, {}}, out, err);
+        },
+        [&](auto& path) {
+            return cli::heading({path, {"date=1"}}, out, err);
+        },
+        [&](auto& path) {
+            return cli::importFile({.file = path, .out = "-", .readerProgram = TABLE_READER}, out, err);
+        },
+        [&](auto& path) { return cli::jetSchema({.file = path}, out, err); },
+        [&](auto& path) { return cli::jetDump({.file = path}, out, err); },
+        [&](auto& path) { return cli::jetCheck({.file = path}, out, err); },
+        [&](auto& path) { return cli::jetCreate({.file = "no.mdb", .schema = path}, in, err); },
+        [&](auto& path) { return cli::printSections(path, false, in, out, err); },
+    };
+    const std::vector<Command> writers{
+        [&](auto& path) {
+            return cli::cal({good, path}, in, out, err);
+        },
+        [&](auto& path) { return cli::exportProject(book, path, out, err); },
+        [&](auto& path) { return make(path, good); },
+        [&](auto& path) { return cli::levels({.book = book, .csv = path}, in, out, err); },
+        [&](auto& path) {
+            return cli::importFile({.file = good, .out = path, .readerProgram = TABLE_READER}, out, err);
+        },
+        [&](auto& path) { return cli::writeDxf(book, path, {}, in, err); },
+        [&](auto& path) { return cli::writeLandXml(book, path, "", in, err); },
+        [&](auto& path) { return cli::jetCreate({.file = path, .schema = "/dev/null"}, in, err); },
+        transfer(&cli::TransferOptions::folder),
+    };
+    const auto expectNamed = [this](const std::vector<Command>& commands, const std::string& path,
+                                    const std::string& named) {
+        for (const Command& command : commands) {
+            err.str("");
+            EXPECT_EQ(command(path), cli::Failed) << path << ", command " << &command - commands.data();
+            EXPECT_THAT(err.str(), HasSubstr(named)) << "command " << &command - commands.data();
+        }
+    };
+    home.write("junk.grl", std::string(5000, '\1'));
+    home.write("locked.grl", home.read("Site1.grl"));
+    fs::create_directories(home / "shut/folder.grl");
+    fs::permissions(home.path(), fs::perms::all);
+    fs::permissions(home / "locked.grl", fs::perms::none);
+    fs::permissions(home / "shut", fs::perms(0555));
+    EXPECT_EQ(asOtherUser([&] {
+                  for (const char* name : {"missing.grl", "shut/folder.grl", "junk.grl", "locked.grl"})
+                      expectNamed(readers, home / name, home / name);
+                  expectNamed(writers, home / "shut/a.csv", home / "shut/a.csv");
+                  expectNamed(writers, home / "no/such/a.csv", home / "no/such");
+                  return HasFailure();
+              }),
+              0);
 }
 
 TEST_F(ProgramCommands, TheHeadingIsShownAndSet) {

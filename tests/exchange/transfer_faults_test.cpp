@@ -46,7 +46,7 @@ class FaultTest : public RoadTest {
 TEST_F(FaultTest, Templates) {
     const std::string blank = desktop.folder + "/Rod.mdb";
     fs::rename(blank, home / "hidden");
-    expectFailure("File not found");
+    expectFailure(("File not found: " + blank).c_str());
     fs::copy_file(desktop.folder + "/grl.mdb", blank);
     expectFailure("Not a valid password.");
     home.write("app/Rod.mdb", "no database at all");
@@ -59,13 +59,15 @@ TEST_F(FaultTest, Templates) {
 TEST_F(FaultTest, DrawingMissing) {
     fs::rename(desktop.folder + "/Rod1.dwg", home / "hidden");
     expectFailure("File not found");
-    EXPECT_EQ(desktop.statuses.back(), roads + "/Site1 is not complete: File not found");
+    EXPECT_EQ(desktop.statuses.back(),
+              roads + "/Site1 is not complete: File not found: " + desktop.folder + "/Rod1.dwg");
     EXPECT_THAT(filesIn(roads), ElementsAre("Site1/Road.dwg", "Site1/Road.mdb"));
 }
 
 TEST_F(FaultTest, TargetFolderThatCannotBeMade) {
     book.DefaultFolder = home / "no/such/folder";
     expectFailure("Path not found");
+    EXPECT_EQ(desktop.statuses.back(), "No road was made: Path not found: " + (home / "no/such/folder"));
     book.DefaultFolder = roads;
     home.write("roads/Site1", "a file where the folder should be");
     expectFailure("Path/File access error");

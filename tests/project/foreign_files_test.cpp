@@ -232,7 +232,7 @@ TEST_F(ForeignFilesTest, AMissingFolderOrTemplateEndsTheCommand) {
     std::filesystem::remove_all(desktop.folder); // the program folder is gone
     book.BookChanged = true;
     EXPECT_THAT(run(project::newProject, {folder / "road.grl"}, {desktop::Answer::Yes}),
-                ElementsAre(testing::_, "File not found"));
+                ElementsAre(testing::_, "File not found: " + desktop.folder + "/grl.mdb"));
     EXPECT_FALSE(book.hasFile());
     EXPECT_EQ(rows(), remark("the book before"));
     EXPECT_THAT(files(), IsEmpty());

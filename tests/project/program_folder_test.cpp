@@ -53,7 +53,7 @@ TEST_F(ProgramFolder, KeepsWhatTheUserPutThere) {
 
 TEST_F(ProgramFolder, SaysWhatFailed) {
     world.write("data", "a file in the way");
-    EXPECT_EQ(project::prepareProgramFolder(folder, shipped), "Path not found");
+    EXPECT_EQ(project::prepareProgramFolder(folder, shipped), "Path not found: " + (world / "data"));
     EXPECT_EQ(project::prepareProgramFolder(world / "fresh", world / "nothing"), "");
     EXPECT_TRUE(fs::is_directory(world / "fresh"));
 }

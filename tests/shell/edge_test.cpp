@@ -1,3 +1,4 @@
+#include "file_faults.h"
 #include "window.h"
 
 #include "desktop/desktop.h"
@@ -50,6 +51,23 @@ TEST_F(Edge, WhatNobodyExpectsIsToldTheBookSetAsideAndTheProgramGoesOn) {
     }
     EXPECT_EQ(copies(), 3) << "a new one each time: none takes the place of an older one";
     EXPECT_EQ(cell(1, sheet::Remark), "xxx");
+}
+
+TEST_F(Edge, AFolderThatCannotBeSyncedIsToldBesideEachSuccess) {
+    copyTemplates();
+    open();
+    answering({folder / "Site1.grl"}, [this] { click("cmdNew"); });
+    click("cmdList");
+    const FileFaults faults(
+        [](files::Call call, const std::string&) { return call == files::Call::SyncFolder ? EIO : 0; });
+    const auto expectTold = [this](const char* name, const std::deque<std::string>& answers) {
+        answering(answers, [this, name] { click(name); });
+        EXPECT_THAT(status(), testing::HasSubstr("a power cut may undo the last change.")) << name;
+    };
+    expectTold("cmdOK", {}); // of the settings
+    expectTold("cmdSave", {});
+    expectTold("cmdExpTxt", {"OK"});
+    EXPECT_EQ(folder.read("Site1.csv").substr(0, 8), "Chainage");
 }
 
 TEST_F(Edge, FramesHoldTheRowCommandsAndTheShortcuts) {

@@ -85,30 +85,35 @@ std::optional<files::Status> statusOf(std::string_view path) {
 
 /// Copying, on the side of the target: a missing name there is its folder.
 template <typename Step>
-auto duringTarget(Step&& step) {
+auto duringTarget(const std::string& target, Step&& step) {
     try {
         return step();
     } catch (const files::Error& error) {
-        raiseFileError(FileAction::Copy, error.code() == ENOENT ? ENOTDIR : error.code());
+        raiseFileError(FileAction::Copy, error.code() == ENOENT ? ENOTDIR : error.code(), target);
     }
+}
+
+int numberOf(FileAction action, int errorCode) {
+    if (errorCode == ENOSPC || errorCode == EDQUOT) return DiskFull;
+    switch (action) {
+    case FileAction::Copy:
+        return copyError(errorCode);
+    case FileAction::OpenForInput:
+    case FileAction::OpenForOutput:
+        return openError(action, errorCode);
+    case FileAction::MakeFolder:
+        return folderError(errorCode);
+    case FileAction::Remove:
+        return removeError(errorCode);
+    }
+    return DeviceIoError;
 }
 
 } // namespace
 
-void raiseFileError(FileAction action, int errorCode) {
-    if (errorCode == ENOSPC || errorCode == EDQUOT) throw RuntimeError(DiskFull);
-    switch (action) {
-    case FileAction::Copy:
-        throw RuntimeError(copyError(errorCode));
-    case FileAction::OpenForInput:
-    case FileAction::OpenForOutput:
-        throw RuntimeError(openError(action, errorCode));
-    case FileAction::MakeFolder:
-        throw RuntimeError(folderError(errorCode));
-    case FileAction::Remove:
-        throw RuntimeError(removeError(errorCode));
-    }
-    throw RuntimeError(DeviceIoError);
+void raiseFileError(FileAction action, int errorCode, const std::string& path) {
+    const int number = numberOf(action, errorCode);
+    throw RuntimeError(number, descriptionOf(number), number == PathNotFound ? files::folderOf(path) : path);
 }
 
 std::string nativePath(std::string_view path) {
@@ -143,9 +148,10 @@ bool folderExists(std::string_view path) {
 files::Replacement readyCopy(std::string_view from, std::string_view to) {
     const files::OpenFile source =
         during(FileAction::Copy, [&] { return files::OpenFile(nativePath(from), files::OpenFor::Reading); });
-    return duringTarget([&] {
+    const std::string target = nativePath(to);
+    return duringTarget(target, [&] {
         if (source.status().kind == files::Status::Kind::Folder) throw files::Error(EISDIR, source.path());
-        files::Replacement copy(nativePath(to));
+        files::Replacement copy(target);
         copy.copy(source);
         copy.takeRightsNow();
         return copy;
@@ -153,7 +159,7 @@ files::Replacement readyCopy(std::string_view from, std::string_view to) {
 }
 
 void place(files::Replacement& copy) {
-    duringTarget([&] { copy.commit(); });
+    duringTarget(copy.target(), [&] { copy.commit(); });
 }
 
 void fileCopy(std::string_view from, std::string_view to) {

@@ -16,16 +16,18 @@ enum class FileAction { Copy, OpenForInput, OpenForOutput, MakeFolder, Remove };
 
 /// The one place where errno becomes a run-time error.
 /// Copy: no permission or read-only file system 70, no source 53, no folder 76, full 61. OpenForOutput: no
-/// permission 75. MakeFolder: exists or no permission 75, parent missing 76. Anything else 57.
-[[noreturn]] void raiseFileError(FileAction action, int errorCode);
+/// permission 75. MakeFolder: exists or no permission 75, parent missing 76. Anything else 57. The error
+/// names `path`, what was acted on; "Path not found" names the folder that it was to stand in.
+[[noreturn]] void raiseFileError(FileAction action, int errorCode, const std::string& path);
 
-/// Runs `step` and raises what its calls to the system fail with by the rule above.
+/// Runs `step` and raises what its calls to the system fail with by the rule above. The error names `path`
+/// where it is given, whatever files beside it the step worked on; else the path of the call.
 template <typename Step>
-auto during(FileAction action, Step&& step) {
+auto during(FileAction action, Step&& step, std::string_view path = {}) {
     try {
         return step();
     } catch (const files::Error& error) {
-        raiseFileError(action, error.code());
+        raiseFileError(action, error.code(), path.empty() ? error.path() : std::string(path));
     }
 }
 

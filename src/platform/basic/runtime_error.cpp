@@ -41,4 +41,8 @@ std::string descriptionOf(int number) {
     }
 }
 
+std::string RuntimeError::told(std::string_view said) const {
+    return m_path.empty() || m_path == said ? m_description : m_description + ": " + m_path;
+}
+
 } // namespace basic

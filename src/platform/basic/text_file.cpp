@@ -79,11 +79,15 @@ std::vector<std::string> readLines(std::string_view path, std::size_t limit) {
 }
 
 void writeFile(std::string_view path, std::string_view content, files::Rights rights) {
-    during(FileAction::OpenForOutput, [&] {
-        files::Replacement file(nativePath(path), files::Target::File, rights);
-        file.write(content);
-        file.commit();
-    });
+    const std::string place = nativePath(path);
+    during(
+        FileAction::OpenForOutput,
+        [&] {
+            files::Replacement file(place, files::Target::File, rights);
+            file.write(content);
+            file.commit();
+        },
+        place);
 }
 
 void writeLines(std::string_view path, const std::vector<std::string>& lines, files::Rights rights) {

@@ -63,7 +63,7 @@ int ignoringErrors(Desktop& desktop, Step&& step) {
         std::forward<Step>(step)();
         return 0;
     } catch (const basic::RuntimeError& error) {
-        desktop.status(error.description());
+        desktop.status(error.told());
         return error.number();
     }
 }

@@ -241,27 +241,29 @@ Printed PrintJob::paintAll(QPagedPaintDevice& device, int first, int last,
 PdfWritten writePdf(const PrintJob& job, const std::string& path, const std::string& title,
                     const std::function<bool(int done)>& goOn) {
     if (job.count() == 0) return {Printed::Failed, job.note().empty() ? "nothing to print" : job.note()};
+    const std::string place = basic::nativePath(path);
+    const auto write = [&]() -> PdfWritten {
+        files::Replacement file(place);
+        ReplacementDevice device(file);
+        device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        Printed outcome;
+        {
+            QPdfWriter writer(&device);
+            writer.setResolution(resolution);
+            writer.setPageLayout(job.choice().layout());
+            writer.setTitle(fromUtf8(title));
+            writer.setCreator(QStringLiteral("ZavroGrl"));
+            outcome = job.paintAll(writer, 0, job.count() - 1, goOn);
+        }
+        if (outcome == Printed::Cancelled) return {outcome, {}};
+        device.raiseFailure();
+        if (outcome == Printed::Done) file.commit();
+        return {outcome, outcome == Printed::Done ? "" : "a page could not be drawn"};
+    };
     try {
-        return basic::during(basic::FileAction::OpenForOutput, [&]() -> PdfWritten {
-            files::Replacement file(basic::nativePath(path));
-            ReplacementDevice device(file);
-            device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-            Printed outcome;
-            {
-                QPdfWriter writer(&device);
-                writer.setResolution(resolution);
-                writer.setPageLayout(job.choice().layout());
-                writer.setTitle(fromUtf8(title));
-                writer.setCreator(QStringLiteral("ZavroGrl"));
-                outcome = job.paintAll(writer, 0, job.count() - 1, goOn);
-            }
-            if (outcome == Printed::Cancelled) return {outcome, {}};
-            device.raiseFailure();
-            if (outcome == Printed::Done) file.commit();
-            return {outcome, outcome == Printed::Done ? "" : "a page could not be drawn"};
-        });
+        return basic::during(basic::FileAction::OpenForOutput, write, place);
     } catch (const basic::RuntimeError& error) {
-        return {Printed::Failed, error.description()};
+        return {Printed::Failed, error.told(place)};
     }
 }
 
