@@ -1,6 +1,8 @@
 #include "export_panel.h"
 
 #include "controls/command_button.h"
+#include "controls/elided_label.h"
+#include "controls/makers.h"
 #include "text.h"
 
 #include <QApplication>
@@ -12,7 +14,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QRadioButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -23,35 +24,37 @@
 namespace shell {
 namespace {
 
-/// A path that shortens itself in its middle instead of widening the panel.
-class PathLabel final : public QLabel {
-  public:
-    using QLabel::QLabel;
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-        style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
-                              shown, foregroundRole());
-    }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
-};
-
-std::vector<const char*> itemsOf(exchange::TextBox exchange::ExportFrame::*value) {
-    using Frame = exchange::ExportFrame;
-    const auto list = [](const auto& items) { return std::vector<const char*>(items.begin(), items.end()); };
-    if (value == &Frame::cboFill) return list(Frame::fillSlopes);
-    if (value == &Frame::cboCut) return list(Frame::cutSlopes);
-    return list(Frame::gutterSlopes);
-}
-
 /// Tab goes to the chosen one of two options, the arrow keys to the other.
 void choose(QRadioButton* chosen, QRadioButton* other) {
     chosen->setChecked(true);
     chosen->setFocusPolicy(Qt::StrongFocus);
     other->setFocusPolicy(Qt::ClickFocus);
+}
+
+/// The layout of a framed group; the group is its parent widget.
+QGridLayout& makeGroup(const char* name, const char* title) {
+    auto* group = new QGroupBox(text(title));
+    group->setObjectName(QLatin1String(name));
+    auto* grid = new QGridLayout(group);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(6);
+    return *grid;
+}
+
+void addLabel(QGridLayout& grid, int row, int col, const char* caption, QWidget& field) {
+    grid.addWidget(makeLabel(caption, field), row, col);
+}
+
+void addField(QGridLayout& grid, int row, QWidget* field, const char* unit) {
+    grid.addWidget(field, row, 1);
+    grid.addWidget(new QLabel(text(unit)), row, 2);
+}
+
+QLabel* addField(QGridLayout& grid, int row, const char* caption, QWidget* field, const char* unit) {
+    addField(grid, row, field, unit);
+    QLabel* label = makeLabel(caption, *field);
+    grid.addWidget(label, row, 0);
+    return label;
 }
 
 constexpr const char* widestLeft = "Carriage Way Width:";
@@ -105,15 +108,6 @@ void ExportPanel::showFrame() {
     if (auto* control = findChild<QWidget*>(name)) control->setFocus();
 }
 
-QGroupBox* ExportPanel::makeGroup(const char* name, const char* title) {
-    auto* group = new QGroupBox(text(title));
-    group->setObjectName(QLatin1String(name));
-    auto* grid = new QGridLayout(group);
-    grid->setHorizontalSpacing(8);
-    grid->setVerticalSpacing(6);
-    return group;
-}
-
 void ExportPanel::mirror(QWidget* control, Value value, std::function<void(const QString&)> setText) {
     m_tabOrder.push_back(control);
     m_mirrors.emplace_back([this, control, value, setText = std::move(setText)] {
@@ -123,9 +117,7 @@ void ExportPanel::mirror(QWidget* control, Value value, std::function<void(const
 }
 
 QLineEdit* ExportPanel::makeText(const char* name, Value value, const char* spoken, int characters) {
-    auto* box = new QLineEdit;
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(text(spoken));
+    QLineEdit* box = makeLine(name, spoken);
     if (characters > 0) {
         box->setAlignment(Qt::AlignRight);
         box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u'0') * characters + 16);
@@ -139,8 +131,9 @@ QLineEdit* ExportPanel::makeText(const char* name, Value value, const char* spok
     return box;
 }
 
-QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spoken) {
-    QComboBox* box = makeEditableCombo(name, spoken, itemsOf(value));
+QComboBox* ExportPanel::makeCombo(const char* name, Value value, const char* spoken,
+                                  std::span<const char* const> items) {
+    QComboBox* box = makeEditableCombo(name, spoken, items);
     box->lineEdit()->setAlignment(Qt::AlignRight);
     mirror(box, value, [box](const QString& shown) {
         if (box->currentText() != shown) box->setEditText(shown);
@@ -172,27 +165,8 @@ QWidget* ExportPanel::makeCheck(const char* name, const char* caption, bool Fram
     return box;
 }
 
-QLabel* ExportPanel::addLabel(QGridLayout& grid, int row, int col, const char* caption, QWidget* field) {
-    auto* label = new QLabel(text(caption));
-    label->setBuddy(field);
-    grid.addWidget(label, row, col);
-    return label;
-}
-
-QLabel* ExportPanel::addField(QGridLayout& grid, int row, const char* caption, QWidget* field,
-                              const char* unit) {
-    addField(grid, row, field, unit);
-    return addLabel(grid, row, 0, caption, field);
-}
-
-void ExportPanel::addField(QGridLayout& grid, int row, QWidget* field, const char* unit) {
-    grid.addWidget(field, row, 1);
-    grid.addWidget(new QLabel(text(unit)), row, 2);
-}
-
 QWidget* ExportPanel::buildTitles() {
-    auto* group = makeGroup("Frame2", "Name of Work :");
-    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    QGridLayout& grid = makeGroup("Frame2", "Name of Work :");
     auto* options = new QHBoxLayout;
     options->setSpacing(14);
     std::vector<QRadioButton*> names;
@@ -211,21 +185,20 @@ QWidget* ExportPanel::buildTitles() {
     grid.addWidget(makeText("txtName", &Frame::txtName, "Name of Work"), 1, 0, 1, 4);
     auto* subDivision = makeText("txtSubDiv", &Frame::txtSubDiv, "Sub-Division");
     auto* division = makeText("txtDiv", &Frame::txtDiv, "Division");
-    addLabel(grid, 2, 0, "Sub-Division:", subDivision);
+    addLabel(grid, 2, 0, "Sub-Division:", *subDivision);
     grid.addWidget(subDivision, 2, 1);
-    addLabel(grid, 2, 2, "Division:", division);
+    addLabel(grid, 2, 2, "Division:", *division);
     grid.addWidget(division, 2, 3);
     auto* surveyor = makeText("txtSurvey", &Frame::txtSurvey, "Survey done By: Shri.");
-    addLabel(grid, 3, 0, "Survey done By: Shri.", surveyor);
+    addLabel(grid, 3, 0, "Survey done By: Shri.", *surveyor);
     grid.addWidget(surveyor, 3, 1, 1, 3);
     grid.setColumnStretch(1, 1);
     grid.setColumnStretch(3, 1);
-    return group;
+    return grid.parentWidget();
 }
 
 QWidget* ExportPanel::buildWidths() {
-    auto* group = makeGroup("fraWidth", "Formation Width");
-    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    QGridLayout& grid = makeGroup("fraWidth", "Formation Width");
     auto* sides = makeOption(QStringLiteral("optWLR"), "Left", "Left and right formation width",
                              [this] { m_frame.optWLR_Click(); });
     grid.addWidget(sides, 0, 0);
@@ -243,7 +216,7 @@ QWidget* ExportPanel::buildWidths() {
         choose(isTotal ? total : sides, isTotal ? sides : total);
     });
     alignBoxes(grid, widestLeft);
-    return group;
+    return grid.parentWidget();
 }
 
 QWidget* ExportPanel::buildCarriageWay() {
@@ -259,19 +232,17 @@ QWidget* ExportPanel::buildCarriageWay() {
 }
 
 QWidget* ExportPanel::buildSlopes() {
-    auto* group = makeGroup("fraSlopes", "Slopes ( X : 1 )");
-    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
-    addField(grid, 0, "In Filling:", makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1"),
-             ": 1");
-    addField(grid, 1, "In Cutting:", makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1"),
-             ": 1");
+    QGridLayout& grid = makeGroup("fraSlopes", "Slopes ( X : 1 )");
+    addField(grid, 0, "In Filling:",
+             makeCombo("cboFill", &Frame::cboFill, "Slope in filling, X of X : 1", Frame::fillSlopes), ": 1");
+    addField(grid, 1, "In Cutting:",
+             makeCombo("cboCut", &Frame::cboCut, "Slope in cutting, X of X : 1", Frame::cutSlopes), ": 1");
     alignBoxes(grid, widestLeft);
-    return group;
+    return grid.parentWidget();
 }
 
 QWidget* ExportPanel::buildGutter() {
-    auto* group = makeGroup("fraGutter", "Gutter");
-    auto& grid = dynamic_cast<QGridLayout&>(*group->layout());
+    QGridLayout& grid = makeGroup("fraGutter", "Gutter");
     auto* slope = makeOption(QStringLiteral("optGut0"), "Slope (X:1)", "Gutter by its slopes",
                              [this] { m_frame.optGut_Click(Frame::Slope); });
     auto* top = makeOption(QStringLiteral("optGut1"), "Top Width", "Gutter by its top width",
@@ -285,8 +256,8 @@ QWidget* ExportPanel::buildGutter() {
         choose(isSlope ? slope : top, isSlope ? top : slope);
     });
 
-    auto* inner = makeCombo("cboGIS", &Frame::cboGIS, "Gutter inner side, X of X : 1");
-    auto* outer = makeCombo("cboGOS", &Frame::cboGOS, "Gutter outer side, X of X : 1");
+    auto* inner = makeCombo("cboGIS", &Frame::cboGIS, "Gutter inner side, X of X : 1", Frame::gutterSlopes);
+    auto* outer = makeCombo("cboGOS", &Frame::cboGOS, "Gutter outer side, X of X : 1", Frame::gutterSlopes);
     addField(grid, 2, "Inner Side:", inner, ": 1");
     addField(grid, 3, "Outter Side:", outer, ": 1");
     addField(grid, 4, "Depth:", makeText("txtDDrn", &Frame::txtDDrn, "Gutter depth, m", 6), "m");
@@ -303,7 +274,7 @@ QWidget* ExportPanel::buildGutter() {
         box->installEventFilter(this);
         m_gutterBoxes.push_back(box);
     }
-    return group;
+    return grid.parentWidget();
 }
 
 QWidget* ExportPanel::buildFormation() {
@@ -320,7 +291,7 @@ QWidget* ExportPanel::buildFormation() {
     select->setMinimumSize(select->sizeHint()); // one line
     m_tabOrder.push_back(select);
     row->addWidget(select);
-    auto* path = new PathLabel;
+    auto* path = new ElidedLabel(Qt::ElideMiddle);
     path->setObjectName(QStringLiteral("lblProj"));
     m_mirrors.emplace_back([this, path] {
         path->setText(fromUtf8(m_frame.lblProj));

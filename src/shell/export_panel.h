@@ -6,12 +6,10 @@
 #include "exchange/export_frame.h"
 
 #include <functional>
+#include <span>
 #include <vector>
 
 class QComboBox;
-class QGridLayout;
-class QGroupBox;
-class QLabel;
 class QLineEdit;
 class QRadioButton;
 
@@ -40,15 +38,12 @@ class ExportPanel final : public Panel {
     using Frame = exchange::ExportFrame;
     using Value = exchange::TextBox Frame::*;
 
-    QGroupBox* makeGroup(const char* name, const char* title);
     QLineEdit* makeText(const char* name, Value value, const char* spoken, int characters = 0);
-    QComboBox* makeCombo(const char* name, Value value, const char* spoken);
+    QComboBox* makeCombo(const char* name, Value value, const char* spoken,
+                         std::span<const char* const> items);
     QRadioButton* makeOption(const QString& name, const char* caption, const char* spoken,
                              std::function<void()> click);
     QWidget* makeCheck(const char* name, const char* caption, bool Frame::*value);
-    QLabel* addLabel(QGridLayout& grid, int row, int col, const char* caption, QWidget* field);
-    QLabel* addField(QGridLayout& grid, int row, const char* caption, QWidget* field, const char* unit);
-    void addField(QGridLayout& grid, int row, QWidget* field, const char* unit);
     void mirror(QWidget* control, Value value, std::function<void(const QString&)> setText);
     void runCal(); ///< the check of the gutter that is due since one of its boxes was left
 

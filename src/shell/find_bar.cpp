@@ -1,6 +1,7 @@
 #include "find_bar.h"
 
 #include "controls/command_button.h"
+#include "controls/makers.h"
 #include "frmGrl.h"
 #include "text.h"
 
@@ -77,9 +78,8 @@ class FindBar final : public WindowPart {
         line->setAccessibleName(text(caption));
         line->setPlaceholderText(hint);
         line->setMaximumWidth(line->fontMetrics().averageCharWidth() * 36);
-        auto* label = new QLabel(text(caption));
+        QLabel* label = makeLabel(caption, *line);
         label->setContentsMargins(4, 0, 6, 0);
-        label->setBuddy(line);
         bar.addWidget(label);
         bar.addWidget(line);
         line->closed = [this, &bar] { close(bar); };
@@ -97,15 +97,12 @@ class FindBar final : public WindowPart {
         m_findBar = addBar("barFind", "Find");
         m_txtFind = addLine(*m_findBar, "txtFind", "Find:", text("text or number"));
         m_txtFind->entered = [this](bool shift) { act(shift); };
-        m_column = new QComboBox;
-        m_column->setObjectName(QStringLiteral("cboFindIn"));
-        m_column->setAccessibleName(text("Column to search"));
+        m_column = makeCombo("cboFindIn", "Column to search");
         m_column->addItem(text("All columns"));
         for (int col = 0; col < sheet::columnCount; ++col)
             m_column->addItem(fromUtf8(m_window.book().MSFG.Text(0, col)));
         m_findBar->addWidget(m_column);
-        m_whole = new QCheckBox(text("Whole cell"));
-        m_whole->setObjectName(QStringLiteral("chkWhole"));
+        m_whole = makeCheckBox("chkWhole", "Whole cell");
         m_findBar->addWidget(m_whole);
         addButton(*m_findBar, "cmdFindNext", "Next", [this] { act(false); });
         addButton(*m_findBar, "cmdFindBack", "Previous", [this] { act(true); });

@@ -1,6 +1,7 @@
 #include "frmAbout.h"
 
 #include "controls/branding.h"
+#include "controls/makers.h"
 #include "qt_desktop.h"
 #include "text.h"
 
@@ -30,11 +31,9 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
              "you build on."),
         this, QStringLiteral("lblDisclaimer")));
 
-    auto* cmdSysInfo = new QPushButton(text("&System Info..."), this);
-    cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
+    QPushButton* cmdSysInfo = makeButton("cmdSysInfo", "&System Info...", this);
     cmdSysInfo->setAutoDefault(false);
-    auto* cmdOK = new QPushButton(text("OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    QPushButton* cmdOK = makeButton("cmdOK", "OK", this);
     cmdOK->setDefault(true);
     body->addStretch(1);
     body->addLayout(branding::makeButtonRow({cmdSysInfo, cmdOK}));

@@ -1,5 +1,6 @@
 #include "frmDorvan.h"
 
+#include "controls/makers.h"
 #include "text.h"
 
 #include "project/default_folder.h"
@@ -22,10 +23,10 @@ frmDorvan::frmDorvan(sheet::Book& book, desktop::Desktop& desktop, QWidget* pare
     : QDialog(parent),
       m_book(book),
       m_desktop(desktop),
-      m_Drive1(new QComboBox(this)),
+      m_Drive1(makeCombo("Drive1", "Drive", this)),
       m_Dir1(new QTreeView(this)),
       m_folders(new QFileSystemModel(this)),
-      m_txtPath(new QLineEdit(this)),
+      m_txtPath(makeLine("txtPath", "Path of the folder", this)),
       m_lblDD(new QLabel(this)),
       m_cmdOK(nullptr) {
     setObjectName(QStringLiteral("frmDorvan"));
@@ -35,8 +36,6 @@ frmDorvan::frmDorvan(sheet::Book& book, desktop::Desktop& desktop, QWidget* pare
 }
 
 void frmDorvan::buildControls() {
-    m_Drive1->setObjectName(QStringLiteral("Drive1"));
-    m_Drive1->setAccessibleName(text("Drive"));
     for (const QFileInfo& drive : QDir::drives())
         m_Drive1->addItem(drive.absoluteFilePath());
     m_Drive1->setVisible(m_Drive1->count() > 1);
@@ -50,8 +49,6 @@ void frmDorvan::buildControls() {
     for (int column = 1; column < m_folders->columnCount(); ++column)
         m_Dir1->hideColumn(column);
 
-    m_txtPath->setObjectName(QStringLiteral("txtPath"));
-    m_txtPath->setAccessibleName(text("Path of the folder"));
     auto* existing = new QLabel(text("Your Existing Sub-Directory is :"), this);
     existing->setObjectName(QStringLiteral("Label1"));
     m_lblDD->setObjectName(QStringLiteral("lblDD"));

@@ -1,6 +1,7 @@
 #include "frmGrl.h"
 
 #include "button_column.h"
+#include "controls/elided_label.h"
 #include "controls/flex_grid.h"
 #include "export_panel.h"
 #include "settings_frame.h"
@@ -9,31 +10,12 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
 #include <QProgressBar>
 #include <QStatusBar>
 
 // The status bar and the frames laid over the grid.
 
 namespace shell {
-namespace {
-
-/// A label that shortens its text to its width instead of widening the window.
-class MessageLabel final : public QLabel {
-  public:
-    using QLabel::QLabel;
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-        style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
-                              shown, foregroundRole());
-    }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-};
-
-} // namespace
 
 void frmGrl::buildStatusBar() {
     // Their names are what they show, so that a screen reader tells it.
@@ -54,7 +36,7 @@ void frmGrl::buildStatusBar() {
     m_lblHI = field("lblHI", "Height of instrument");
     m_lblReading = field("lblReading", "Last reading");
     m_lblRow = field("lblRow", "Row");
-    auto* message = new MessageLabel;
+    auto* message = new ElidedLabel(Qt::ElideRight);
     message->setObjectName(QStringLiteral("lblStatus"));
     message->setAccessibleDescription(text("Message"));
     message->setTextFormat(Qt::PlainText);

@@ -3,8 +3,8 @@
 #include "basic/files.h"
 #include "controls/branding.h"
 #include "controls/characters.h"
+#include "controls/makers.h"
 #include "controls/metrics.h"
-#include "controls/panel.h"
 #include "controls/rtf_reader.h"
 #include "text.h"
 
@@ -40,56 +40,55 @@ frmHelp::frmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), 
     auto* body = new QVBoxLayout(this);
     body->setContentsMargins(branding::margin, branding::margin, branding::margin, branding::margin);
     body->setSpacing(branding::spacing);
-    RTB = new QTextBrowser(this);
-    RTB->setObjectName(QStringLiteral("RTB"));
-    RTB->setAccessibleName(text("Help text"));
-    RTB->setOpenLinks(false);
-    connect(RTB, &QTextBrowser::anchorClicked, this, [this](const QUrl& target) {
-        if (target.isRelative() && target.hasFragment()) RTB->scrollToAnchor(target.fragment());
+    m_RTB = new QTextBrowser(this);
+    m_RTB->setObjectName(QStringLiteral("RTB"));
+    m_RTB->setAccessibleName(text("Help text"));
+    m_RTB->setOpenLinks(false);
+    connect(m_RTB, &QTextBrowser::anchorClicked, this, [this](const QUrl& target) {
+        if (target.isRelative() && target.hasFragment()) m_RTB->scrollToAnchor(target.fragment());
     });
-    body->addWidget(RTB, 1);
+    body->addWidget(m_RTB, 1);
 
-    cmdOK = new QPushButton(text("OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setDefault(true);
-    cmdOK->installEventFilter(this);
-    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
-    QHBoxLayout* row = branding::makeButtonRow({cmdOK});
+    m_cmdOK = makeButton("cmdOK", "OK", this);
+    m_cmdOK->setDefault(true);
+    m_cmdOK->installEventFilter(this);
+    connect(m_cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    QHBoxLayout* row = branding::makeButtonRow({m_cmdOK});
     row->insertWidget(0, new branding::Drawing(this, branding::drawingSide / 2));
     body->addLayout(row);
 
-    lbl = new QLabel(text("ZavroGrl\nHold the staff upright"), this);
-    lbl->setObjectName(QStringLiteral("lbl"));
-    lbl->setAlignment(Qt::AlignCenter);
-    lbl->hide();
+    m_lbl = new QLabel(text("ZavroGrl\nHold the staff upright"), this);
+    m_lbl->setObjectName(QStringLiteral("lbl"));
+    m_lbl->setAlignment(Qt::AlignCenter);
+    m_lbl->hide();
 
     const QSize room = screen()->availableSize();
     resize(std::min(820, room.width() * 9 / 10), std::min(760, room.height() * 9 / 10));
-    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
-    Timer1.start(60ms);
+    connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    m_Timer1.start(60ms);
     Form_Load();
 }
 
 void frmHelp::Form_Load() {
-    cmdOK->setFocus();
+    m_cmdOK->setFocus();
     const std::string path = desktop::programFile(m_desktop, helpFile);
     if (basic::fileExists(path)) {
-        loadRtf(path, *RTB->document(), palette());
-        RTB->moveCursor(QTextCursor::Start);
+        loadRtf(path, *m_RTB->document(), palette());
+        m_RTB->moveCursor(QTextCursor::Start);
     } else {
         m_desktop.messageBox("Sorry, Help File not available ...");
     }
 }
 
 bool frmHelp::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == cmdOK && event->type() == QEvent::KeyPress) {
+    if (watched == m_cmdOK && event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
         cmdOK_KeyPress(characterOf(key));
         // The button has the focus, and the text is what one reads.
         constexpr std::array reading{Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Up,
                                      Qt::Key_Down,   Qt::Key_Home,     Qt::Key_End};
         if (std::ranges::find(reading, key.key()) != reading.end())
-            return QApplication::sendEvent(RTB, event);
+            return QApplication::sendEvent(m_RTB, event);
     }
     return QDialog::eventFilter(watched, event);
 }
@@ -106,42 +105,42 @@ void frmHelp::cmdOK_KeyPress(char32_t character) {
 }
 
 void frmHelp::shrinkHelp() {
-    lbl->show();
-    lbl->lower(); // the button stays in front
-    RTB->clear();
-    if (RTB->isHidden()) return;
-    keepRoomWhenHidden(*RTB);
+    m_lbl->show();
+    m_lbl->lower(); // the button stays in front
+    m_RTB->clear();
+    if (m_RTB->isHidden()) return;
+    keepRoomWhenHidden(*m_RTB);
     // Every fourth step is painted: the box is gone in well under a second.
-    for (QRect box = RTB->geometry(); box.height() > 0; box.setTop(box.top() + 1)) {
-        RTB->setGeometry(box);
+    for (QRect box = m_RTB->geometry(); box.height() > 0; box.setTop(box.top() + 1)) {
+        m_RTB->setGeometry(box);
         if (box.height() % 4 == 0) repaint();
     }
-    RTB->hide();
+    m_RTB->hide();
 }
 
 void frmHelp::growCredits() {
     for (m_credits.size = firstSize; m_credits.size < Credits::largest; ++m_credits.size) {
         placeCredits();
-        lbl->repaint();
+        m_lbl->repaint();
     }
 }
 
 void frmHelp::placeCredits() {
-    QFont font = lbl->font();
+    QFont font = m_lbl->font();
     font.setPointSize(m_credits.size);
-    lbl->setFont(font);
-    lbl->adjustSize();
-    lbl->move((width() - lbl->width()) / 2, pixels(m_credits.top));
+    m_lbl->setFont(font);
+    m_lbl->adjustSize();
+    m_lbl->move((width() - m_lbl->width()) / 2, pixels(m_credits.top));
     const auto& [red, green, blue] = m_credits.colour;
-    QPalette colours = lbl->palette();
+    QPalette colours = m_lbl->palette();
     colours.setColor(QPalette::WindowText,
                      QColor(std::min(red, 255), std::min(green, 255), std::min(blue, 255)));
-    lbl->setPalette(colours);
+    m_lbl->setPalette(colours);
 }
 
 void frmHelp::Timer1_Timer() {
     if (!m_credits.animating) return;
-    m_credits.tick(height() * 15, lbl->height() * 15,
+    m_credits.tick(height() * 15, m_lbl->height() * 15,
                    [] { return QRandomGenerator::global()->generateDouble(); });
     placeCredits();
 }

@@ -30,10 +30,10 @@ class frmHelp final : public QDialog {
     void placeCredits();
 
     desktop::Desktop& m_desktop;
-    QTimer Timer1;
-    QTextBrowser* RTB;
-    QPushButton* cmdOK;
-    QLabel* lbl;
+    QTimer m_Timer1;
+    QTextBrowser* m_RTB;
+    QPushButton* m_cmdOK;
+    QLabel* m_lbl;
     Credits m_credits;
 };
 

@@ -3,6 +3,7 @@
 #include "basic/files.h"
 #include "basic/strings.h"
 #include "controls/branding.h"
+#include "controls/makers.h"
 #include "project/password_store.h"
 #include "text.h"
 
@@ -25,34 +26,27 @@ frmLogin::frmLogin(desktop::Desktop& desktop, std::function<void()> next, std::f
     QVBoxLayout* body = branding::layOut(*this);
     body->addWidget(branding::makeTitle(QStringLiteral("ZavroGrl"), this));
 
-    txtUserName = new QLineEdit(this);
-    txtUserName->setObjectName(QStringLiteral("txtUserName"));
-    txtUserName->setAccessibleName(text("User Name"));
-    txtPassword = new QLineEdit(this);
-    txtPassword->setObjectName(QStringLiteral("txtPassword"));
-    txtPassword->setAccessibleName(text("Password"));
-    txtPassword->setEchoMode(QLineEdit::Password);
+    m_txtUserName = makeLine("txtUserName", "User Name", this);
+    m_txtPassword = makePasswordLine("txtPassword", "Password", this);
     auto* form = new QFormLayout;
-    form->addRow(text("&User Name:"), txtUserName);
-    form->addRow(text("&Password:"), txtPassword);
+    form->addRow(text("&User Name:"), m_txtUserName);
+    form->addRow(text("&Password:"), m_txtPassword);
     body->addLayout(form);
 
-    lblStore = branding::makeText({}, this, QStringLiteral("lblStore"));
-    lblStore->hide();
-    body->addWidget(lblStore);
+    m_lblStore = branding::makeText({}, this, QStringLiteral("lblStore"));
+    m_lblStore->hide();
+    body->addWidget(m_lblStore);
 
-    cmdOK = new QPushButton(text("OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton(text("Cancel"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    m_cmdOK = makeButton("cmdOK", "OK", this);
+    m_cmdOK->setDefault(true);
+    m_cmdCancel = makeButton("cmdCancel", "Cancel", this);
     body->addStretch(1);
-    body->addLayout(branding::makeButtonRow({cmdOK, cmdCancel}));
+    body->addLayout(branding::makeButtonRow({m_cmdOK, m_cmdCancel}));
     setMinimumWidth(400);
 
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
-    txtPassword->setFocus();
+    connect(m_cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(m_cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
+    m_txtPassword->setFocus();
     Form_Load();
     branding::centre(*this);
 }
@@ -64,26 +58,26 @@ void frmLogin::Form_Load() {
         // It is there, so a password may be in it: nobody is let in who might not know it.
         const char* store =
             basic::fileExists(desktop::programFile(m_desktop, "suprt.dll")) ? "suprt.dll" : "lgn.lgn";
-        lblStore->setText(
+        m_lblStore->setText(
             text("The stored password cannot be read: %1 (%2). Put a readable copy of the file back, or move "
                  "it "
                  "away to begin without a password.")
                 .arg(fromUtf8(error.description()), fromUtf8(desktop::programFile(m_desktop, store))));
-        lblStore->show();
-        cmdOK->setEnabled(false);
+        m_lblStore->show();
+        m_cmdOK->setEnabled(false);
     }
 }
 
 void frmLogin::cmdOK_Click() {
-    if (!cmdOK->isEnabled()) return;
-    if (basic::trim(toUtf8(txtPassword->text())) == m_stored) {
+    if (!m_cmdOK->isEnabled()) return;
+    if (basic::trim(toUtf8(m_txtPassword->text())) == m_stored) {
         if (const auto next = std::exchange(m_next, nullptr)) next();
         return;
     }
     m_desktop.messageBox("Invalid Password, try again!", desktop::Buttons::Ok, "Login");
-    txtPassword->setFocus();
-    txtPassword->home(false);
-    txtPassword->end(true);
+    m_txtPassword->setFocus();
+    m_txtPassword->home(false);
+    m_txtPassword->end(true);
 }
 
 void frmLogin::cmdCancel_Click() {

@@ -28,11 +28,11 @@ class frmLogin final : public QDialog {
     void cmdCancel_Click();
 
     desktop::Desktop& m_desktop;
-    QLineEdit* txtUserName;
-    QLineEdit* txtPassword;
-    QPushButton* cmdOK;
-    QPushButton* cmdCancel;
-    QLabel* lblStore;
+    QLineEdit* m_txtUserName;
+    QLineEdit* m_txtPassword;
+    QPushButton* m_cmdOK;
+    QPushButton* m_cmdCancel;
+    QLabel* m_lblStore;
     std::string m_stored;
     std::function<void()> m_next;
     std::function<void()> m_end;

@@ -2,7 +2,7 @@
 
 #include "basic/strings.h"
 #include "controls/branding.h"
-#include "controls/panel.h"
+#include "controls/makers.h"
 #include "project/password_store.h"
 #include "text.h"
 
@@ -23,15 +23,12 @@ frmPwd::frmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_
     auto* form = new QGridLayout;
     form->setColumnStretch(1, 1);
 
-    const auto addBox = [this, form](const char* caption, const char* name, QLabel*& label) {
-        auto* box = new QLineEdit(this);
-        box->setObjectName(QLatin1String("txt") + QLatin1String(name));
-        box->setEchoMode(QLineEdit::Password);
+    const auto addBox = [this, form](const char* caption, const char* name, const char* labelName,
+                                     QLabel*& label) {
+        QLineEdit* box = makePasswordLine(name, caption, this);
         box->installEventFilter(this);
-        label = new QLabel(text(caption), this);
-        label->setObjectName(QLatin1String("lbl") + QLatin1String(name));
-        label->setBuddy(box);
-        box->setAccessibleName(label->text());
+        label = makeLabel(caption, *box);
+        label->setObjectName(QLatin1String(labelName));
         const int row = form->rowCount();
         form->addWidget(label, row, 0);
         form->addWidget(box, row, 1);
@@ -40,28 +37,26 @@ frmPwd::frmPwd(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), m_
         keepRoomWhenHidden(*box);
         return box;
     };
-    txtOld = addBox("Enter old Passward:", "Old", lblOld);
-    txtNew = addBox("Enter New Passward:", "New", lblNew);
-    txtREnt = addBox("ReEnter New Passward:", "REnt", lblREnt);
-    for (QWidget* widget : std::initializer_list<QWidget*>{txtNew, txtREnt, lblNew, lblREnt})
+    m_txtOld = addBox("Enter old Passward:", "txtOld", "lblOld", m_lblOld);
+    m_txtNew = addBox("Enter New Passward:", "txtNew", "lblNew", m_lblNew);
+    m_txtREnt = addBox("ReEnter New Passward:", "txtREnt", "lblREnt", m_lblREnt);
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_txtNew, m_txtREnt, m_lblNew, m_lblREnt})
         widget->hide();
     body->addLayout(form);
 
-    lblStore = branding::makeText({}, this, QStringLiteral("lblStore"));
-    lblStore->hide();
-    body->addWidget(lblStore);
+    m_lblStore = branding::makeText({}, this, QStringLiteral("lblStore"));
+    m_lblStore->hide();
+    body->addWidget(m_lblStore);
 
-    cmdOK = new QPushButton(text("OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdCancel = new QPushButton(text("Cancel"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    m_cmdOK = makeButton("cmdOK", "OK", this);
+    m_cmdCancel = makeButton("cmdCancel", "Cancel", this);
     body->addStretch(1);
-    body->addLayout(branding::makeButtonRow({cmdOK, cmdCancel}));
+    body->addLayout(branding::makeButtonRow({m_cmdOK, m_cmdCancel}));
     setMinimumWidth(440);
 
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
-    txtOld->setFocus();
+    connect(m_cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(m_cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    m_txtOld->setFocus();
     Form_Load();
 }
 
@@ -78,40 +73,40 @@ bool frmPwd::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter) return QDialog::eventFilter(watched, event);
-    if (watched == txtOld)
+    if (watched == m_txtOld)
         checkOld();
-    else if (watched == txtNew)
-        txtREnt->setFocus();
-    else if (watched == txtREnt)
-        cmdOK->setFocus();
+    else if (watched == m_txtNew)
+        m_txtREnt->setFocus();
+    else if (watched == m_txtREnt)
+        m_cmdOK->setFocus();
     return true;
 }
 
 void frmPwd::cmdOK_Click() {
-    if (txtNew->isHidden())
+    if (m_txtNew->isHidden())
         checkOld();
     else
         storeNew();
 }
 
 void frmPwd::checkOld() {
-    if (basic::trim(toUtf8(txtOld->text())) != m_stored) {
+    if (basic::trim(toUtf8(m_txtOld->text())) != m_stored) {
         m_desktop.messageBox("Your Password is wrong...Try again");
-        txtOld->setFocus();
+        m_txtOld->setFocus();
         return;
     }
-    for (QWidget* widget : std::initializer_list<QWidget*>{txtNew, txtREnt, lblNew, lblREnt})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_txtNew, m_txtREnt, m_lblNew, m_lblREnt})
         widget->show();
-    txtNew->setFocus();
+    m_txtNew->setFocus();
 }
 
 void frmPwd::storeNew() {
-    if (txtNew->text() != txtREnt->text()) {
+    if (m_txtNew->text() != m_txtREnt->text()) {
         m_desktop.messageBox("Your ReEntered Passward is wrong..., try again");
         return;
     }
     try {
-        const std::string typed = toUtf8(txtNew->text());
+        const std::string typed = toUtf8(m_txtNew->text());
         project::storePassword(m_desktop, basic::trim(typed));
     } catch (const basic::RuntimeError& error) {
         tell(text("The password was not changed: %1").arg(fromUtf8(error.told())));
@@ -122,8 +117,8 @@ void frmPwd::storeNew() {
 }
 
 void frmPwd::tell(const QString& what) {
-    lblStore->setText(what);
-    lblStore->show();
+    m_lblStore->setText(what);
+    m_lblStore->show();
     // Below the boxes, not out of their height.
     layout()->activate();
     const int wanted = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width())

@@ -28,15 +28,15 @@ class frmPwd final : public QDialog {
     void tell(const QString& what);
 
     desktop::Desktop& m_desktop;
-    QLabel* lblOld;
-    QLabel* lblNew;
-    QLabel* lblREnt;
-    QLabel* lblStore;
-    QLineEdit* txtOld;
-    QLineEdit* txtNew;
-    QLineEdit* txtREnt;
-    QPushButton* cmdOK;
-    QPushButton* cmdCancel;
+    QLabel* m_lblOld;
+    QLabel* m_lblNew;
+    QLabel* m_lblREnt;
+    QLabel* m_lblStore;
+    QLineEdit* m_txtOld;
+    QLineEdit* m_txtNew;
+    QLineEdit* m_txtREnt;
+    QPushButton* m_cmdOK;
+    QPushButton* m_cmdCancel;
     std::string m_stored;
 };
 

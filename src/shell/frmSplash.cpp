@@ -30,13 +30,13 @@ frmSplash::frmSplash(std::function<void()> next, QWidget* parent) : QWidget(pare
     setMinimumWidth(420);
     branding::centre(*this);
 
-    Timer1.setSingleShot(true);
-    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
-    Timer1.start(1200ms);
+    m_Timer1.setSingleShot(true);
+    connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    m_Timer1.start(1200ms);
 }
 
 void frmSplash::Timer1_Timer() {
-    Timer1.stop();
+    m_Timer1.stop();
     if (const auto next = std::exchange(m_next, nullptr)) next();
 }
 

@@ -20,7 +20,7 @@ class frmSplash final : public QWidget {
   private:
     void Timer1_Timer();
 
-    QTimer Timer1;
+    QTimer m_Timer1;
     std::function<void()> m_next;
 };
 

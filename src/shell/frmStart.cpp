@@ -1,8 +1,8 @@
 #include "frmStart.h"
 
 #include "controls/branding.h"
+#include "controls/makers.h"
 #include "controls/metrics.h"
-#include "controls/panel.h"
 #include "text.h"
 
 #include <QCloseEvent>
@@ -40,54 +40,53 @@ frmStart::frmStart(std::function<void()> next, std::function<void()> end, QWidge
 
     auto* band = new QFrame(this);
     band->setMinimumWidth(bandWidth);
-    lbl2 = new QLabel(text("From bench mark to bench mark"), band);
-    lbl2->setObjectName(QStringLiteral("lbl2"));
-    lbl2->adjustSize();
-    band->setFixedHeight(lbl2->height() + branding::spacing);
+    m_lbl2 = new QLabel(text("From bench mark to bench mark"), band);
+    m_lbl2->setObjectName(QStringLiteral("lbl2"));
+    m_lbl2->adjustSize();
+    band->setFixedHeight(m_lbl2->height() + branding::spacing);
     body->addWidget(band);
 
-    lblGo = branding::makeText(text("Press OK to log in."), this, QStringLiteral("lblGo"));
-    cmdOK = new QPushButton(text("OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setAccessibleName(text("OK, go on to the login"));
-    cmdOK->setAutoDefault(true);
-    for (QWidget* widget : {static_cast<QWidget*>(lblGo), static_cast<QWidget*>(cmdOK)}) {
+    m_lblGo = branding::makeText(text("Press OK to log in."), this, QStringLiteral("lblGo"));
+    m_cmdOK = makeButton("cmdOK", "OK", this);
+    m_cmdOK->setAccessibleName(text("OK, go on to the login"));
+    m_cmdOK->setAutoDefault(true);
+    for (QWidget* widget : {static_cast<QWidget*>(m_lblGo), static_cast<QWidget*>(m_cmdOK)}) {
         keepRoomWhenHidden(*widget);
         widget->hide();
     }
-    QHBoxLayout* row = branding::makeButtonRow({cmdOK});
-    row->insertWidget(0, lblGo, 1);
+    QHBoxLayout* row = branding::makeButtonRow({m_cmdOK});
+    row->insertWidget(0, m_lblGo, 1);
     body->addStretch(1);
     body->addLayout(row);
     branding::centre(*this);
 
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
-    connect(&tim, &QTimer::timeout, this, [this] { tim_Timer(); });
-    lbl2->move(pixels(m_moving.left), branding::spacing / 2);
-    Timer1.start(50ms);
-    tim.setSingleShot(true);
-    tim.start(800ms);
+    connect(m_cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+    connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
+    connect(&m_tim, &QTimer::timeout, this, [this] { tim_Timer(); });
+    m_lbl2->move(pixels(m_moving.left), branding::spacing / 2);
+    m_Timer1.start(50ms);
+    m_tim.setSingleShot(true);
+    m_tim.start(800ms);
 }
 
 void frmStart::Timer1_Timer() {
     m_moving.tick();
-    lbl2->move(pixels(m_moving.left), lbl2->y());
+    m_lbl2->move(pixels(m_moving.left), m_lbl2->y());
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     const auto [red, green, blue] = randomColour(static_cast<std::uint64_t>(now));
-    QPalette palette = lbl2->palette();
+    QPalette palette = m_lbl2->palette();
     palette.setColor(QPalette::WindowText, QColor(red, green, blue));
-    lbl2->setPalette(palette);
+    m_lbl2->setPalette(palette);
 }
 
 void frmStart::tim_Timer() {
-    lblGo->show();
-    cmdOK->show();
-    cmdOK->setFocus();
+    m_lblGo->show();
+    m_cmdOK->show();
+    m_cmdOK->setFocus();
 }
 
 void frmStart::cmdOK_Click() {
-    Timer1.stop();
+    m_Timer1.stop();
     if (const auto next = std::exchange(m_next, nullptr)) next();
 }
 

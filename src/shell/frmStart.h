@@ -25,11 +25,11 @@ class frmStart final : public QWidget {
     void tim_Timer();
     void cmdOK_Click();
 
-    QTimer Timer1;
-    QTimer tim;
-    QLabel* lbl2;
-    QLabel* lblGo;
-    QPushButton* cmdOK;
+    QTimer m_Timer1;
+    QTimer m_tim;
+    QLabel* m_lbl2;
+    QLabel* m_lblGo;
+    QPushButton* m_cmdOK;
     MovingLabel m_moving;
     std::function<void()> m_next;
     std::function<void()> m_end;

@@ -1,5 +1,6 @@
 #include "level_frame.h"
 
+#include "controls/makers.h"
 #include "text.h"
 
 #include "basic/numbers.h"
@@ -44,15 +45,11 @@ LevelFrame::LevelFrame(const QString& file, exchange::LevelFile levels, const sh
     m_lines->setTabKeyNavigation(false);
     m_lines->verticalHeader()->setDefaultSectionSize(m_lines->fontMetrics().height() + 6);
     upper().addWidget(m_lines, 1);
-    m_points = new QLineEdit;
-    m_points->setObjectName(QStringLiteral("txtPoints"));
+    m_points = makeLine("txtPoints");
     m_points->setPlaceholderText(QStringLiteral("KKMMM+oo"));
-    auto* label = new QLabel(text("&Point names tell chainage and offset as:"));
-    label->setBuddy(m_points);
-    m_take = new QCheckBox(text("Take it &all the same"));
-    m_take->setObjectName(QStringLiteral("chkTake"));
+    m_take = makeCheckBox("chkTake", "Take it &all the same");
     auto* line = new QHBoxLayout;
-    line->addWidget(label);
+    line->addWidget(makeLabel("&Point names tell chainage and offset as:", *m_points));
     line->addWidget(m_points, 1);
     line->addWidget(m_take);
     upper().addLayout(line);

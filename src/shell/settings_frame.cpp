@@ -1,6 +1,7 @@
 #include "settings_frame.h"
 
 #include "controls/command_button.h"
+#include "controls/makers.h"
 #include "text.h"
 
 #include "entry/entry_settings.h"
@@ -15,29 +16,21 @@
 #include <QListWidget>
 #include <QRadioButton>
 
-#include <utility>
+#include <array>
 
 namespace shell {
 namespace {
 
-QComboBox* makeCombo(const char* name, const char* spoken, std::initializer_list<const char*> items) {
-    return makeEditableCombo(name, spoken, std::span(items.begin(), items.size()));
-}
-
-QLineEdit* makeBox(const char* name, const QString& accessibleName) {
-    auto* box = new QLineEdit;
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(accessibleName);
-    return box;
-}
+constexpr std::array increments{"5", "10", "20", "25", "30", "50", "100"};
+constexpr std::array sides{"Left", "Right"};
 
 } // namespace
 
 SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidget* parent)
     : Panel(QStringLiteral("ff"), text("Settings"), parent), m_settings(book.settings), m_desktop(desktop) {
-    m_cboIncr = makeCombo("cboIncr", "Chainage Increment, m", {"5", "10", "20", "25", "30", "50", "100"});
+    m_cboIncr = makeEditableCombo("cboIncr", "Chainage Increment, m", increments);
     addLine(text("Chainage Increment:"), m_cboIncr, text("m"));
-    m_cboSide = makeCombo("cboSide", "Starting Side", {"Left", "Right"});
+    m_cboSide = makeEditableCombo("cboSide", "Starting Side", sides);
     addLine(text("Starting Side :"), m_cboSide);
 
     m_chkAuto = makeCheck("chkAuto", "Auto Left to Right", &sheet::Settings::chkAuto);
@@ -47,7 +40,7 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
         addWide(box);
 
     m_chkAdd = makeCheck("chkAdd", "Add Reading", &sheet::Settings::chkAdd);
-    m_txtAdd = makeBox("txtAdd", text("Reading to add"));
+    m_txtAdd = makeLine("txtAdd", "Reading to add");
     const int addRow = body().rowCount();
     body().addWidget(m_chkAdd, addRow, 0);
     body().addWidget(m_txtAdd, addRow, 1);
@@ -55,7 +48,7 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     nextColumn();
     m_chkOft = makeCheck("chkOft", "Fixed Offsets", &sheet::Settings::chkOft);
     addWide(m_chkOft);
-    m_txtOft = makeBox("txtOft", {});
+    m_txtOft = makeLine("txtOft");
     addLine(text("Offset:"), m_txtOft, text("m"))->setObjectName(QStringLiteral("lblOft"));
 
     m_optLeft = makeOption("optLeft", "Left");
@@ -63,12 +56,12 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     m_optBoth = makeOption("optBoth", "Both");
     m_optBoth->setChecked(true);
     m_cmdAdd = new CommandButton(QStringLiteral("cmdAdd"), text("Add"), nullptr);
-    auto* sides = new QHBoxLayout;
+    auto* line = new QHBoxLayout;
     for (QRadioButton* option : {m_optLeft, m_optRight, m_optBoth})
-        sides->addWidget(option);
-    sides->addStretch(1);
-    sides->addWidget(m_cmdAdd);
-    body().addLayout(sides, body().rowCount(), 0, 1, 3);
+        line->addWidget(option);
+    line->addStretch(1);
+    line->addWidget(m_cmdAdd);
+    body().addLayout(line, body().rowCount(), 0, 1, 3);
 
     m_lstOft = new QListWidget;
     m_lstOft->setObjectName(QStringLiteral("lstOft"));

@@ -1,6 +1,7 @@
 #include "table_frame.h"
 
 #include "controls/box_header.h"
+#include "controls/makers.h"
 #include "text.h"
 
 #include "exchange/column_profiles.h"
@@ -23,12 +24,6 @@ namespace {
 constexpr int shownRows = 20;
 constexpr int shownColumns = 60;
 
-QLabel* labelOf(const char* caption, QWidget* field) {
-    auto* label = new QLabel(text(caption));
-    label->setBuddy(field);
-    return label;
-}
-
 } // namespace
 
 TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std::string profiles,
@@ -37,8 +32,7 @@ TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std:
       m_table(std::move(table)),
       m_read(std::move(read)),
       m_profiles(std::move(profiles)) {
-    m_sheets = new QComboBox;
-    m_sheets->setObjectName(QStringLiteral("cboSheet"));
+    m_sheets = makeCombo("cboSheet");
     for (const std::string& sheet : m_table.sheets)
         m_sheets->addItem(fromUtf8(sheet));
     m_sheets->setCurrentIndex(static_cast<int>(m_table.sheet));
@@ -49,10 +43,10 @@ TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std:
     m_heading->setSpecialValueText(text("none"));
     m_heading->setKeyboardTracking(false);
     auto* line = new QHBoxLayout;
-    auto* sheets = labelOf("&Sheet:", m_sheets);
+    QLabel* sheets = makeLabel("&Sheet:", *m_sheets);
     line->addWidget(sheets);
     line->addWidget(m_sheets, 1);
-    line->addWidget(labelOf("Heading in ro&w:", m_heading));
+    line->addWidget(makeLabel("Heading in ro&w:", *m_heading));
     line->addWidget(m_heading);
     line->addStretch();
     if (m_table.separator != 0) { // text in columns is one sheet
@@ -72,8 +66,7 @@ TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std:
     m_preview->setHorizontalHeader(m_header);
     upper().addWidget(m_preview, 1);
 
-    m_remember = new QCheckBox(text("Re&member for this heading"));
-    m_remember->setObjectName(QStringLiteral("chkRemember"));
+    m_remember = makeCheckBox("chkRemember", "Re&member for this heading");
     addBeside(m_remember);
     QObject::connect(m_sheets, &QComboBox::activated, this, [this](int index) { chooseSheet(index); });
     QObject::connect(m_heading, &QSpinBox::valueChanged, this, [this](int row) { chooseHeading(row); });

@@ -2,14 +2,12 @@
 
 #include "../text.h"
 #include "command_button.h"
+#include "makers.h"
 #include "metrics.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -154,32 +152,6 @@ void Panel::fillWith(QWidget* content) {
     m_body = nullptr;
     m_columns->addWidget(content);
     m_fills = true;
-}
-
-void keepRoomWhenHidden(QWidget& widget) {
-    QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget.setSizePolicy(policy);
-}
-
-QComboBox* makeEditableCombo(const char* name, const char* spoken, std::span<const char* const> items) {
-    auto* box = new QComboBox;
-    box->setObjectName(QLatin1String(name));
-    box->setEditable(true);
-    box->setAccessibleName(text(spoken));
-    box->lineEdit()->setAccessibleName(text(spoken)); // it is the one that has the focus
-    box->setInsertPolicy(QComboBox::NoInsert);
-    box->setCompleter(nullptr);
-    for (const char* item : items)
-        box->addItem(QLatin1String(item));
-    return box;
-}
-
-QCheckBox* makeCheckBox(const char* name, const char* caption) {
-    auto* box = new QCheckBox(text(caption));
-    box->setObjectName(QLatin1String(name));
-    box->setAccessibleName(text(caption));
-    return box;
 }
 
 } // namespace shell

@@ -3,10 +3,7 @@
 #include <QFrame>
 
 #include <map>
-#include <span>
 
-class QCheckBox;
-class QComboBox;
 class QGridLayout;
 class QHBoxLayout;
 class QLabel;
@@ -62,14 +59,5 @@ class Panel : public QFrame {
     QHBoxLayout* m_buttons;
     bool m_fills = false;
 };
-
-/// Keeps the room of a control that comes and goes, so that nothing jumps.
-void keepRoomWhenHidden(QWidget& widget);
-
-/// A list that takes typed texts too, as they are typed.
-[[nodiscard]] QComboBox* makeEditableCombo(const char* name, const char* spoken,
-                                           std::span<const char* const> items);
-
-[[nodiscard]] QCheckBox* makeCheckBox(const char* name, const char* caption);
 
 } // namespace shell

@@ -1,5 +1,6 @@
 #include "findings_pane.h"
 
+#include "../controls/makers.h"
 #include "../controls/metrics.h"
 #include "../text.h"
 
@@ -45,7 +46,7 @@ QString wordOf(survey::FindingKind kind) {
 
 FindingsPane::FindingsPane()
     : m_list(new QTreeWidget),
-      m_aside(new QCheckBox(text("Show what is set aside"))),
+      m_aside(makeCheckBox("chkAside", "Show what is set aside")),
       m_staff(new QDoubleSpinBox),
       m_none(new QLabel(text("Nothing looks wrong"))) {
     setObjectName(QStringLiteral("findingsPane"));
@@ -59,15 +60,13 @@ FindingsPane::FindingsPane()
     m_list->header()->setStretchLastSection(true);
     QObject::connect(m_list, &QTreeWidget::itemClicked, this, [this] { goToCurrent(); });
     QObject::connect(m_list, &QTreeWidget::itemActivated, this, [this] { goToCurrent(); });
-    auto* aside = new QPushButton(text("Set &aside"));
-    aside->setObjectName(QStringLiteral("cmdAside"));
+    QPushButton* aside = makeButton("cmdAside", "Set &aside");
     aside->setAutoDefault(false);
     aside->setToolTip(text("Not told again in this book until it changes (Delete)"));
     QObject::connect(aside, &QPushButton::clicked, this, [this] { setCurrentAside(); });
     auto* remove = new QShortcut(QKeySequence(Qt::Key_Delete), m_list);
     remove->setContext(Qt::WidgetShortcut);
     QObject::connect(remove, &QShortcut::activated, this, [this] { setCurrentAside(); });
-    m_aside->setObjectName(QStringLiteral("chkAside"));
     QObject::connect(m_aside, &QCheckBox::toggled, this, [this] {
         if (wantsAside) wantsAside();
     });
@@ -82,13 +81,11 @@ FindingsPane::FindingsPane()
         if (staffChanged) staffChanged(metres);
     });
     m_none->setContentsMargins(gap, gap, gap, gap);
-    auto* staff = new QLabel(text("Staff"));
-    staff->setBuddy(m_staff);
     auto* line = new QHBoxLayout;
     line->addWidget(aside);
     line->addWidget(m_aside);
     line->addStretch(1);
-    line->addWidget(staff);
+    line->addWidget(makeLabel("Staff", *m_staff));
     line->addWidget(m_staff);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(margin, gap, margin, margin);

@@ -1,5 +1,6 @@
 #include "heading_dialog.h"
 
+#include "../controls/makers.h"
 #include "../text.h"
 
 #include <QDialogButtonBox>
@@ -21,8 +22,8 @@ HeadingDialog::HeadingDialog(const sheet::Heading& heading, QWidget* parent) : Q
     setWindowTitle(text("Job heading"));
     auto* form = new QFormLayout(this);
     for (std::size_t key = 0; key < captions.size(); ++key) {
-        m_texts[key] = new QLineEdit(fromUtf8(heading.text(key)));
-        m_texts[key]->setObjectName(QStringLiteral("txtHeading_") + QLatin1String(sheet::Heading::keys[key]));
+        m_texts[key] = makeLine((std::string("txtHeading_") + sheet::Heading::keys[key]).c_str());
+        m_texts[key]->setText(fromUtf8(heading.text(key)));
         m_texts[key]->setAccessibleName(text(captions[key]).remove(u'&'));
         m_texts[key]->setMaxLength(int(sheet::Heading::longest));
         m_texts[key]->setMinimumWidth(40 * fontMetrics().averageCharWidth());

@@ -1,5 +1,6 @@
 #include "levels_pane.h"
 
+#include "../controls/makers.h"
 #include "../controls/metrics.h"
 #include "../text.h"
 #include "level_models.h"
@@ -22,12 +23,6 @@ namespace {
 
 constexpr std::chrono::milliseconds untilKeysRest{300};
 constexpr int rowsMeasured = 20; // for the width of a column
-
-QLabel* labelFor(const char* caption, QWidget& field) {
-    auto* label = new QLabel(text(caption));
-    label->setBuddy(&field);
-    return label;
-}
 
 } // namespace
 
@@ -113,9 +108,7 @@ QWidget* LevelsPane::buildChoices() {
     auto* bar = new QWidget;
     auto* line = new QHBoxLayout(bar);
     line->setContentsMargins(0, 0, 0, 0);
-    m_class = new QComboBox;
-    m_class->setObjectName(QStringLiteral("cboClass"));
-    m_class->setAccessibleName(text("Tolerance"));
+    m_class = makeCombo("cboClass", "Tolerance");
     m_class->setToolTip(text("A class, or your own rule in mm: 2+5rK, 5rN, 8 or none"));
     for (const survey::ToleranceClass& each : survey::toleranceClasses())
         m_class->addItem(text(each.name));
@@ -125,19 +118,17 @@ QWidget* LevelsPane::buildChoices() {
     m_class->setMinimumContentsLength(20);
     QObject::connect(m_class, &QComboBox::activated, this, [this] { takeRule(); });
     QObject::connect(m_class->lineEdit(), &QLineEdit::editingFinished, this, [this] { takeRule(); });
-    m_method = new QComboBox;
-    m_method->setObjectName(QStringLiteral("cboMethod"));
-    m_method->setAccessibleName(text("Adjustment"));
+    m_method = makeCombo("cboMethod", "Adjustment");
     m_method->addItems({text("By set-ups"), text("By distance")});
     QObject::connect(m_method, &QComboBox::activated, this, [this](int index) {
         changeClosing([&](survey::Closing& closing) {
             closing.method = index == 1 ? survey::Method::Distance : survey::Method::Setups;
         });
     });
-    line->addWidget(labelFor("Tolerance", *m_class));
+    line->addWidget(makeLabel("Tolerance", *m_class));
     line->addWidget(m_class);
     line->addSpacing(groupGap);
-    line->addWidget(labelFor("Adjustment", *m_method));
+    line->addWidget(makeLabel("Adjustment", *m_method));
     line->addWidget(m_method);
     line->addStretch(1);
     return bar;

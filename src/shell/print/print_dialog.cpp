@@ -1,5 +1,6 @@
 #include "print_dialog.h"
 
+#include "../controls/makers.h"
 #include "../controls/metrics.h"
 #include "../text.h"
 
@@ -98,8 +99,7 @@ PrintDialog::PrintDialog(PrintedBook book, PrintChoice choice, Aim aim, QWidget*
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     const auto button = [&](const char* name, const char* caption) {
-        auto* made = new QPushButton(text(caption));
-        made->setObjectName(QLatin1String(name));
+        QPushButton* made = makeButton(name, caption);
         made->setAutoDefault(false);
         buttons->addWidget(made);
         return made;
@@ -121,15 +121,13 @@ QWidget* PrintDialog::buildChoices() {
     auto* panel = new QWidget;
     auto* form = new QFormLayout(panel);
     for (std::size_t k = 0; k < boxes.size(); ++k) {
-        m_boxes[k] = new QCheckBox(text(boxes[k].caption));
-        m_boxes[k]->setObjectName(QLatin1String(boxes[k].name));
+        m_boxes[k] = makeCheckBox(boxes[k].name, boxes[k].caption);
         m_boxes[k]->setChecked(m_choice.*boxes[k].choice);
         connect(m_boxes[k], &QCheckBox::toggled, this, [this] { choose(); });
         form->addRow(m_boxes[k]);
     }
     const auto combo = [&](const char* name, const char* label) {
-        auto* made = new QComboBox;
-        made->setObjectName(QLatin1String(name));
+        QComboBox* made = makeCombo(name);
         form->addRow(text(label), made);
         return made;
     };
@@ -162,14 +160,12 @@ QWidget* PrintDialog::buildPreview() {
     column->addWidget(m_preview, 1);
     auto* turning = new QHBoxLayout;
     turning->addStretch(1);
-    auto* label = new QLabel(text("Pa&ge"));
     m_page = new QSpinBox;
     m_page->setObjectName(QStringLiteral("spnPage"));
-    label->setBuddy(m_page);
     m_pages = new QLabel;
     m_pages->setObjectName(QStringLiteral("lblPages"));
     m_pages->setMinimumWidth(m_pages->fontMetrics().horizontalAdvance(text("of %1").arg(10000)));
-    turning->addWidget(label);
+    turning->addWidget(makeLabel("Pa&ge", *m_page));
     turning->addWidget(m_page);
     turning->addWidget(m_pages);
     turning->addStretch(1);
