@@ -27,18 +27,18 @@ tables::MemoryParts partsOf(const std::uint8_t* data, std::size_t size, const ch
 
 template <typename Read>
 int checkReading(Read&& read) {
-    std::string stream;
-    tables::Writer out([&stream](std::string_view piece) { stream += piece; });
+    tables::Collector collector;
+    tables::Writer out([&collector](std::string_view piece) {
+        try {
+            collector.take(piece);
+        } catch (const tables::Unreadable&) {
+            std::abort(); // what a reader writes can be read
+        }
+    });
     try {
         read(out);
     } catch (const tables::Unreadable&) {
         return 0;
-    }
-    tables::Collector collector;
-    try {
-        collector.take(stream);
-    } catch (const tables::Unreadable&) {
-        std::abort(); // what a reader writes can be read
     }
     if (!collector.isWhole()) std::abort();
     return 0;

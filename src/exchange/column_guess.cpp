@@ -111,6 +111,7 @@ constexpr HeadingWord headingWords[] = {
     {"sta", ColumnKind::Chainage},
     {"peg", ColumnKind::Chainage},
     {"offset", ColumnKind::SignedOffset},
+    {"offsets", ColumnKind::SignedOffset},
     {"o s", ColumnKind::SignedOffset, true},
     {"os", ColumnKind::SignedOffset, true},
     {"dist", ColumnKind::SignedOffset},
@@ -318,12 +319,19 @@ int guessHeadingRow(const tables::Table& table) {
     std::size_t best = 1;
     int row = 0;
     for (std::size_t index = 0; index < std::min(table.rows.size(), searchedRows); ++index) {
+        const Row& here = table.rows[index];
+        std::size_t width = here.cells.size(), own = 0;
+        if (index > 0) width = std::max(width, table.rows[index - 1].cells.size());
         std::array<bool, columnKinds> found{};
-        for (std::size_t column = 0; column < table.rows[index].cells.size(); ++column) {
-            if (table.rows[index].cells[column].kind != CellKind::Text) continue;
+        for (std::size_t column = 0; column < width; ++column) {
+            const bool isText = column < here.cells.size() && here.cells[column].kind == CellKind::Text;
+            if (!isText && !textAt(here, column).empty()) continue;
             const auto kind = kindOfHeading(headingAt(table, index, column));
-            if (kind && *kind != ColumnKind::Nothing) found[static_cast<std::size_t>(*kind)] = true;
+            if (!kind || *kind == ColumnKind::Nothing) continue;
+            found[static_cast<std::size_t>(*kind)] = true;
+            own += isText;
         }
+        if (own < 2) continue; // the rest is the heading's above it
         const auto count = static_cast<std::size_t>(std::ranges::count(found, true));
         if (count <= best) continue;
         best = count;

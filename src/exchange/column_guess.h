@@ -42,7 +42,8 @@ struct Layout {
     bool ownHeadings = false; ///< the ten of this program: what follows the tenth belongs to the remark
 };
 
-/// The row among the first ones that has most words of a field book's heading; 0 when none has two.
+/// The row among the first ones that has most words of a field book's heading, those that stand over its
+/// empty cells too; 0 when none has two of its own.
 [[nodiscard]] int guessHeadingRow(const tables::Table& table);
 
 /// What the columns are, by the words of their headings and by their values. Each kind is guessed once.

@@ -10,8 +10,10 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <xlsxwriter.h>
+#include <zip.h>
 
 using exchange::ColumnKind;
 using testing::ElementsAre;
@@ -202,6 +204,110 @@ TEST(TableFiles, BadFilesAreRefusedWithTheirReason) {
     EXPECT_THAT(mixed.notes, ElementsAre(HasSubstr("Line 3 is separated by \",\"")));
 }
 
+/// A packed file of `parts`, names before contents.
+std::string writeZip(const std::string& path, const std::vector<std::pair<std::string, std::string>>& parts) {
+    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    for (const auto& [name, content] : parts) {
+        const auto index =
+            zip_file_add(zip, name.c_str(), zip_source_buffer(zip, content.data(), content.size(), 0), 0);
+        zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 1);
+    }
+    EXPECT_EQ(zip_close(zip), 0);
+    return path;
+}
+
+std::string writeSheet(const std::string& path, const std::string& content) {
+    return writeZip(
+        path,
+        {{"xl/workbook.xml", "<workbook><sheets><sheet name='Km 1' id='r1'/></sheets></workbook>"},
+         {"xl/_rels/workbook.xml.rels",
+          "<Relationships><Relationship Id='r1' Target='sheet.xml' Type='x/worksheet'/></Relationships>"},
+         {"xl/sheet.xml", "<worksheet><sheetData>" + content}});
+}
+
+std::string odsContent(const std::string& rows) {
+    return "<o:document-content xmlns:o='o' xmlns:table='t' xmlns:office='f' "
+           "xmlns:text='x'><o:body><table:table "
+           "table:name='Km 1'>" +
+           rows + "</table:table></o:body></o:document-content>";
+}
+
+std::string failure(const std::string& path, const tables::ReadOptions& options) {
+    try {
+        (void)tables::readTableFile(path, options);
+    } catch (const tables::Unreadable& error) {
+        return error.what();
+    }
+    return "read";
+}
+
+// What is small as a file and endless as a table, and what cannot be seen from its ending.
+TEST(TableFiles, BombsAndPasswordsAreRefusedInTime) {
+    const TempFolder folder;
+    const std::string cell =
+        "<table:table-cell table:number-columns-repeated='700' office:value-type='string'><text:p>";
+    const auto ods = [&](std::vector<std::pair<std::string, std::string>> parts) {
+        return writeZip(folder / "a.ods", parts);
+    };
+    const std::string hangs = folder.write("hangs", "#!/bin/sh\nexec sleep 60\n");
+    std::filesystem::permissions(hangs, std::filesystem::perms::owner_all);
+    const std::tuple<const char*, std::string, std::string> files[] = {
+        {"unpacks to more", writeSheet(folder / "a.xlsx", std::string(std::size_t{513} << 20, ' ')),
+         TABLE_READER},
+        {"more than 256 MB of text",
+         ods({{"content.xml",
+               odsContent("<table:table-row table:number-rows-repeated='1000000'>" + cell +
+                          std::string(30'000, 'x') + "</text:p></table:table-cell></table:table-row>")}}),
+         TABLE_READER},
+        {"declares XML entities",
+         writeZip(folder / "b.ods", {{"content.xml", "<!DOCTYPE a [<!ENTITY b 'c'>]><a/>"}}), TABLE_READER},
+        {"takes too long", folder.write("a.csv", "Ch,IS\n"), hangs},
+    };
+    for (const auto& [reason, path, reader] : files)
+        EXPECT_THAT(failure(path, {.sheet = {},
+                                   .readerProgram = reader,
+                                   .limit = std::chrono::seconds(reader == hangs ? 1 : 20)}),
+                    HasSubstr(reason));
+    const char* const manifest =
+        "<m:manifest xmlns:m='m'><m:file-entry><m:encryption-data/></m:file-entry></m:manifest>";
+    for (const char* part : {"content.xml", "encrypted-package"})
+        EXPECT_THAT(failure(ods({{"META-INF/manifest.xml", manifest}, {part, "?"}}),
+                            {.sheet = {}, .readerProgram = TABLE_READER}),
+                    HasSubstr("encrypted"))
+            << part;
+    EXPECT_THAT(failure(writeSheet(folder / "c.xlsx", "<row r='4'><c r='A4'><v>1</v></row>"),
+                        {.sheet = {}, .readerProgram = TABLE_READER}),
+                HasSubstr("Sheet \"Km 1\", at row 4: xl/sheet.xml is damaged in its line 1"));
+}
+
+// A million empty cells cost nothing; errors and formulas without a value are told by column and row.
+TEST(TableFiles, EmptyCellsErrorsAndFormulasOfBothFormats) {
+    const TempFolder folder;
+    writeZip(folder / "a.ods",
+             {{"content.xml",
+               odsContent(
+                   "<table:table-row table:number-rows-repeated='1000000'><table:table-cell "
+                   "table:number-columns-repeated='1000000'/></table:table-row><table:table-row>"
+                   "<table:table-cell office:value-type='string'><text:p>Ch</text:p></table:table-cell>"
+                   "<table:table-cell office:value-type='string'><text:p>I.S.</text:p></table:table-cell>"
+                   "<table:table-cell table:number-columns-repeated='1000000'/>"
+                   "<table:table-cell office:value-type='float' office:value='1'/></table:table-row>"
+                   "<table:table-row><table:table-cell table:formula='=A1'/><table:table-cell "
+                   "table:formula='=1/0' office:value-type='float' office:value='0'><text:p>#DIV/0!</text:p>"
+                   "</table:table-cell></table:table-row>")}});
+    std::filesystem::copy(folder / "a.ods", folder / "renamed.xlsx");
+    writeSheet(folder / "b.xlsx",
+               "<row r='1000001'><c r='A1000001' t='str'><v>Ch</v></c><c r='B1000001' t='str'><v>I.S.</v></c>"
+               "<c r='XFD1000001'><v>1</v></c></row><row r='1000002'><c r='A1000002'><f>A1</f></c>"
+               "<c r='B1000002' t='e'><f>1/0</f><v>#DIV/0!</v></c></row></sheetData></worksheet>");
+    for (const char* file : {"a.ods", "renamed.xlsx", "b.xlsx"})
+        EXPECT_THAT(texts(taken(readTable(folder / file))),
+                    ElementsAre("Column A: 1 cell is a formula without a value (row 1000002)",
+                                "Column B: 1 cell is an error (row 1000002 \"#DIV/0!\")",
+                                "1 cell right of column ZZ left out"))
+            << file;
+}
+
 // Every word that a field book's columns go by, alone and in company.
 TEST(ColumnGuess, HeadingWordsTellTheColumn) {
     const std::pair<ColumnKind, std::vector<const char*>> words[] = {
@@ -223,6 +329,16 @@ TEST(ColumnGuess, HeadingWordsTellTheColumn) {
         for (const char* heading : headings)
             EXPECT_EQ(exchange::kindOfHeading(heading), kind) << heading;
     EXPECT_FALSE(exchange::kindOfHeading("Weather"));
+}
+
+// A heading of two rows, its upper cells merged over or beside the lower ones.
+TEST(ColumnGuess, MergedHeadingsAreReadTogether) {
+    const TempFolder folder;
+    const auto table = taken(readTable(folder.write(
+        "merged.csv",
+        "Level book,,,,,,,\nChainage,Offset (m),Staff readings,,,H.I.,R.L.,Remarks\n,,B.S.,I.S.,F.S.,,,\n"
+        "(m),(m),(m),(m),(m),(m),(m),\n,,1.5,,,101.5,100,BM\n0-010,-3,,1.2,,,100.3,\n")));
+    EXPECT_THAT(lines(table), ElementsAre(",,,,1.5,,,,100.000,BM", "0-010,3,,,,1.2,,,100.300,"));
 }
 
 TEST(ColumnGuess, ReadingsWithTheirKindMakeChangePoints) {

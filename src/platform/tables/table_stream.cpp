@@ -1,5 +1,6 @@
 #include "table_stream.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -81,12 +82,18 @@ void Writer::field(std::string_view text) {
     if (m_bytes.size() >= pieceSize) flush();
 }
 
+void Writer::count(std::string_view text) {
+    m_text += std::min(text.size(), longestText);
+    if (m_text > mostText) throw Unreadable("The sheet holds more than 256 MB of text");
+}
+
 void Writer::flush() {
     m_put(m_bytes);
     m_bytes.clear();
 }
 
 void Writer::sheet(std::string_view name) {
+    count(name);
     m_bytes += 'S';
     field(name);
 }
@@ -112,6 +119,7 @@ void Writer::cell(int row, int column, const Cell& cell) {
     std::array<char, 32> room{};
     if (row < 1 || row < m_row || (row == m_row && column <= m_column))
         throw Unreadable("Cell " + columnName(column) + std::to_string(row) + " comes twice or too late");
+    count(cell.shown);
     m_column = column;
     if (row != m_row) {
         m_bytes += 'R';
@@ -135,6 +143,7 @@ void Writer::merged(const Merged& cells) {
 }
 
 void Writer::note(std::string_view text) {
+    count(text);
     m_bytes += 'N';
     field(text);
 }
@@ -176,6 +185,8 @@ void Collector::take(std::string_view piece) {
 }
 
 void Collector::finishRecord() {
+    if (m_kind == 'S' || m_kind == 'C' || m_kind == 'N') m_text += m_fields.back().size();
+    if (m_text > mostText) garbled();
     switch (m_kind) {
     case 'S':
         if (m_table.sheets.size() >= mostNames) garbled();

@@ -39,12 +39,13 @@ class Writer {
 
   private:
     void field(std::string_view text);
+    void count(std::string_view text); ///< towards mostText; before a record begins
     void flush();
 
     Put m_put;
     std::string m_bytes;
     int m_row = 0, m_column = 0;
-    std::size_t m_cells = 0, m_beyond = 0, m_merged = 0, m_cut = 0;
+    std::size_t m_cells = 0, m_text = 0, m_beyond = 0, m_merged = 0, m_cut = 0;
 };
 
 /// Puts such a stream together, however it is cut into pieces. Bytes that are no such stream raise
@@ -63,7 +64,7 @@ class Collector {
     char m_kind = 0;
     std::vector<std::string> m_fields;
     std::string m_field;
-    std::size_t m_cells = 0;
+    std::size_t m_cells = 0, m_text = 0;
     bool m_whole = false;
 };
 

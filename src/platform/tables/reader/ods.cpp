@@ -167,7 +167,7 @@ class ContentReader : public XmlHandler {
         const int last = m_rowRepeats > mostRows - m_row ? mostRows + 1 : m_row + m_rowRepeats;
         for (int row = m_row + 1; row <= last && !m_cells.empty(); ++row)
             for (const Placed& placed : m_cells)
-                for (int k = 0; k < placed.repeats && placed.column + k <= mostColumns + 1; ++k)
+                for (int k = 0; k < placed.repeats && (k == 0 || placed.column + k <= mostColumns); ++k)
                     m_out.cell(row, placed.column + k, placed.cell);
         m_row = std::min(last, mostRows);
     }

@@ -33,7 +33,7 @@ void readPacked(const std::string& path, const Wanted& wanted, Writer& out) {
     };
     if (has("[Content_Types].xml") || has("xl/workbook.xml"))
         readXlsx(*parts, wanted, out);
-    else if (has("content.xml"))
+    else if (has("content.xml") || has("encrypted-package")) // the manifest says so
         readOds(*parts, wanted, out);
     else
         throw Unreadable("This is a packed file, but no workbook");
