@@ -51,7 +51,7 @@ struct Table {
 inline constexpr int mostRows = 1'048'576;
 inline constexpr int mostColumns = 702; ///< A to ZZ
 inline constexpr std::size_t mostCells = 4'000'000;
-inline constexpr std::size_t longestText = 32'767; ///< bytes of one cell
+inline constexpr std::size_t longestText = 32'767;              ///< bytes of one cell
 inline constexpr std::size_t mostText = std::size_t{256} << 20; ///< bytes of all cells, as texts
 
 /// A file that cannot be read; what() says why and can be shown.
