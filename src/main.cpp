@@ -81,8 +81,8 @@ int main(int argc, char** argv) {
     std::unique_ptr<shell::frmGrl> window;
     shell::StartChain chain(
         desktop,
-        [&application, &window, &books] {
-            window = std::make_unique<shell::frmGrl>();
+        [&application, &window, &desktop, &books] {
+            window = std::make_unique<shell::frmGrl>(desktop);
             application.unexpected = [&window] { window->rescue("The program"); };
             window->Form_Load();
             if (!books.empty()) openBook(*window, books.front());

@@ -20,7 +20,7 @@ enum class Outcome {
 Outcome newProject(sheet::Book& book, desktop::Desktop& desktop);
 Outcome openProject(sheet::Book& book, desktop::Desktop& desktop);
 
-/// One of the recent entries, 1 to 4. Asks nothing.
+/// One of the recent entries, 1 to 4. Asks nothing, and unlike openPath leaves CurrentFile as it was.
 Outcome openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry);
 
 /// Asks about unsaved changes; true when the program is to end. After a save that did not take the whole book

@@ -3,6 +3,7 @@
 #include "controls/command_button.h"
 #include "controls/elided_label.h"
 #include "controls/makers.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include <QApplication>
@@ -36,8 +37,8 @@ QGridLayout& makeGroup(const char* name, const char* title) {
     auto* group = new QGroupBox(text(title));
     group->setObjectName(QLatin1String(name));
     auto* grid = new QGridLayout(group);
-    grid->setHorizontalSpacing(8);
-    grid->setVerticalSpacing(6);
+    grid->setHorizontalSpacing(inFrameField);
+    grid->setVerticalSpacing(inFrameLine);
     return *grid;
 }
 
@@ -79,7 +80,7 @@ ExportPanel::ExportPanel(exchange::ExportFrame& frame, desktop::Desktop& desktop
     left->addWidget(buildSlopes());
     left->addStretch(1);
     auto* columns = new QHBoxLayout;
-    columns->setSpacing(12);
+    columns->setSpacing(frameGap);
     columns->addLayout(left, 1);
     columns->addWidget(buildGutter(), 1);
     body().addLayout(columns, body().rowCount(), 0, 1, 3);
@@ -168,7 +169,7 @@ QWidget* ExportPanel::makeCheck(const char* name, const char* caption, bool Fram
 QWidget* ExportPanel::buildTitles() {
     QGridLayout& grid = makeGroup("Frame2", "Name of Work :");
     auto* options = new QHBoxLayout;
-    options->setSpacing(14);
+    options->setSpacing(choiceGap);
     std::vector<QRadioButton*> names;
     for (int index = 0; index < int(Frame::nameOptions.size()); ++index) {
         const char* caption = Frame::nameOptions[std::size_t(index)];
@@ -222,8 +223,8 @@ QWidget* ExportPanel::buildWidths() {
 QWidget* ExportPanel::buildCarriageWay() {
     auto* line = new QWidget;
     auto* grid = new QGridLayout(line);
-    grid->setHorizontalSpacing(8);
-    grid->setContentsMargins(grid->contentsMargins() - QMargins(0, 7, 0, 7));
+    grid->setHorizontalSpacing(inFrameField);
+    grid->setContentsMargins(grid->contentsMargins() - QMargins(0, lineGap, 0, lineGap));
     addField(*grid, 0,
              "Carriage Way Width:", makeText("txtCrgWid", &Frame::txtCrgWid, "Carriage Way Width, m", 6),
              "m");
@@ -263,7 +264,7 @@ QWidget* ExportPanel::buildGutter() {
     addField(grid, 4, "Depth:", makeText("txtDDrn", &Frame::txtDDrn, "Gutter depth, m", 6), "m");
     addField(grid, 5, "B.Width:", makeText("txtWDrn", &Frame::txtWDrn, "Gutter bottom width, m", 6), "m");
     auto* gutters = new QHBoxLayout;
-    gutters->setSpacing(14);
+    gutters->setSpacing(choiceGap);
     gutters->addWidget(makeCheck("chkLG", "Left Gutter", &Frame::chkLG));
     gutters->addWidget(makeCheck("chkRg", "Right Gutter", &Frame::chkRg));
     gutters->addStretch(1);
@@ -281,7 +282,7 @@ QWidget* ExportPanel::buildFormation() {
     auto* line = new QWidget;
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(12);
+    row->setSpacing(frameGap);
     row->addWidget(makeCheck("chkFRL", "Send as a FRL", &Frame::chkFRL));
     auto* select = new CommandButton(QStringLiteral("cmdSel"), text("Select Project"), nullptr);
     QObject::connect(select, &QPushButton::clicked, this, [this] {
@@ -311,7 +312,7 @@ void ExportPanel::buildButtons() {
     m_mirrors.emplace_back([this, adjusted] { adjusted->setVisible(m_frame.sendsAdjusted); });
     buttons().addWidget(adjusted);
     for (CommandButton* button : {cancel, transfer}) {
-        button->setMinimumWidth(96);
+        button->setMinimumWidth(buttonWidth);
         buttons().addWidget(button);
     }
     m_tabOrder.push_back(transfer);

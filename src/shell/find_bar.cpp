@@ -2,6 +2,7 @@
 
 #include "controls/command_button.h"
 #include "controls/makers.h"
+#include "controls/metrics.h"
 #include "frmGrl.h"
 #include "text.h"
 
@@ -79,7 +80,7 @@ class FindBar final : public WindowPart {
         line->setPlaceholderText(hint);
         line->setMaximumWidth(line->fontMetrics().averageCharWidth() * 36);
         QLabel* label = makeLabel(caption, *line);
-        label->setContentsMargins(4, 0, 6, 0);
+        label->setContentsMargins(labelPadding, 0, margin, 0);
         bar.addWidget(label);
         bar.addWidget(line);
         line->closed = [this, &bar] { close(bar); };

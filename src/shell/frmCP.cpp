@@ -24,7 +24,6 @@ constexpr int besideGrid = 500;
 constexpr int aboveAndBelowGrid = 1110;
 
 constexpr int edge = pixels(besideGrid) / 2;
-constexpr int stripGap = 9; // between the grid and what stands below it
 constexpr int drawingSide = 40;
 
 } // namespace
@@ -90,17 +89,17 @@ void frmCP::arrange() {
     const QSize button = m_cmdClose->sizeHint().expandedTo({88, 0});
     const int aboveAndBelow =
         std::max(pixels(aboveAndBelowGrid),
-                 2 * edge + stripGap + std::max(button.height(), 2 * fontMetrics().height()));
+                 2 * edge + groupGap + std::max(button.height(), 2 * fontMetrics().height()));
     m_grid->setGeometry(edge, edge, std::max(1, width() - pixels(besideGrid)),
                         std::max(1, height() - aboveAndBelow));
-    const int top = m_grid->geometry().bottom() + 1 + stripGap;
-    const QRect strip(edge, top, m_grid->width(), height() - top - stripGap);
+    const int top = m_grid->geometry().bottom() + 1 + groupGap;
+    const QRect strip(edge, top, m_grid->width(), height() - top - groupGap);
     const auto centred = [&strip](int left, const QSize& size) {
         return QRect({left, strip.top() + (strip.height() - size.height()) / 2}, size);
     };
     m_drawing->move(centred(strip.left(), m_drawing->size()).topLeft());
     m_cmdClose->setGeometry(centred(strip.right() + 1 - button.width(), button));
-    m_lblHint->setGeometry(strip.adjusted(drawingSide + stripGap, 0, -button.width() - stripGap, 0));
+    m_lblHint->setGeometry(strip.adjusted(drawingSide + groupGap, 0, -button.width() - groupGap, 0));
 }
 
 void frmCP::resizeEvent(QResizeEvent* event) {

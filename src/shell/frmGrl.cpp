@@ -44,10 +44,11 @@ constexpr std::chrono::seconds untilKeysRest{1};
 
 } // namespace
 
-frmGrl::frmGrl(Surroundings surroundings)
-    : m_offersRecovery(surroundings.offersRecovery),
-      m_stateFolder(surroundings.stateFolder),
-      m_desktop(std::move(surroundings), this) {
+frmGrl::frmGrl(QtDesktop desktop)
+    : m_offersRecovery(desktop.surroundings().offersRecovery),
+      m_stateFolder(desktop.surroundings().stateFolder),
+      m_desktop(std::move(desktop)) {
+    m_desktop.setWindow(*this);
     setObjectName(QStringLiteral("frmGrl"));
     auto* form = new QWidget;
     form->setObjectName(QStringLiteral("form"));

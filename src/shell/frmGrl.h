@@ -42,7 +42,9 @@ class WindowPart;
 /// and the event that they handle; a menu item's handler runs the handler of its button.
 class frmGrl final : public QMainWindow {
   public:
-    explicit frmGrl(Surroundings surroundings = {});
+    explicit frmGrl(Surroundings surroundings = {}) : frmGrl(QtDesktop(std::move(surroundings))) {}
+    /// On the desktop that is there already, with what it has to say since the program began.
+    explicit frmGrl(QtDesktop desktop);
     ~frmGrl() override;
 
     /// Opens the window: header, start-up files, focus. Call once.

@@ -3,6 +3,7 @@
 #include "button_column.h"
 #include "controls/elided_label.h"
 #include "controls/flex_grid.h"
+#include "controls/metrics.h"
 #include "export_panel.h"
 #include "settings_frame.h"
 #include "text.h"
@@ -23,7 +24,7 @@ void frmGrl::buildStatusBar() {
         auto* label = new QLabel;
         label->setObjectName(QLatin1String(name));
         label->setAccessibleDescription(text(meaning));
-        label->setContentsMargins(4, 0, 4, 0);
+        label->setContentsMargins(labelPadding, 0, labelPadding, 0);
         statusBar()->addWidget(label);
         auto* line = new QFrame;
         line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Plain));

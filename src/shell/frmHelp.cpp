@@ -38,8 +38,8 @@ frmHelp::frmHelp(desktop::Desktop& desktop, QWidget* parent) : QDialog(parent), 
     setWindowTitle(text("Help"));
 
     auto* body = new QVBoxLayout(this);
-    body->setContentsMargins(branding::margin, branding::margin, branding::margin, branding::margin);
-    body->setSpacing(branding::spacing);
+    body->setContentsMargins(windowMargin, windowMargin, windowMargin, windowMargin);
+    body->setSpacing(windowGap);
     m_RTB = new QTextBrowser(this);
     m_RTB->setObjectName(QStringLiteral("RTB"));
     m_RTB->setAccessibleName(text("Help text"));

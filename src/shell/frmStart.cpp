@@ -43,7 +43,7 @@ frmStart::frmStart(std::function<void()> next, std::function<void()> end, QWidge
     m_lbl2 = new QLabel(text("From bench mark to bench mark"), band);
     m_lbl2->setObjectName(QStringLiteral("lbl2"));
     m_lbl2->adjustSize();
-    band->setFixedHeight(m_lbl2->height() + branding::spacing);
+    band->setFixedHeight(m_lbl2->height() + windowGap);
     body->addWidget(band);
 
     m_lblGo = branding::makeText(text("Press OK to log in."), this, QStringLiteral("lblGo"));
@@ -63,7 +63,7 @@ frmStart::frmStart(std::function<void()> next, std::function<void()> end, QWidge
     connect(m_cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
     connect(&m_Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
     connect(&m_tim, &QTimer::timeout, this, [this] { tim_Timer(); });
-    m_lbl2->move(pixels(m_moving.left), branding::spacing / 2);
+    m_lbl2->move(pixels(m_moving.left), windowGap / 2);
     m_Timer1.start(50ms);
     m_tim.setSingleShot(true);
     m_tim.start(800ms);

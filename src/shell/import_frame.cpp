@@ -1,6 +1,7 @@
 #include "import_frame.h"
 
 #include "controls/command_button.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include <QApplication>
@@ -66,7 +67,7 @@ ImportFrame::ImportFrame(const QString& name, const QString& file, const sheet::
     m_import->setDefault(true);
     buttons().insertWidget(0, m_count);
     for (CommandButton* button : {m_cancel, m_import}) {
-        button->setMinimumWidth(96);
+        button->setMinimumWidth(buttonWidth);
         buttons().addWidget(button);
     }
     QObject::connect(m_replace, &QRadioButton::toggled, this, [this] { showAll(); });

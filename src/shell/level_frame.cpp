@@ -1,6 +1,7 @@
 #include "level_frame.h"
 
 #include "controls/makers.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include "basic/numbers.h"
@@ -43,7 +44,7 @@ LevelFrame::LevelFrame(const QString& file, exchange::LevelFile levels, const sh
     m_lines->setSelectionMode(QAbstractItemView::SingleSelection);
     m_lines->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lines->setTabKeyNavigation(false);
-    m_lines->verticalHeader()->setDefaultSectionSize(m_lines->fontMetrics().height() + 6);
+    m_lines->verticalHeader()->setDefaultSectionSize(m_lines->fontMetrics().height() + 2 * gap);
     upper().addWidget(m_lines, 1);
     m_points = makeLine("txtPoints");
     m_points->setPlaceholderText(QStringLiteral("KKMMM+oo"));

@@ -49,8 +49,7 @@ QString withProjectEnding(const QString& path) {
 
 } // namespace
 
-QtDesktop::QtDesktop(Surroundings surroundings, QWidget* window)
-    : m_surroundings(std::move(surroundings)), m_window(window) {
+QtDesktop::QtDesktop(Surroundings surroundings) : m_surroundings(std::move(surroundings)) {
     if (m_surroundings.programFolder.empty()) m_surroundings.programFolder = project::programFolder();
     if (!m_surroundings.spreadsheet) m_surroundings.spreadsheet = spreadsheet::runningSpreadsheet();
     if (m_surroundings.templateFolder.empty()) m_surroundings.templateFolder = project::shippedFolder();

@@ -39,8 +39,10 @@ class QtDesktop final : public desktop::Desktop {
     /// Makes the program folder (mode 0700) when it is missing and lays in the installed templates that are
     /// not there; what is there is never overwritten. A folder that cannot be made or filled is said in the
     /// status bar later.
-    explicit QtDesktop(Surroundings surroundings = {}, QWidget* window = nullptr);
+    explicit QtDesktop(Surroundings surroundings = {});
 
+    [[nodiscard]] const Surroundings& surroundings() const { return m_surroundings; }
+    void setWindow(QWidget& window) { m_window = &window; } ///< over which boxes appear
     void attach(QProgressBar& progress, QLabel& status, QWidget& grid);
 
     desktop::Answer messageBox(std::string_view message, desktop::Buttons buttons = desktop::Buttons::Ok,

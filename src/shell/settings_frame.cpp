@@ -2,6 +2,7 @@
 
 #include "controls/command_button.h"
 #include "controls/makers.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include "entry/entry_settings.h"
@@ -74,7 +75,7 @@ SettingsFrame::SettingsFrame(sheet::Book& book, desktop::Desktop& desktop, QWidg
     m_txtOft->installEventFilter(this);
 
     auto* cmdOK = new CommandButton(QStringLiteral("cmdOK"), text("OK"), nullptr);
-    cmdOK->setMinimumWidth(96);
+    cmdOK->setMinimumWidth(buttonWidth);
     buttons().addWidget(cmdOK);
 
     for (QWidget* widget :

@@ -2,6 +2,7 @@
 
 #include "controls/box_header.h"
 #include "controls/makers.h"
+#include "controls/metrics.h"
 #include "text.h"
 
 #include "exchange/column_profiles.h"
@@ -61,7 +62,7 @@ TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std:
     m_preview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_preview->setSelectionMode(QAbstractItemView::NoSelection);
     m_preview->setTabKeyNavigation(false);
-    m_preview->verticalHeader()->setDefaultSectionSize(m_preview->fontMetrics().height() + 6);
+    m_preview->verticalHeader()->setDefaultSectionSize(m_preview->fontMetrics().height() + 2 * gap);
     m_header = new BoxHeader(m_preview);
     m_preview->setHorizontalHeader(m_header);
     upper().addWidget(m_preview, 1);

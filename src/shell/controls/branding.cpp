@@ -2,6 +2,7 @@
 
 #include "../text.h"
 #include "drawing_svg.h"
+#include "metrics.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
@@ -18,7 +19,6 @@ namespace shell::branding {
 namespace {
 
 constexpr double titleScale = 1.6; // of the standard font
-constexpr int buttonWidth = 96;
 
 QByteArray drawingSource() {
     return QByteArray::fromRawData(drawingSvg.data(), qsizetype(drawingSvg.size()));
@@ -97,19 +97,19 @@ QString versionText() {
 
 QVBoxLayout* layOut(QWidget& window, int side) {
     auto* row = new QHBoxLayout(&window);
-    row->setContentsMargins(margin, margin, margin, margin);
-    row->setSpacing(margin);
+    row->setContentsMargins(windowMargin, windowMargin, windowMargin, windowMargin);
+    row->setSpacing(windowMargin);
     row->addWidget(new Drawing(&window, side), 0, Qt::AlignTop);
     auto* body = new QVBoxLayout;
-    body->setSpacing(spacing);
+    body->setSpacing(windowGap);
     row->addLayout(body, 1);
     return body;
 }
 
 QHBoxLayout* makeButtonRow(const QList<QWidget*>& buttons) {
     auto* row = new QHBoxLayout;
-    row->setSpacing(spacing);
-    row->setContentsMargins(0, spacing, 0, 0);
+    row->setSpacing(windowGap);
+    row->setContentsMargins(0, windowGap, 0, 0);
     row->addStretch(1);
     int width = buttonWidth;
     for (const QWidget* button : buttons)

@@ -8,12 +8,10 @@ class QHBoxLayout;
 class QLabel;
 class QVBoxLayout;
 
-// What makes the small windows one family: one margin, one size of titles, one drawing.
+// What makes the small windows one family: one way to lay them out, one size of titles, one drawing.
 
 namespace shell::branding {
 
-inline constexpr int margin = 20; ///< between a small window's edge and its contents
-inline constexpr int spacing = 10;
 inline constexpr int drawingSide = 88;
 
 /// The level on its tripod, sighting a staff; sharp at every scale.

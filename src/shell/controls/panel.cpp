@@ -49,8 +49,8 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
     m_buttons->addStretch(1);
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(panelMargin, panelMargin - 4, panelMargin, panelMargin);
-    column->setSpacing(10);
+    column->setContentsMargins(panelMargin, panelTop, panelMargin, panelMargin);
+    column->setSpacing(fieldGap);
     column->addWidget(heading);
     column->addWidget(rule);
     column->addWidget(m_scroll, 1);
@@ -61,8 +61,8 @@ Panel::Panel(const QString& name, const QString& title, QWidget* parent)
 void Panel::nextColumn() {
     auto* column = new QVBoxLayout;
     m_body = new QGridLayout;
-    m_body->setHorizontalSpacing(10);
-    m_body->setVerticalSpacing(7);
+    m_body->setHorizontalSpacing(fieldGap);
+    m_body->setVerticalSpacing(lineGap);
     m_body->setColumnStretch(1, 1);
     column->addLayout(m_body);
     column->addStretch();

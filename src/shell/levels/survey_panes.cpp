@@ -1,6 +1,7 @@
 #include "survey_panes.h"
 
 #include "../controls/flex_grid.h"
+#include "../controls/metrics.h"
 #include "../frmGrl.h"
 #include "../text.h"
 #include "book_memory.h"
@@ -128,7 +129,7 @@ class SurveyPanes final : public WindowPart {
         m_count = new QLabel;
         m_count->setObjectName(QStringLiteral("lblFindings"));
         m_count->setAccessibleDescription(text("Findings in the book"));
-        m_count->setContentsMargins(4, 0, 4, 0);
+        m_count->setContentsMargins(labelPadding, 0, labelPadding, 0);
         m_count->hide();
         m_window.statusBar()->addPermanentWidget(m_count);
     }
