@@ -74,7 +74,7 @@ bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
                     book.MSFG.setRows(reader.count() + 1);
                     reader.fill(book, desktop, 1);
                 }
-                stayed = leftover.restore(reader.count() > 0);
+                if (!book.Guarded) stayed = leftover.restore(reader.count() > 0);
             } catch (const basic::RuntimeError&) {
                 (void)leftover.restore(leftover.rowIsFilled());
                 throw;

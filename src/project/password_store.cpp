@@ -3,6 +3,7 @@
 #include "basic/files.h"
 #include "basic/strings.h"
 #include "dao/dao.h"
+#include "dao/error_numbers.h"
 
 #include "files/folder.h"
 #include "files/status.h"
@@ -34,14 +35,15 @@ std::optional<std::string> storeOf(desktop::Desktop& desktop, std::string_view n
 
 /// Another program that holds the store for a moment is waited for.
 dao::Database openStore(const std::string& path) {
-    constexpr int inUse = 3045;
     constexpr std::chrono::milliseconds pause{50};
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     for (;;) {
         try {
             return dao::OpenDatabase(path, connect);
         } catch (const basic::RuntimeError& error) {
-            if (error.number() != inUse || std::chrono::steady_clock::now() >= end) throw;
+            if (!dao::is(error.number(), dao::EngineError::FileInUse) ||
+                std::chrono::steady_clock::now() >= end)
+                throw;
         }
         std::this_thread::sleep_for(pause);
     }
@@ -97,6 +99,13 @@ std::string storedPassword(desktop::Desktop& desktop) {
 std::string passwordForLogin(desktop::Desktop& desktop) {
     if (!storeOf(desktop, databaseName) && !storeOf(desktop, textName)) writeText(desktop, {});
     return storedPassword(desktop);
+}
+
+std::string unreadableStore(desktop::Desktop& desktop, const basic::RuntimeError& error) {
+    std::string path = desktop::programFile(desktop, databaseName);
+    if (!basic::fileExists(path)) path = desktop::programFile(desktop, textName);
+    return "The stored password cannot be read: " + error.description() + " (" + path +
+           "). Put a readable copy of the file back, or move it away to begin without a password.";
 }
 
 void storePassword(desktop::Desktop& desktop, std::string_view password) {

@@ -18,6 +18,10 @@ namespace project {
 /// The same for the login, which makes an empty "lgn.lgn" where there is neither store.
 [[nodiscard]] std::string passwordForLogin(desktop::Desktop& desktop);
 
+/// What the user is told of a store that could not be read, and what to do: nobody is let in, and no password
+/// is set, who might not know the one in it.
+[[nodiscard]] std::string unreadableStore(desktop::Desktop& desktop, const basic::RuntimeError& error);
+
 /// Stores `password` as it stands. Raises the store's error; the old password then holds.
 void storePassword(desktop::Desktop& desktop, std::string_view password);
 

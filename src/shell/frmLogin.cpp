@@ -1,6 +1,5 @@
 #include "frmLogin.h"
 
-#include "basic/files.h"
 #include "basic/strings.h"
 #include "controls/branding.h"
 #include "controls/makers.h"
@@ -56,13 +55,7 @@ void frmLogin::Form_Load() {
         m_stored = project::passwordForLogin(m_desktop);
     } catch (const basic::RuntimeError& error) {
         // It is there, so a password may be in it: nobody is let in who might not know it.
-        const char* store =
-            basic::fileExists(desktop::programFile(m_desktop, "suprt.dll")) ? "suprt.dll" : "lgn.lgn";
-        m_lblStore->setText(
-            text("The stored password cannot be read: %1 (%2). Put a readable copy of the file back, or move "
-                 "it "
-                 "away to begin without a password.")
-                .arg(fromUtf8(error.description()), fromUtf8(desktop::programFile(m_desktop, store))));
+        m_lblStore->setText(text(project::unreadableStore(m_desktop, error)));
         m_lblStore->show();
         m_cmdOK->setEnabled(false);
     }

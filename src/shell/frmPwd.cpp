@@ -64,7 +64,10 @@ void frmPwd::Form_Load() {
     try {
         m_stored = project::storedPassword(m_desktop);
     } catch (const basic::RuntimeError& error) {
-        tell(text("The stored password cannot be read: %1").arg(fromUtf8(error.told())));
+        // It may be another one than nobody's: it is not replaced by who cannot tell it.
+        tell(text(project::unreadableStore(m_desktop, error)));
+        m_txtOld->setEnabled(false);
+        m_cmdOK->setEnabled(false);
     }
 }
 
@@ -90,6 +93,7 @@ void frmPwd::cmdOK_Click() {
 }
 
 void frmPwd::checkOld() {
+    if (!m_cmdOK->isEnabled()) return;
     if (basic::trim(toUtf8(m_txtOld->text())) != m_stored) {
         m_desktop.messageBox("Your Password is wrong...Try again");
         m_txtOld->setFocus();

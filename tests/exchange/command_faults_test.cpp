@@ -2,10 +2,12 @@
 #include "entry/entry_settings.h"
 #include "exchange/csv_export.h"
 #include "file_faults.h"
+#include "project/default_folder.h"
 #include "project/load.h"
 #include "project/password_store.h"
 #include "project/project_commands.h"
 #include "project/project_file.h"
+#include "project/recent_files.h"
 #include "project/recovery.h"
 #include "project/save.h"
 #include "road_fixture.h"
@@ -27,6 +29,7 @@ class Desk : public RoadTest {
     using RoadTest::desktop;
     using RoadTest::frame;
     using RoadTest::home;
+    using RoadTest::roads;
 
     Desk() {
         static const std::string other = bookFile("other");
@@ -149,6 +152,13 @@ const std::vector<Command> commands{
     {"settings",
      [](Desk& desk) {
          entry::acceptSettings(desk.book, desk.desktop);
+         return false;
+     }},
+    {"lists",
+     [](Desk& desk) {
+         project::Sv(desk.book, desk.desktop);
+         project::mNu(desk.book, desk.desktop);
+         project::chooseDefaultFolder(desk.book, desk.desktop, desk.roads);
          return false;
      }},
     {"password",

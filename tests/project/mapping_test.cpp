@@ -88,6 +88,15 @@ TEST_F(MappingTest, OffsetsOfRowOneAreNotCleared) {
     EXPECT_THAT(run(project::appendProject, {folder / "empty.grl"}), IsEmpty());
     EXPECT_THAT(rows(), SizeIs(1));
     EXPECT_TRUE(book.MSFG.Visible());
+
+    book.Guarded = true; // nothing stays, and nothing is told
+    desktop.statuses.clear();
+    open(folder / "empty.grl");
+    EXPECT_THAT(rows(), ElementsAre(""));
+    setRows({",9,8,7,old"});
+    open(folder / "a.grl");
+    EXPECT_THAT(rows(), ElementsAre(",,,1.5", ",,,2.5"));
+    EXPECT_THAT(desktop.statuses, Not(testing::Contains(testing::HasSubstr("stood"))));
 }
 
 TEST_F(MappingTest, NullsOfOtherProgramsFillNothing) {

@@ -3,8 +3,10 @@
 
 #include "desktop/desktop.h"
 #include "project/recovery.h"
+#include "shell/application.h"
 
 #include <QContextMenuEvent>
+#include <QPushButton>
 #include <QScrollBar>
 
 namespace {
@@ -51,6 +53,59 @@ TEST_F(Edge, WhatNobodyExpectsIsToldTheBookSetAsideAndTheProgramGoesOn) {
     }
     EXPECT_EQ(copies(), 3) << "a new one each time: none takes the place of an older one";
     EXPECT_EQ(cell(1, sheet::Remark), "xxx");
+}
+
+TEST_F(Edge, WhatEscapesTheSmallWindowsAndPanelsIsCaughtToo) {
+    folder.write("lgn.lgn", "\r\n");
+    open();
+    auto& net = dynamic_cast<shell::Application&>(*QCoreApplication::instance()).unexpected;
+    net = [this] { window->rescue("The program"); };
+    moveTo(1, sheet::Remark);
+    const auto expectRescued = [this](const char* where) {
+        EXPECT_EQ(status(), std::string("The program stopped: Out of memory. ") + project::setAsideNote)
+            << where;
+        window->desktop().status({});
+        type("x"); // a later state, and the program goes on
+    };
+    type("x");
+    // A call about a file in a window that runs a loop of its own.
+    const Answers answers([&](QWidget& password) {
+        bool thrown = false;
+        {
+            const FileFaults faults([&](files::Call, const std::string&) {
+                if (!std::exchange(thrown, true)) throw std::bad_alloc();
+                return 0;
+            });
+            for (int click = 0; click < 2; ++click) // the old password, then the new one
+                QTest::mouseClick(password.findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
+        }
+        EXPECT_TRUE(thrown);
+        EXPECT_TRUE(password.isVisible());
+        dynamic_cast<QDialog&>(password).reject();
+    });
+    choose("mnuPassword");
+    EXPECT_EQ(answers.count, 1);
+    expectRescued("the password");
+    EXPECT_EQ(folder.read("lgn.lgn"), "\r\n");
+    // Handlers of a bar and of the frames, and a timer.
+    const auto fails = [] { throw std::bad_alloc(); };
+    choose("mnuFind");
+    auto& find = control<QLineEdit>("txtFind");
+    QObject::connect(&find, &QLineEdit::textEdited, &find, fails);
+    QTest::keyClick(&find, 'a');
+    expectRescued("a bar");
+    click("cmdList");
+    auto& box = control<QAbstractButton>("chkOft");
+    QObject::connect(&box, &QAbstractButton::clicked, &box, fails);
+    click("chkOft");
+    click("cmdOK");
+    expectRescued("a frame");
+    QTimer::singleShot(0, window.get(), fails);
+    QTest::qWait(1);
+    expectRescued("a timer");
+    EXPECT_EQ(copies(), 4);
+    EXPECT_EQ(cell(1, sheet::Remark), "xxxxx");
+    net = nullptr;
 }
 
 TEST_F(Edge, AFolderThatCannotBeSyncedIsToldBesideEachSuccess) {

@@ -1,8 +1,8 @@
 #include "temp_folder.h"
 
-#include <gmock/gmock.h>
+#include "shell/application.h"
 
-#include <QApplication>
+#include <gmock/gmock.h>
 
 // The windows run without a display, in a home folder of their own.
 int main(int argc, char** argv) {
@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
     qputenv("HOME", home.path().c_str());
     qputenv("XDG_DATA_HOME", (home / "data").c_str());
     qputenv("XDG_RUNTIME_DIR", home.path().c_str());
-    QApplication application(argc, argv);
+    const shell::Application application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

@@ -3,6 +3,7 @@
 #include "temp_folder.h"
 
 #include <atomic>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -76,6 +77,7 @@ class Listener {
 struct Office {
     TempFolder folder;
     std::string socket = folder / "socket";
+    Milliseconds limit{300};
 
     /// The program that reads, in the shell's language.
     void reader(const std::string& script) const {
@@ -83,8 +85,7 @@ struct Office {
         chmod((folder / "reader").c_str(), 0755);
     }
     [[nodiscard]] std::vector<Row> read(const spreadsheet::GoOn& goOn = {}) const {
-        return spreadsheet::LibreOffice(
-                   {folder / "reader", std::vector{folder / "none", socket}, Milliseconds(300)})
+        return spreadsheet::LibreOffice({folder / "reader", std::vector{folder / "none", socket}, limit})
             .readSheet(goOn);
     }
     [[nodiscard]] std::optional<Failure> failure(const spreadsheet::GoOn& goOn = {}) const {
@@ -171,6 +172,12 @@ TEST(OfficeSocket, TellsHowTheReaderFailed) {
         office.reader(script);
         EXPECT_EQ(office.failure(), failure) << script;
     }
+    office.reader("echo $$ >\"${0%/*}/process\"; exec sleep 60"); // Cancel ends one that hangs at once
+    const auto isStarted = [&](std::size_t) { return !std::filesystem::exists(office.folder / "process"); };
+    office.limit = std::chrono::minutes(10);
+    EXPECT_EQ(office.failure(isStarted), Failure::Cancelled);
+    office.limit = Office().limit;
+    EXPECT_NE(kill(std::stoi(office.folder.read("process")), 0), 0) << "it is not left behind";
     // One that makes progress is waited for.
     office.reader("for i in 1 2 3 4; do printf 'A\\0\\0\\0\\0\\0\\0\\0\\0\\0\\0'; sleep 0.2; done");
     EXPECT_EQ(office.read().size(), 4U);
