@@ -414,6 +414,8 @@ QJsonObject Player::outcome() {
 }
 
 QPixmap Player::picture() {
+    constexpr int untilPanesFollow = 400; // milliseconds; a section 20 after a change, the levels after 300
+    QTest::qWait(untilPanesFollow);
     return m_window->grab();
 }
 

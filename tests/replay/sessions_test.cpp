@@ -64,7 +64,7 @@ TEST(Sessions, TheDemoEndsWithARoad) {
                 testing::IsSupersetOf({"Road/book/Road.mdb", "Road/book/Road.dwg", "Road/book/LRod.dwg",
                                        "Road/book/book.grl", "work/book.grl", "work/book.grl.bak"}));
     // A picture after each named step, and of what the step opened and closed.
-    for (const char* picture : {"demo-2", "demo-7-list", "demo-7", "demo-10-frame", "demo-10"})
+    for (const char* picture : {"demo-2", "demo-7-list", "demo-7", "demo-10-frame", "demo-10", "demo-14"})
         EXPECT_FALSE(QImage(QString::fromStdString(world / (std::string(picture) + ".png"))).isNull())
             << picture;
 }
