@@ -107,8 +107,7 @@ void formationLevels(benchmark::State& state) {
     setting.transfer();
     setting.frame.lblProj = setting.home / "roads/Site1/Road.mdb";
     for (auto _ : state)
-        if (!exchange::CFrl(setting.book, setting.desktop, setting.frame))
-            state.SkipWithError("not sent");
+        if (!exchange::CFrl(setting.book, setting.desktop, setting.frame)) state.SkipWithError("not sent");
     state.SetComplexityN(state.range(0));
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }

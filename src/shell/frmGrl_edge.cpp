@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <new>
+#include <string_view>
 
 // The one edge: whatever the user does comes into the program here.
 
@@ -33,6 +34,12 @@ std::string reason() {
     } catch (...) {
         return "an unknown error";
     }
+}
+
+/// Ctrl and a letter that is a command's and not the grid's own; Ctrl+V is both.
+bool isOfACommand(char32_t character) {
+    constexpr std::u32string_view others = U"\x01\x03\b\n\r";
+    return character < U' ' && others.find(character) == std::u32string_view::npos;
 }
 
 } // namespace
@@ -131,7 +138,7 @@ void frmGrl::listenToGrid() {
         constexpr char32_t escape = 27;
         if (character == escape && !m_fExport->isHidden()) // the grid lies behind the panel
             run({.name = "Cancel"}, &frmGrl::cmdCancel_Click);
-        else
+        else if (!frameIsOpen() || !isOfACommand(character))
             key(entry::stepOf(m_book, character), [&] { MSFG_KeyPress(character); });
     };
     m_grid->keyDown = [this, key](entry::EditKey edit) {

@@ -141,9 +141,7 @@ void Findings::judgeRow(int row) {
 
     const std::string& remark = text(sheet::Remark);
     if (const auto known = sheet::knownLevelIn(remark)) {
-        const bool offset =
-            !text(sheet::Left).empty() || !text(sheet::Center).empty() || !text(sheet::Right).empty();
-        if (offset)
+        if (sheet::isGround(m_grid, row, sheet::transferRule))
             say(Hint, Rule::BenchMarkIsGround,
                 "A known level in a row with an offset: the point is taken as ground too");
     } else if (const std::size_t sign = remark.rfind('=');

@@ -132,6 +132,7 @@ TEST(Findings, EachRule) {
         {8, "00-020,2,,,,1.5,,,101.0,", {"8 old-level"}},
         {8, "00-020,2,,,,1.5,,,,A = 101.2 m", {"8 known-unread"}},
         {8, "00-020,2,,,,1.5,,,,A = 100.001", {"8 bench-mark-is-ground"}},
+        {1, ",,0,,1.5,,,101.5,100,A = 100", {}}, // as a file gives a row without an offset back
         {6, "CP,,,,1.4,,1.5,,,A = 95", {"6 known-far", "6 does-not-close"}},
         {8, "00-020,,,,,,,,,", {"8 spare-row"}},
         {11, "00-040,,,,,,,,,", {"11 spare-row"}},
