@@ -128,12 +128,3 @@ BENCHMARK(BM_SectionsFollow)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicroseco
 BENCHMARK(BM_LongSectionRepaint)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
