@@ -1,6 +1,6 @@
 #include "table_frame.h"
 
-#include "controls/box_header.h"
+#include "controls/box_strip.h"
 #include "controls/makers.h"
 #include "controls/metrics.h"
 #include "text.h"
@@ -63,9 +63,12 @@ TableFrame::TableFrame(const QString& file, tables::Table table, Read read, std:
     m_preview->setSelectionMode(QAbstractItemView::NoSelection);
     m_preview->setTabKeyNavigation(false);
     m_preview->verticalHeader()->setDefaultSectionSize(m_preview->fontMetrics().height() + 2 * gap);
-    m_header = new BoxHeader(m_preview);
-    m_preview->setHorizontalHeader(m_header);
-    upper().addWidget(m_preview, 1);
+    m_strip = new BoxStrip(*m_preview);
+    auto* whole = new QVBoxLayout;
+    whole->setSpacing(0);
+    whole->addWidget(m_strip);
+    whole->addWidget(m_preview, 1);
+    upper().addLayout(whole, 1);
 
     m_remember = makeCheckBox("chkRemember", "Re&member for this heading");
     addBeside(m_remember);
@@ -153,7 +156,7 @@ void TableFrame::fillBoxes() {
         boxes.push_back(box);
         order.push_back(box);
     }
-    m_header->setBoxes(std::move(boxes));
+    m_strip->setBoxes(std::move(boxes));
     setTabOrders(std::move(order));
 }
 

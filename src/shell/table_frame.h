@@ -14,7 +14,7 @@ class QTableWidget;
 
 namespace shell {
 
-class BoxHeader;
+class BoxStrip;
 
 /// The choice of columns: sheet, heading row, and above each column of the preview a box that says what it
 /// is.
@@ -46,7 +46,7 @@ class TableFrame final : public ImportFrame {
     QComboBox* m_sheets;
     QSpinBox* m_heading;
     QTableWidget* m_preview;
-    BoxHeader* m_header;
+    BoxStrip* m_strip;
     QCheckBox* m_remember;
 };
 

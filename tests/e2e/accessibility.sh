@@ -120,6 +120,21 @@ FROM='frame | Exporting Data' find_in "$caption" \
 keys Escape
 until_true "the end of the frame" sh -c "! '$reader' '$caption' | grep 'frame | Exporting Data'"
 
+begin "Import from a file"
+printf 'Peg,Staff,F.S.\n00-010,1.5,x\n' >"$world/table.csv"
+menu alt+t f
+wait_for 'Import from file'
+type_text "$world/table.csv"
+keys Return
+FROM='frame | Import from file' find_in "$caption" \
+    "spin button | Heading in row: | 1" "table | The first rows of the sheet; above each column what it is" \
+    "combo box | Column A | Chainage" "combo box | Column B | -" "combo box | Column C | F.S." \
+    "list | What cannot be taken as it stands" 'list item | Column C: 1 cell is no reading (row 2 "x")' \
+    "radio button | Replace the book | checked" "radio button | Add below" "check box | Remember for this heading" \
+    "label | 1 row; Cal reduces the levels afterwards" "push button | Import" "push button | Cancel"
+keys Escape
+until_true "the end of the panel" sh -c "! '$reader' '$caption' | grep 'frame | Import from file'"
+
 begin "The change points"
 click "$caption" 950 97
 wait_for 'All Change Points.'
