@@ -3,6 +3,7 @@
 // formation levels into the road that was made.
 
 #include "exchange/formation_levels.h"
+#include "exchange/marked_rows.h"
 #include "exchange/transfer.h"
 #include "project/save.h"
 #include "tools/road_tables.h"
@@ -79,6 +80,20 @@ struct Setting {
     sheet::Book book;
     exchange::ExportFrame frame;
 };
+
+/// The cursor comes to a marked row, the last one of many that repeat each other.
+void whyMarked(benchmark::State& state) {
+    const int rows = static_cast<int>(state.range(0));
+    Setting setting(rows);
+    sheet::Grid& grid = setting.book.MSFG;
+    for (int row = 1; row <= rows; ++row)
+        grid.setCellBackColor(row, sheet::Chainage, sheet::dataError);
+    grid.moveTo(rows, sheet::Chainage);
+    for (auto _ : state)
+        exchange::tellMarkedRow(grid, setting.desktop);
+    state.SetLabel(setting.desktop.statuses.back());
+}
+BENCHMARK(whyMarked)->Arg(21'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
 void transfer(benchmark::State& state) {
     Setting setting(static_cast<int>(state.range(0)));

@@ -1,12 +1,12 @@
 #include "book_file.h"
 
-#include "book_csv.h"
 #include "exit_status.h"
 #include "stream_desktop.h"
 
 #include "basic/files.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
+#include "exchange/book_csv.h"
 #include "project/load.h"
 
 #include <istream>
@@ -33,7 +33,7 @@ bool loadBook(sheet::Book& book, const std::string& path, std::istream& in, std:
         return openProject(book, desktop, path);
     }
     try {
-        readBook(book.MSFG, textOf(path, in));
+        exchange::readBook(book.MSFG, textOf(path, in));
         return true;
     } catch (const basic::RuntimeError& error) {
         return fail(err, path, error) == Done;

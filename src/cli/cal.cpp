@@ -1,9 +1,9 @@
 #include "cal.h"
 
-#include "book_csv.h"
 #include "book_file.h"
 #include "stream_desktop.h"
 
+#include "exchange/book_csv.h"
 #include "sheet/arithmetic_check.h"
 #include "sheet/book.h"
 #include "sheet/reduction.h"
@@ -17,10 +17,10 @@ namespace cli {
 ExitStatus cal(const CalOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
     try {
         sheet::Book book;
-        readBook(book.MSFG, textOf(options.in, in));
+        exchange::readBook(book.MSFG, textOf(options.in, in));
         StreamDesktop desktop(err);
         if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
-        const std::string csv = writeBook(book.MSFG);
+        const std::string csv = exchange::writeBook(book.MSFG);
         if (!options.out.empty() && options.out != "-")
             basic::writeFile(options.out, csv);
         else if (flushed(out << csv, err) != Done)

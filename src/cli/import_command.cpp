@@ -1,12 +1,12 @@
 #include "import_command.h"
 
-#include "book_csv.h"
 #include "stream_desktop.h"
 
 #include "basic/files.h"
 #include "basic/numbers.h"
 #include "basic/runtime_error.h"
 #include "basic/strings.h"
+#include "exchange/book_csv.h"
 #include "exchange/digital_levels.h"
 #include "exchange/table_import.h"
 #include "project/program_folder.h"
@@ -190,9 +190,9 @@ class Import {
         if (exchange::importRows(book, desktop, rows, exchange::ImportPlace::Replace) !=
             project::Outcome::Done)
             return Failed;
-        if (m_options.out == "-") return flushed(m_out << writeBook(book.MSFG), m_err);
+        if (m_options.out == "-") return flushed(m_out << exchange::writeBook(book.MSFG), m_err);
         if (!basic::lower(m_options.out).ends_with(".grl")) {
-            basic::writeFile(m_options.out, writeBook(book.MSFG));
+            basic::writeFile(m_options.out, exchange::writeBook(book.MSFG));
             return Done;
         }
         desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));

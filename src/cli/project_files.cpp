@@ -1,9 +1,9 @@
 #include "project_files.h"
 
-#include "book_csv.h"
 #include "book_file.h"
 #include "stream_desktop.h"
 
+#include "exchange/book_csv.h"
 #include "exchange/csv_export.h"
 #include "project/load.h"
 #include "project/program_folder.h"
@@ -50,7 +50,7 @@ ExitStatus newProject(const std::string& path, const std::string& from, std::ist
     StreamDesktop desktop(err);
     sheet::Book book;
     try {
-        readBook(book.MSFG, textOf(from, in));
+        exchange::readBook(book.MSFG, textOf(from, in));
     } catch (const basic::RuntimeError& error) {
         return fail(err, from, error);
     }

@@ -2,6 +2,8 @@
 
 #include "json_text.h"
 
+#include "exchange/csv_line.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -71,8 +73,7 @@ std::string decimalDigits(std::array<std::uint8_t, 16> magnitude) {
     return digits.empty() ? "0" : digits;
 }
 
-/// The time of day is added forward for dates before 1899-12-30 too. Days to a date after the algorithm of
-/// H. Hinnant, "chrono-compatible low-level date algorithms".
+/// The time of day is added forward for dates before 1899-12-30 too.
 void appendDate(std::string& line, jet::DateTime date) {
     if (!(std::abs(date.days) < 3e6)) return appendNumber(line, date.days);
     double day = std::trunc(date.days);
@@ -99,17 +100,12 @@ void appendDate(std::string& line, jet::DateTime date) {
     appendTwo(line, seconds % 60);
 }
 
+/// An empty text is no missing value.
 void appendCsvText(std::string& line, std::string_view text) {
-    if (!text.empty() && text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        line += text;
-        return;
-    }
-    line += '"';
-    for (const char c : text) {
-        if (c == '"') line += '"';
-        line += c;
-    }
-    line += '"';
+    if (text.empty())
+        line += "\"\"";
+    else
+        exchange::appendCsvField(line, text);
 }
 
 /// Appends one value; what is a text in JSON is quoted there.

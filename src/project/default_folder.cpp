@@ -19,13 +19,7 @@ std::string settingFile(desktop::Desktop& desktop) {
 std::string readFolder(const std::string& file) {
     const std::vector<std::string> lines = basic::readLines(file);
     if (lines.empty()) throw basic::RuntimeError(basic::InputPastEnd);
-    std::string_view line = lines.front();
-    for (int dropped = 0; dropped < 4 && !line.empty(); ++dropped) {
-        line.remove_prefix(1);
-        while (!line.empty() && (static_cast<unsigned char>(line.front()) & 0xC0) == 0x80)
-            line.remove_prefix(1);
-    }
-    return std::string(line);
+    return lines.front().substr(basic::left(lines.front(), 4).size());
 }
 
 } // namespace

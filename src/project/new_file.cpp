@@ -11,17 +11,6 @@ namespace project {
 
 namespace {
 
-/// The byte where the last `characters` characters begin, or npos when there are fewer.
-std::size_t tailOf(std::string_view text, int characters) {
-    std::size_t at = text.size();
-    while (characters > 0) {
-        if (at == 0) return std::string_view::npos;
-        --at;
-        if ((static_cast<unsigned char>(text[at]) & 0xC0) != 0x80) --characters;
-    }
-    return at;
-}
-
 files::Replacement copyOfTemplate(desktop::Desktop& desktop, std::string_view target) {
     const std::optional<files::Status> there =
         basic::during(basic::FileAction::Copy, [&] { return files::statusOf(basic::nativePath(target)); });
@@ -33,10 +22,10 @@ files::Replacement copyOfTemplate(desktop::Desktop& desktop, std::string_view ta
 } // namespace
 
 std::string fixExtension(std::string path) {
-    const std::size_t tail = tailOf(path, 4);
-    if (tail != std::string::npos) {
-        if (basic::sameText(std::string_view(path).substr(tail), ".grl")) return path;
-        if (path[tail] == '.') return path.replace(tail + 1, std::string::npos, "grl");
+    const std::string_view tail = basic::right(path, 4);
+    if (basic::length(tail) == 4) {
+        if (basic::sameText(tail, ".grl")) return path;
+        if (tail.front() == '.') return path.replace(path.size() - tail.size() + 1, std::string::npos, "grl");
     }
     return path + "grl";
 }

@@ -25,6 +25,21 @@ std::string nameIn(const std::string& remark) {
     return std::string(basic::trim(remark));
 }
 
+/// What the readings say of the way from one mark to another one.
+template <typename Mark>
+RunSection between(const Mark& from, const Mark& to) {
+    RunSection section;
+    section.from = from.name;
+    section.to = to.name;
+    section.fromRow = from.row;
+    section.toRow = to.row;
+    section.setups = to.setup - from.setup;
+    section.found = from.known + to.raw - from.raw;
+    section.known = to.known;
+    section.misclosureMm = (section.found - to.known) * 1000;
+    return section;
+}
+
 } // namespace
 
 void Runs::addMark(int row, double known) {
@@ -107,15 +122,7 @@ std::optional<double> Runs::chainageLength(const Mark& from, const Mark& to) con
 void Runs::addSection(std::size_t fromIndex, std::size_t toIndex) {
     const Mark& from = m_marks[fromIndex];
     const Mark& to = m_marks[toIndex];
-    RunSection section;
-    section.from = from.name;
-    section.to = to.name;
-    section.fromRow = from.row;
-    section.toRow = to.row;
-    section.setups = to.setup - from.setup;
-    section.found = from.known + to.raw - from.raw;
-    section.known = to.known;
-    section.misclosureMm = (section.found - to.known) * 1000;
+    RunSection section = between(from, to);
     const std::optional<double> measured = chainageLength(from, to);
     const std::size_t number = m_stretches.size();
     const double typed = number < m_closing.lengthsKm.size() ? m_closing.lengthsKm[number] : 0;
@@ -134,16 +141,7 @@ void Runs::addSection(std::size_t fromIndex, std::size_t toIndex) {
 }
 
 void Runs::addCheck(std::size_t fromIndex, const Mark& check) {
-    const Mark& from = m_marks[fromIndex];
-    RunSection section;
-    section.from = from.name;
-    section.to = check.name;
-    section.fromRow = from.row;
-    section.toRow = check.row;
-    section.setups = check.setup - from.setup;
-    section.found = from.known + check.raw - from.raw;
-    section.known = check.known;
-    section.misclosureMm = (section.found - check.known) * 1000;
+    RunSection section = between(m_marks[fromIndex], check);
     section.verdict = Verdict::Check;
     m_sections.push_back(std::move(section));
 }

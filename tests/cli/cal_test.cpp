@@ -1,6 +1,6 @@
 #include "basic/files.h"
-#include "cli/book_csv.h"
 #include "cli/cal.h"
+#include "exchange/book_csv.h"
 #include "sheet/book.h"
 
 #include "field_book.h"
@@ -33,10 +33,10 @@ TEST(BookCsv, ReadsEveryForm) {
     };
     for (const auto& each : cases) {
         sheet::Book book;
-        cli::readBook(book.MSFG, "\xEF\xBB\xBF"
-                                 "chainage ,x,\r\n" +
-                                     std::string(each.lines));
-        EXPECT_EQ(cli::writeBook(book.MSFG), header + each.written) << each.what;
+        exchange::readBook(book.MSFG, "\xEF\xBB\xBF"
+                                      "chainage ,x,\r\n" +
+                                          std::string(each.lines));
+        EXPECT_EQ(exchange::writeBook(book.MSFG), header + each.written) << each.what;
     }
 }
 
@@ -60,7 +60,7 @@ TEST_F(Cal, ReducesAFileOrAStream) {
     const std::string sums = "Sums agree: B.S. 9.620 - F.S. 9.985 = -0.365, level 100.000 to 99.635.\n";
     EXPECT_EQ(err.str(), sums + sums);
     sheet::Book book;
-    cli::readBook(book.MSFG, out.str());
+    exchange::readBook(book.MSFG, out.str());
     EXPECT_EQ(book.MSFG.Text(9, sheet::RLevel), "99.635");
     // What is written reads back to the same.
     in.clear();

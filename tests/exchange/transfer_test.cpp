@@ -186,6 +186,11 @@ TEST_F(TransferTest, RefusedRowsAreExplainedUntilTheyAreMended) {
             exchange::tellMarkedRow(book.MSFG, desktop);
         }
     }
+    book.MSFG.setText(3, sheet::Left, ""); // a bench mark now
+    book.MSFG.setText(3, sheet::Remark, "BM 1 = 9.6");
+    book.MSFG.moveTo(3, 0);
+    exchange::tellMarkedRow(book.MSFG, desktop);
+    EXPECT_EQ(desktop.statuses.back(), "3 rows marked");
     ASSERT_EQ(transfer("00-000,1,,,,1.1,,,9.5|00-000,3,,,,1.2,,,9.6|00-000,2,,,,1.3,,,9.4"),
               TransferEnd::Done);
     EXPECT_THAT(marked(), IsEmpty());

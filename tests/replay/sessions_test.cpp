@@ -1,7 +1,7 @@
 // The recorded sessions of examples/ played into the real window: what is keyed there is what the code
 // without a window makes of the same book.
 
-#include "cli/book_csv.h"
+#include "exchange/book_csv.h"
 #include "replay/play.h"
 #include "replay/session.h"
 #include "scripted_desktop.h"
@@ -38,7 +38,7 @@ TEST(Sessions, KeyedBooksAreTheReducedBooks) {
         const QJsonObject outcome = play(name, world);
         sheet::Book book;
         ScriptedDesktop desktop;
-        cli::readBook(book.MSFG, basic::readFile(std::string(EXAMPLES) + "/" + name + ".csv"));
+        exchange::readBook(book.MSFG, basic::readFile(std::string(EXAMPLES) + "/" + name + ".csv"));
         sheet::reduceLevels(book, desktop);
         ASSERT_EQ(outcome["rows"].toArray().size(), book.MSFG.Rows() - 1) << name;
         for (int row = 1; row < book.MSFG.Rows(); ++row) {

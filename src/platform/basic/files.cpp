@@ -35,7 +35,7 @@ int openError(FileAction action, int errorCode) {
     case EISDIR:
         return PathFileAccessError;
     case ENOENT:
-        return action == FileAction::OpenForInput ? FileNotFound : PathNotFound;
+        return action == FileAction::OpenForOutput ? PathNotFound : FileNotFound;
     case ENOTDIR:
         return PathNotFound;
     default:
@@ -51,22 +51,6 @@ int folderError(int errorCode) {
     case EROFS:
         return PathFileAccessError;
     case ENOENT:
-    case ENOTDIR:
-        return PathNotFound;
-    default:
-        return DeviceIoError;
-    }
-}
-
-int removeError(int errorCode) {
-    switch (errorCode) {
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-        return PathFileAccessError;
-    case ENOENT:
-        return FileNotFound;
     case ENOTDIR:
         return PathNotFound;
     default:
@@ -100,11 +84,10 @@ int numberOf(FileAction action, int errorCode) {
         return copyError(errorCode);
     case FileAction::OpenForInput:
     case FileAction::OpenForOutput:
+    case FileAction::Remove:
         return openError(action, errorCode);
     case FileAction::MakeFolder:
         return folderError(errorCode);
-    case FileAction::Remove:
-        return removeError(errorCode);
     }
     return DeviceIoError;
 }

@@ -1,18 +1,12 @@
 #include "files.h"
 
 #include "strings.h"
+#include "windows1252.h"
 
 #include <algorithm>
-#include <array>
 
 namespace basic {
 namespace {
-
-// Windows-1252 from 0x80 to 0x9F; the five unused bytes keep their own value, as Windows maps them.
-constexpr std::array<char16_t, 32> windows1252{
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 // Bytes of the well-formed UTF-8 sequence at the start of `bytes` (Unicode, table 3-7); 0 when there is none.
 std::size_t sequence(std::string_view bytes) {
@@ -48,10 +42,8 @@ std::string toUtf8(std::string_view bytes) {
     if (isUtf8(bytes)) return std::string(bytes);
     std::string result;
     result.reserve(bytes.size() + bytes.size() / 8);
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        append(result, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80U] : char32_t{byte});
-    }
+    for (const char c : bytes)
+        append(result, fromWindows1252(static_cast<unsigned char>(c)));
     return result;
 }
 

@@ -1,5 +1,8 @@
 #include "text.h"
 
+#include "basic/strings.h"
+#include "basic/windows1252.h"
+
 #include <algorithm>
 #include <array>
 
@@ -10,31 +13,6 @@ namespace {
 constexpr char32_t replacement = 0xFFFD;
 constexpr char16_t compressionMark = 0xFEFF; ///< in front of compressed text
 constexpr std::uint8_t toggleMode = 0;       ///< between bytes and words in it
-
-/// Code page 1252 from 80 to 9F; what it leaves open stands for itself.
-constexpr std::array<char16_t, 32> ansiUpper{0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,
-                                             0x2C6,  0x2030, 0x160,  0x2039, 0x152,  0x8D,   0x17D,  0x8F,
-                                             0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                             0x2DC,  0x2122, 0x161,  0x203A, 0x153,  0x9D,   0x17E,  0x178};
-
-void appendUtf8(std::string& out, char32_t c) {
-    const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xC0 | c >> 6);
-        put(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        put(0xE0 | c >> 12);
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    } else {
-        put(0xF0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3F));
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    }
-}
 
 /// Takes one character off the front of `text`.
 char32_t nextCharacter(std::string_view& text) {
@@ -92,7 +70,7 @@ class Utf8Builder {
     Utf8Builder& operator=(const Utf8Builder&) = delete;
     void operator()(char16_t unit) {
         if (m_high != 0 && unit >= 0xDC00 && unit < 0xE000) {
-            appendUtf8(m_out, 0x10000 + ((char32_t{m_high} - 0xD800) << 10) + (unit - 0xDC00));
+            basic::append(m_out, 0x10000 + ((char32_t{m_high} - 0xD800) << 10) + (unit - 0xDC00));
             m_high = 0;
             return;
         }
@@ -100,12 +78,12 @@ class Utf8Builder {
         if (unit >= 0xD800 && unit < 0xDC00)
             m_high = unit;
         else
-            appendUtf8(m_out, unit);
+            basic::append(m_out, unit);
     }
 
   private:
     void flush() {
-        if (m_high != 0) appendUtf8(m_out, m_high);
+        if (m_high != 0) basic::append(m_out, m_high);
         m_high = 0;
     }
     std::string& m_out;
@@ -192,7 +170,7 @@ std::string utf8FromAnsi(ByteView text) {
     std::string result;
     result.reserve(text.size());
     for (std::uint8_t byte : text)
-        appendUtf8(result, byte >= 0x80 && byte < 0xA0 ? ansiUpper[byte - 0x80U] : byte);
+        basic::append(result, basic::fromWindows1252(byte));
     return result;
 }
 
@@ -201,9 +179,9 @@ std::string ansiFromUtf8(std::string_view text) {
     result.reserve(text.size());
     while (!text.empty()) {
         const char32_t c = nextCharacter(text);
-        const auto upper = std::ranges::find(ansiUpper, c);
-        if (upper != ansiUpper.end())
-            result.push_back(static_cast<char>(0x80 + (upper - ansiUpper.begin())));
+        const auto upper = std::ranges::find(basic::windows1252, c);
+        if (upper != basic::windows1252.end())
+            result.push_back(static_cast<char>(0x80 + (upper - basic::windows1252.begin())));
         else
             result.push_back(c < 0x100 ? static_cast<char>(c) : '?');
     }

@@ -1,5 +1,6 @@
 #include "book_csv.h"
 
+#include "csv_line.h"
 #include "sheet/book.h"
 
 #include "basic/runtime_error.h"
@@ -8,7 +9,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace cli {
+namespace exchange {
 namespace {
 
 [[noreturn]] void refuse(int line, const char* what) {
@@ -89,19 +90,6 @@ class Reader {
     int m_line = 1;
 };
 
-void appendField(std::string& csv, const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-        csv += text;
-        return;
-    }
-    csv += '"';
-    for (const char c : text) {
-        if (c == '"') csv += '"';
-        csv += c;
-    }
-    csv += '"';
-}
-
 } // namespace
 
 void readBook(sheet::Grid& grid, std::string_view csv) {
@@ -125,11 +113,11 @@ std::string writeBook(const sheet::Grid& grid) {
     for (int row = 0; row < grid.Rows(); ++row) {
         for (int col = 0; col < grid.Cols(); ++col) {
             if (col > 0) csv += ',';
-            appendField(csv, grid.Text(row, col));
+            appendCsvField(csv, grid.Text(row, col));
         }
         csv += "\r\n";
     }
     return csv;
 }
 
-} // namespace cli
+} // namespace exchange

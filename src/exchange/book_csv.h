@@ -7,7 +7,7 @@
 
 // A field book as comma-separated text: a header line, then one line a row with the ten columns of the grid.
 
-namespace cli {
+namespace exchange {
 
 /// Fills `grid` from `csv`. Fields may be quoted, with "" for a quote inside; lines end with LF or CR LF and
 /// blank ones are skipped; missing fields are empty. One comma at the end of a line is dropped, and unquoted
@@ -19,4 +19,4 @@ void readBook(sheet::Grid& grid, std::string_view csv);
 /// The whole grid in that form, with CR LF; fields are quoted where they must be.
 [[nodiscard]] std::string writeBook(const sheet::Grid& grid);
 
-} // namespace cli
+} // namespace exchange
