@@ -114,12 +114,12 @@ void Findings::judgeShape(std::size_t from, std::size_t to) {
     }
 }
 
-/// True for the section that the cursor stands in or directly below.
-bool Findings::isKeyed(double chainage) const {
+/// Of the section that the cursor stands in or directly below; `nowhere` when there is none.
+double Findings::keyedChainage() const {
     const int row = keyedRow();
-    if (row < 1 || row >= static_cast<int>(m_places.size())) return false;
+    if (row < 1 || row >= static_cast<int>(m_places.size())) return nowhere;
     const int ground = m_places[static_cast<std::size_t>(row)].isGround() ? row : groundAbove(row);
-    return ground > 0 && m_places[static_cast<std::size_t>(ground)].chainage == chainage;
+    return ground > 0 ? m_places[static_cast<std::size_t>(ground)].chainage : nowhere;
 }
 
 /// All sections of one chainage, wherever they stand in the book.
@@ -136,7 +136,7 @@ void Findings::judgeChainage(double chainage) {
             if (!std::isnan(offset)) points.emplace_back(offset, row);
         }
     // Without any offset it is a point on a run and no cross-section.
-    if (!anyCentre && !points.empty() && !isKeyed(chainage))
+    if (!anyCentre && !points.empty() && chainage != m_keyedChainage)
         m_chainageFindings.push_back(
             {chainage, finding(stations.front().row, Warning, Rule::NoCentre, "A section without a centre")});
     std::ranges::sort(points);

@@ -79,6 +79,7 @@ void Findings::rowsInserted(int row, int count, sheet::Marks) {
     m_stepsChanged = m_levelsChanged = true;
     m_runsVersion = 0;
     if (m_lastRead >= row) m_lastRead += count;
+    if (m_keyedBefore >= row) m_keyedBefore += count;
     for (int each = row; each < row + count; ++each)
         m_touched.push_back(each);
 }
@@ -112,6 +113,7 @@ void Findings::rowsRemoved(int row, const sheet::RemovedRows& before, sheet::Mar
     m_stepsChanged = m_levelsChanged = true;
     m_runsVersion = 0;
     m_lastRead = m_lastRead >= end ? m_lastRead - count : std::min(m_lastRead, row - 1);
+    if (m_keyedBefore >= row) m_keyedBefore = m_keyedBefore >= end ? m_keyedBefore - count : -1;
     // The rows on either side have new neighbours.
     if (row < static_cast<int>(m_places.size())) m_touched.push_back(row);
     m_touched.push_back(row - 1);
@@ -236,6 +238,7 @@ void Findings::judgeAll() {
     }
     std::ranges::sort(m_byChainage);
     judgeShape(0, m_starts.size());
+    m_keyedChainage = keyedChainage();
     double last = nothing;
     for (std::size_t k = 0; k < m_byChainage.size(); ++k)
         if (m_byChainage[k].chainage != last) judgeChainage(last = m_byChainage[k].chainage);
@@ -257,6 +260,11 @@ void Findings::refresh() {
     if (m_keyedBefore != keyedRow()) {
         judgeCursor();
         changed = true;
+    }
+    // A section that is keyed may still get its centre. Which one that is, rows above the cursor decide too.
+    if (const double keyed = changed ? keyedChainage() : m_keyedChainage; keyed != m_keyedChainage) {
+        for (const double chainage : {keyed, std::exchange(m_keyedChainage, keyed)})
+            if (chainage != nowhere) m_dirtyChainages.push_back(chainage);
     }
     if (!m_dirtyRows.empty()) {
         // Sections near each changed row; rows that were changed together lie together.
@@ -316,15 +324,12 @@ void Findings::judgeEnds() {
         if (row != keyedRow()) judgeAgain(row);
 }
 
-/// The cursor moved: a row that is keyed is no spare row, the one that was left may be one, and a section
-/// that is keyed may still get its centre.
+/// The cursor moved: a row that is keyed is no spare row, and the one that was left may be one.
 void Findings::judgeCursor() {
     const int keyed = keyedRow();
     for (const int row : {keyed, std::exchange(m_keyedBefore, keyed)}) {
         if (row < 1 || row >= static_cast<int>(m_places.size())) continue;
         if (std::ranges::find(m_touched, row) == m_touched.end()) judgeAgain(row);
-        const int ground = m_places[static_cast<std::size_t>(row)].isGround() ? row : groundAbove(row);
-        if (ground > 0) m_dirtyChainages.push_back(m_places[static_cast<std::size_t>(ground)].chainage);
     }
     m_levelsChanged = true;
 }

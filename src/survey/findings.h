@@ -74,7 +74,7 @@ class Findings final : public sheet::GridListener {
     void judgeRun();
     void judgeLevels();
     void collect();
-    [[nodiscard]] bool isKeyed(double chainage) const;
+    [[nodiscard]] double keyedChainage() const;
     [[nodiscard]] Finding finding(int row, FindingKind kind, FindingRule rule, std::string text,
                                   int other = 0) const;
     [[nodiscard]] Finding about(int row, int other, FindingRule rule, std::string text) const;
@@ -99,7 +99,9 @@ class Findings final : public sheet::GridListener {
     std::vector<Finding> m_runFindings;
     std::vector<Finding> m_levelFindings;
     std::vector<Finding> m_all;
-    int m_keyedBefore = -1; ///< keyed row when the list was last brought into step
+    static constexpr double nowhere = -1e300;
+    double m_keyedChainage = nowhere; ///< of the section that is keyed
+    int m_keyedBefore = -1;           ///< keyed row when the list was last brought into step
     int m_lastRead = 0;
     std::size_t m_runsVersion = 0;
     std::size_t m_version = 0;

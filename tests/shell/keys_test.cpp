@@ -1,6 +1,8 @@
 #include "shell/controls/characters.h"
 #include "window.h"
 
+#include "field_book.h"
+
 #include <QAbstractItemModelTester>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -192,6 +194,7 @@ TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
                              "cmdS",   "cmdL",    "cmdR",   "cmdP"};
     const std::string characters = "0123456789.-+*lrcpstLRCPST/ x\r\r\r";
     QAbstractItemModel& model = *window->grid().model();
+    QWidget* cells = window->grid().viewport();
     const QAbstractItemModelTester checker(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
@@ -202,6 +205,9 @@ TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
             click(buttons[random() % std::size(buttons)]);
         else if (kind == 3)
             press(random() % 2 == 0 ? Qt::Key_C : Qt::Key_V, Qt::ControlModifier);
+        else if (kind == 4)
+            QTest::mouseClick(cells, Qt::LeftButton, random() % 2 == 0 ? Qt::ShiftModifier : Qt::NoModifier,
+                              {int(random()) % cells->width(), int(random()) % cells->height()});
         else
             type(std::string(1, characters[random() % characters.size()]));
         window->showBook();
@@ -218,6 +224,16 @@ TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
         ASSERT_EQ(shell::toUtf8(model.index(book().Row() - 1, book().Col()).data().toString()),
                   book().Text());
     }
+    const std::string ended = shownRows(book());
+    const auto goThrough = [this](const char* item, auto steps) {
+        while ((window->journal().*steps)() > 0)
+            choose(item);
+    };
+    goThrough("mnuUndo", &sheet::Journal::undoSteps);
+    EXPECT_EQ(shownRows(book()), "") << "as it was opened";
+    EXPECT_EQ(book().Rows(), 2);
+    goThrough("mnuRedo", &sheet::Journal::redoSteps);
+    EXPECT_EQ(shownRows(book()), ended);
 }
 
 } // namespace
