@@ -21,7 +21,7 @@ namespace {
 /// Listens where a spreadsheet program would, and speaks a fixed part.
 class Listener {
   public:
-    enum class Part { SaysNothing, HangsUp, TalksNonsense, Accepts };
+    enum class Part { SaysNothing, HangsUp, TalksNonsense, Accepts, AcceptsLate };
 
     Listener(const std::string& path, Part part) : m_part(part), m_socket(socket(AF_UNIX, SOCK_STREAM, 0)) {
         sockaddr_un address{};
@@ -52,7 +52,8 @@ class Listener {
             m_open.push_back(connection);
             if (m_part == Part::HangsUp) shutdown(connection, SHUT_RDWR);
             if (m_part == Part::TalksNonsense) say(connection, std::string(10000, 'x'));
-            if (m_part == Part::Accepts) play(connection);
+            if (m_part == Part::AcceptsLate) std::this_thread::sleep_for(Milliseconds(200));
+            if (m_part == Part::Accepts || m_part == Part::AcceptsLate) play(connection);
         }
     }
     void play(int connection) {
@@ -77,6 +78,7 @@ class Listener {
 struct Office {
     TempFolder folder;
     std::string socket = folder / "socket";
+    std::string other = folder / "other";
     Milliseconds limit{300};
 
     /// The program that reads, in the shell's language.
@@ -85,7 +87,8 @@ struct Office {
         chmod((folder / "reader").c_str(), 0755);
     }
     [[nodiscard]] std::vector<Row> read(const spreadsheet::GoOn& goOn = {}) const {
-        return spreadsheet::LibreOffice({folder / "reader", std::vector{folder / "none", socket}, limit})
+        return spreadsheet::LibreOffice(
+                   {folder / "reader", std::vector{folder / "none", socket, other}, limit, Milliseconds(50)})
             .readSheet(goOn);
     }
     [[nodiscard]] std::optional<Failure> failure(const spreadsheet::GoOn& goOn = {}) const {
@@ -150,6 +153,20 @@ TEST(OfficeSocket, AsksForAPipeAndReadsThroughIt) {
     EXPECT_EQ(rows[0], (Row{pipe, folder, folder, "d", "e", "f", "g", "h", "i", "one\ntwo"}));
     EXPECT_EQ(rows[1], (Row{"A", "", "", "", "", "", "", "", "", "J"}));
     EXPECT_EQ(most, 2U);
+}
+
+TEST(OfficeSocket, WaitsForABusyOneUntilTheLimitAndAsksTheOthersMeanwhile) {
+    Office office;
+    office.reader("printf 'A\\0\\0\\0\\0\\0\\0\\0\\0\\0J\\0'");
+    office.limit = std::chrono::minutes(10);
+    {
+        const Listener busy(office.socket, Listener::Part::AcceptsLate);
+        EXPECT_EQ(office.read().size(), 1U);
+    }
+    unlink(office.socket.c_str());
+    const Listener hangs(office.socket, Listener::Part::SaysNothing);
+    const Listener other(office.other, Listener::Part::Accepts);
+    EXPECT_EQ(office.read().size(), 1U);
 }
 
 TEST(OfficeSocket, TellsHowTheReaderFailed) {

@@ -16,10 +16,10 @@ constexpr milliseconds retryPause{50};
 constexpr const char* usualProgramFolder = "/usr/lib/libreoffice/program";
 
 /// Opens the pipe, trying an instance that hangs up again for a while.
-Greeting openPipePatiently(Office& office, const std::string& name, Patience& patience) {
+Greeting openPipePatiently(Office& office, const std::string& name, milliseconds answer, Patience& patience) {
     const auto end = Patience::Clock::now() + startingTime;
     for (;;) {
-        const Greeting greeting = openPipe(office, name, patience);
+        const Greeting greeting = openPipe(office, name, answer, patience);
         if (greeting != Greeting::Closed || Patience::Clock::now() >= end) return greeting;
         patience.pause(retryPause);
         std::vector<Office> again = runningOffices({office.socketPath});
@@ -59,17 +59,21 @@ std::unique_ptr<RunningSpreadsheet> runningSpreadsheet() {
 
 std::vector<Row> LibreOffice::readSheet(const GoOn& goOn) {
     Patience patience(m_options.limit, goOn);
-    bool oneIsSilent = false;
-    for (Office& office : runningOffices(m_options.sockets ? *m_options.sockets : officeSockets())) {
-        const std::string pipe = "zavrogrl_" + std::to_string(office.process);
-        const Greeting greeting = openPipePatiently(office, pipe, patience);
-        oneIsSilent = oneIsSilent || greeting == Greeting::Silent;
-        if (greeting != Greeting::Accepted) continue;
-        const std::string folder = office.programFolder.empty() ? usualProgramFolder : office.programFolder;
-        if (auto rows = rowsOf(runReader(m_options.readerProgram, {pipe, folder}, folder, patience)))
-            return std::move(*rows);
+    std::vector<Office> offices = runningOffices(m_options.sockets ? *m_options.sockets : officeSockets());
+    while (!offices.empty()) {
+        std::vector<Office> silent; // one that is only busy may answer later, until the patience ends
+        for (Office& office : offices) {
+            const std::string pipe = "zavrogrl_" + std::to_string(office.process);
+            const Greeting greeting = openPipePatiently(office, pipe, m_options.answer, patience);
+            if (greeting == Greeting::Silent) silent.push_back(std::move(office));
+            if (greeting != Greeting::Accepted) continue;
+            const std::string folder =
+                office.programFolder.empty() ? usualProgramFolder : office.programFolder;
+            if (auto rows = rowsOf(runReader(m_options.readerProgram, {pipe, folder}, folder, patience)))
+                return std::move(*rows);
+        }
+        offices = std::move(silent);
     }
-    if (oneIsSilent) throw Error(Failure::NotAnswering, "The spreadsheet program does not answer");
     throw Error(Failure::NotRunning, "No spreadsheet with an open sheet is running");
 }
 

@@ -14,8 +14,10 @@ struct LibreOfficeOptions {
     std::string readerProgram;
     /// Sockets to look at; nothing means all of this user's.
     std::optional<std::vector<std::string>> sockets;
-    /// How long an instance that shows no sign of life is waited for.
+    /// How long a spreadsheet that shows no sign of life is waited for.
     std::chrono::milliseconds limit{15000};
+    /// How long each instance has before the next one is asked; a live one answers within a few milliseconds.
+    std::chrono::milliseconds answer{4000};
 };
 
 /// The reader program as it is installed: beside the running program. May name a file that is not there.

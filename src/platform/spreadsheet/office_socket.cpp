@@ -21,7 +21,6 @@ namespace {
 
 constexpr std::string_view askForArguments = "InternalIPC::SendArguments";
 constexpr std::string_view done = "InternalIPC::ProcessingDone";
-constexpr milliseconds answerTime{4000}; // a live one answers within a few milliseconds
 
 bool isOwnSocket(const std::string& path) {
     struct stat info {};
@@ -58,7 +57,7 @@ bool usesStandardProfile(pid_t process) {
 
 std::optional<Office> officeAt(const std::string& path) {
     if (!isOwnSocket(path)) return std::nullopt;
-    Office office{path, connectTo(path), 0, {}, false};
+    Office office{path, connectTo(path), 0, {}, false, {}, false};
     if (!office.connection) return std::nullopt;
     office.process = ownListener(office.connection);
     if (office.process == 0) return std::nullopt;
@@ -70,16 +69,20 @@ std::optional<Office> officeAt(const std::string& path) {
 }
 
 /// What the other side says up to its NUL; nothing when it closed or kept silent, told apart by `silent`.
-std::optional<std::string> hear(const Descriptor& connection, Patience& patience, bool& silent) {
-    std::string heard;
+std::optional<std::string> hear(Office& office, milliseconds answerTime, Patience& patience, bool& silent) {
+    constexpr std::size_t most = 4096;
     std::array<char, 256> buffer{};
     for (;;) {
-        silent = !patience.ready(connection.get(), POLLIN, answerTime);
+        silent = !patience.ready(office.connection.get(), POLLIN, answerTime);
         if (silent) return std::nullopt;
-        const auto count = recv(connection.get(), buffer.data(), buffer.size(), 0);
-        if (count <= 0 || heard.size() > 4096) return std::nullopt;
-        heard.append(buffer.data(), static_cast<std::size_t>(count));
-        if (const auto end = heard.find('\0'); end != std::string::npos) return heard.substr(0, end);
+        const auto count = recv(office.connection.get(), buffer.data(), buffer.size(), 0);
+        if (count <= 0 || office.heard.size() > most) return std::nullopt;
+        office.heard.append(buffer.data(), static_cast<std::size_t>(count));
+        if (const auto end = office.heard.find('\0'); end != std::string::npos) {
+            std::string said = office.heard.substr(0, end);
+            office.heard.clear();
+            return said;
+        }
     }
 }
 
@@ -117,15 +120,18 @@ std::vector<Office> runningOffices(const std::vector<std::string>& sockets) {
     return result;
 }
 
-Greeting openPipe(Office& office, const std::string& name, Patience& patience) {
+Greeting openPipe(Office& office, const std::string& name, milliseconds answerTime, Patience& patience) {
     bool silent = false;
     const auto notAnswered = [&] { return silent ? Greeting::Silent : Greeting::Closed; };
-    if (hear(office.connection, patience, silent) != askForArguments) return notAnswered();
-    const std::string message =
-        argumentsMessage("--accept=pipe,name=" + name + ";urp;StarOffice.ComponentContext");
-    const auto sent = send(office.connection.get(), message.data(), message.size(), MSG_NOSIGNAL);
-    if (sent != static_cast<ssize_t>(message.size())) return Greeting::Closed;
-    if (hear(office.connection, patience, silent) != done) return notAnswered();
+    if (!office.asked) {
+        if (hear(office, answerTime, patience, silent) != askForArguments) return notAnswered();
+        const std::string message =
+            argumentsMessage("--accept=pipe,name=" + name + ";urp;StarOffice.ComponentContext");
+        const auto sent = send(office.connection.get(), message.data(), message.size(), MSG_NOSIGNAL);
+        if (sent != static_cast<ssize_t>(message.size())) return Greeting::Closed;
+        office.asked = true;
+    }
+    if (hear(office, answerTime, patience, silent) != done) return notAnswered();
     return Greeting::Accepted;
 }
 

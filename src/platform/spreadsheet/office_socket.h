@@ -25,6 +25,8 @@ struct Office {
     pid_t process = 0;
     std::string programFolder; ///< where its libraries lie
     bool ownProfile = false;   ///< it was started on the user's standard profile
+    std::string heard;         ///< what it said so far, up to its next NUL
+    bool asked = false;        ///< it was told what to do and has to confirm it
 };
 
 /// The sockets of this user, live or left over.
@@ -37,7 +39,9 @@ struct Office {
 enum class Greeting { Accepted, Closed, Silent };
 
 /// Asks the instance to accept UNO connections on the pipe `name`. Closed: it ended the talk, as one does
-/// that is just starting or closing. Silent: it is there but says nothing.
-[[nodiscard]] Greeting openPipe(Office& office, const std::string& name, Patience& patience);
+/// that is just starting or closing. Silent: it is there but said nothing for `answerTime`; the talk goes on
+/// where it stood when this is called again.
+[[nodiscard]] Greeting openPipe(Office& office, const std::string& name, std::chrono::milliseconds answerTime,
+                                Patience& patience);
 
 } // namespace spreadsheet
