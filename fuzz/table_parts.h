@@ -25,8 +25,9 @@ tables::MemoryParts partsOf(const std::uint8_t* data, std::size_t size, const ch
     return tables::MemoryParts(std::move(parts));
 }
 
-template <typename Read>
-int checkReading(Read&& read) {
+/// `use` gets what was read.
+template <typename Read, typename Use>
+int checkReading(Read&& read, Use&& use) {
     tables::Collector collector;
     tables::Writer out([&collector](std::string_view piece) {
         try {
@@ -41,5 +42,11 @@ int checkReading(Read&& read) {
         return 0;
     }
     if (!collector.isWhole()) std::abort();
+    use(std::move(collector).table());
     return 0;
+}
+
+template <typename Read>
+int checkReading(Read&& read) {
+    return checkReading(read, [](const tables::Table&) {});
 }
