@@ -71,10 +71,14 @@ char32_t firstLetter(std::string_view letter) {
     return code;
 }
 
+void beginSection(std::string& to, const char* name) {
+    pair(to, 0, "SECTION");
+    pair(to, 2, name);
+}
+
 std::string header(const drawing::Box& extent) {
     std::string head;
-    pair(head, 0, "SECTION");
-    pair(head, 2, "HEADER");
+    beginSection(head, "HEADER");
     pair(head, 9, "$ACADVER");
     pair(head, 1, "AC1009");
     pair(head, 9, "$DWGCODEPAGE");
@@ -97,8 +101,7 @@ void beginTable(std::string& to, const char* name, int entries) {
 
 std::string tables() {
     std::string all;
-    pair(all, 0, "SECTION");
-    pair(all, 2, "TABLES");
+    beginSection(all, "TABLES");
     beginTable(all, "LTYPE", 1);
     pair(all, 0, "LTYPE");
     pair(all, 2, "CONTINUOUS");
@@ -191,8 +194,7 @@ void DxfWriter::text(const char* layer, const drawing::Text& text) {
 
 std::string DxfWriter::finish() const {
     std::string file = header(m_extent) + tables();
-    pair(file, 0, "SECTION");
-    pair(file, 2, "ENTITIES");
+    beginSection(file, "ENTITIES");
     file += m_entities;
     pair(file, 0, "ENDSEC");
     pair(file, 0, "EOF");
