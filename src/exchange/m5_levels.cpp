@@ -15,6 +15,7 @@ namespace {
 
 using Sight = LevelLineBuilder::Sight;
 constexpr std::size_t mostParts = 6;
+constexpr std::size_t widestValue = 14;
 
 std::size_t cutAtBars(std::string_view line, std::array<std::string_view, mostParts>& parts) {
     std::size_t count = 0;
@@ -86,7 +87,8 @@ class M5Reader {
         const std::string_view number = takeToken(part);
         if (value.type.empty() || number.empty()) return false;
         value.feet = takeToken(part) == "ft";
-        if (basic::isNumber(number)) {
+        const bool isPlain = number.size() <= widestValue && number.find_first_of("eE") == number.npos;
+        if (isPlain && basic::isNumber(number)) {
             value.number = basic::val(number);
             return true;
         }

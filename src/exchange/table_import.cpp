@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <optional>
 #include <utility>
@@ -81,6 +82,11 @@ std::optional<double> parseNumber(std::string_view text, char decimal) {
     } catch (const basic::RuntimeError&) {
         return {};
     }
+}
+
+/// A book's numbers are of single precision.
+bool fits(double value) {
+    return std::abs(value) <= double{std::numeric_limits<float>::max()};
 }
 
 bool isNumeric(ColumnKind kind) {
@@ -285,10 +291,12 @@ class Taker {
             if (shown && static_cast<float>(*shown) != static_cast<float>(cell.number) &&
                 std::abs(*shown - cell.number) > 0.00005)
                 notes.add(What::Fewer, row, cell.shown);
-            return cell.number;
+            if (fits(cell.number)) return cell.number;
+            notes.add(What::NoNumber, row, cell.shown);
+            return {};
         }
         case CellKind::Text:
-            if (const auto value = parseNumber(cell.shown, m_decimal)) return value;
+            if (const auto value = parseNumber(cell.shown, m_decimal); value && fits(*value)) return value;
             if (basic::trim(cell.shown).empty()) return {};
             notes.add(looksLikeDate(cell.shown) ? What::Date : What::NoNumber, row, cell.shown);
             return {};

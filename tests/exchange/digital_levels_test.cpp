@@ -214,6 +214,9 @@ TEST(DigitalLevels, M5LinesAreReadByTheirTokens) {
     const LevelFile file = read(text);
     ASSERT_THAT(file.lines, SizeIs(1));
     EXPECT_THAT(file.lines[0].troubles, IsEmpty());
+    std::string huge = text;
+    huge.replace(huge.find("Rf 1.10000"), 10, "Rf 1e300");
+    EXPECT_THAT(read(huge).lines[0].troubles, testing::Contains(HasSubstr("line 9")));
     EXPECT_THAT(file.notes,
                 ElementsAre("read from the maker's description; no file of an instrument was at hand"));
     std::vector<std::string> rows;

@@ -200,6 +200,9 @@ TEST(TableFiles, BadFilesAreRefusedWithTheirReason) {
     EXPECT_THROW(
         (void)tables::readTableFile(folder / "whole.xlsx", {.sheet = {}, .readerProgram = "/bin/false"}),
         tables::Unreadable);
+    const std::string endless(54, '8');
+    EXPECT_THAT(texts(taken(readTable(folder.write("huge.csv", "Ch,IS\n00-010," + endless + "\n")))),
+                ElementsAre(HasSubstr("Column B: 1 cell is no reading (row 2 \"888")));
     const auto mixed = readTable(folder.write("mixed.csv", "Ch;IS;FS\n00-010;1,5;\n00-020,1.6,\n"));
     EXPECT_THAT(mixed.notes, ElementsAre(HasSubstr("Line 3 is separated by \",\"")));
 }
