@@ -102,6 +102,9 @@ class FindBar final : public WindowPart {
         m_column->addItem(text("All columns"));
         for (int col = 0; col < sheet::columnCount; ++col)
             m_column->addItem(fromUtf8(m_window.book().MSFG.Text(0, col)));
+        QLabel* where = makeLabel("In:", *m_column);
+        where->setContentsMargins(margin, 0, margin, 0);
+        m_findBar->addWidget(where);
         m_findBar->addWidget(m_column);
         m_whole = makeCheckBox("chkWhole", "Whole cell");
         m_findBar->addWidget(m_whole);

@@ -1,6 +1,7 @@
 #include "section_panes.h"
 
 #include "controls/flex_grid.h"
+#include "controls/graphic.h"
 #include "controls/profile_view.h"
 #include "frmGrl.h"
 #include "text.h"
@@ -69,6 +70,7 @@ class SectionPanes final : public WindowPart {
         pane.dock->setObjectName(QLatin1String(words.dock));
         pane.view = new ProfileView;
         pane.view->setObjectName(QLatin1String(words.dock) + QStringLiteral("View"));
+        tellAsGraphic(*pane.view);
         pane.view->setAccessibleName(title);
         pane.view->chosen = [this](int row) { goTo(row); };
         pane.dock->setWidget(pane.view);

@@ -144,7 +144,9 @@ void TableFrame::fillBoxes() {
     for (int column = 0; column < m_preview->columnCount(); ++column) {
         auto* box = new QComboBox;
         box->setObjectName(QStringLiteral("cboCol%1").arg(column));
+        // A box without a label is read out by its choice and its description.
         box->setAccessibleName(text("Column %1").arg(fromUtf8(tables::columnName(column + 1))));
+        box->setAccessibleDescription(box->accessibleName());
         for (int kind = 0; kind < exchange::columnKinds; ++kind)
             box->addItem(text(exchange::captionOf(static_cast<exchange::ColumnKind>(kind))));
         const auto at = static_cast<std::size_t>(column);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Reads every window and frame out of the accessibility tree: each control that takes the focus can be told from the
-# others by its name, and what was keyed, computed and chosen is found as a value. accessibility.sh
+# others by its name and is reached by Tab, and what was keyed, computed and chosen is found as a value. accessibility.sh
 # FOLDER-OF-THE-PROGRAMS prints what was read.
 # shellcheck disable=SC2119 # words for the program are given only sometimes
 source "$(dirname "${BASH_SOURCE[0]}")/screen.sh"
@@ -36,6 +36,11 @@ find_in() {
         exit 1
     }
     sed -n "\\:${FROM:-.}:,\$p" "$world/reading"
+}
+# Tab comes to every control of the window.
+by_tab() {
+    until_true "the focus on $1" has_focus "$(windows "$1")"
+    /usr/bin/python3 "$reader" --tab "$1" || fail "$1: not every control is reached by Tab"
 }
 hides() { ! grep -qF -- "$1" "$world/reading"; }
 shut() { # WINDOW
@@ -84,6 +89,64 @@ hides 'frame | Settings' || fail "the closed settings are read out"
 keys Return Home # the reading turns pink
 find_in "$caption" "table cell | row 3, I.S., 91.31 | suspicious reading" >/dev/null
 
+begin "The bars"
+keys ctrl+f
+FROM='tool bar | Find' find_in "$caption" "text | Find:" "combo box | In: | All columns" "check box | Whole cell" \
+    "push button | Next" "push button | Previous" "push button | Close"
+by_tab "$caption"
+keys ctrl+g
+FROM='tool bar | Go to chainage' find_in "$caption" "text | Go to chainage:" "push button | Go" "push button | Close"
+by_tab "$caption"
+keys ctrl+g Escape # closes the bar
+
+begin "The panes"
+keys F6 F7 F8
+menu alt+l m
+FROM='tool bar' find_in "$caption" "image | Long section" "image | Cross-section" "tree | Findings" \
+    "push button | Set aside" "check box | Show what is set aside" "spin button | Length of the staff | 5.00 m" \
+    "label | Not closed: no known level at the end" "text | Tolerance | Accurate 12 mm √K" \
+    "combo box | Adjustment | By set-ups" "table | Sections of the run" "table | Levels of the rows in sight"
+by_tab "$caption"
+keys F6 F7 F8
+menu alt+l m
+
+begin "The job heading"
+menu alt+l h
+wait_for 'Job heading'
+find_in 'Job heading' "text | Work" "text | Start mark" "push button | OK" "push button | Cancel"
+by_tab 'Job heading'
+shut 'Job heading'
+
+begin "Print"
+keys ctrl+p
+wait_for Print
+find_in Print "check box | Field book | checked" "combo box | Paper | A4 upright" \
+    "combo box | Long section | 1:1000 by 1:100 | (disabled)" "image | Page as it is printed" "spin button | Page | 1" \
+    "push button | Print..." "push button | Save as PDF..." "push button | Close"
+by_tab Print
+shut Print
+
+# import FILE: has the file shown in the panel of its kind.
+import_file() {
+    menu alt+t f
+    wait_for 'Import from file'
+    type_text "$1"
+    keys Return
+}
+begin "Import from file"
+import_file "$data/books/gsi-pv16.csv"
+FROM='frame | Import' find_in "$caption" "table | The first rows of the sheet; above each column what it is" \
+    "combo box | Column A | Chainage" "combo box | Column J | Remark" "spin button | Heading in row: | 1" \
+    "radio button | Replace the book | checked" "list | What cannot be taken as it stands" \
+    "check box | Remember for this heading" "push button | Import"
+by_tab "$caption"
+keys Escape
+import_file "$data/digital-levels/dna03-bffb-cc0.gsi"
+FROM='frame | Import' find_in "$caption" "table | Lines of the file" \
+    "text | Point names tell chainage and offset as:" "push button | Import"
+by_tab "$caption"
+keys Escape
+
 begin "Questions"
 keys F2
 wait_for Check
@@ -117,6 +180,7 @@ FROM='frame | Exporting Data' find_in "$caption" \
     "combo box | Outter Side: | 0.5" "text | Gutter top width, m | 1.5 | (disabled)" "text | Gutter depth, m" \
     "check box | Left Gutter" "check box | Send as a FRL" "push button | Select Project" \
     "label | No road database selected" "push button | Transfer" "push button | Cancel"
+by_tab "$caption"
 keys Escape
 until_true "the end of the frame" sh -c "! '$reader' '$caption' | grep 'frame | Exporting Data'"
 

@@ -2,6 +2,7 @@
 
 #include "../text.h"
 #include "drawing_svg.h"
+#include "graphic.h"
 #include "metrics.h"
 
 #include <QCoreApplication>
@@ -52,6 +53,7 @@ class Edge final : public QWidget {
 
 Drawing::Drawing(QWidget* parent, int side) : QWidget(parent) {
     setFixedSize(side, side);
+    tellAsGraphic(*this);
     setAccessibleName(text("A level on its tripod, sighting a staff"));
 }
 

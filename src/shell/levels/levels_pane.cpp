@@ -34,7 +34,8 @@ LevelsPane::LevelsPane(const sheet::Grid& grid, survey::Runs& runs)
     m_verdict = new QLabel;
     m_verdict->setObjectName(QStringLiteral("lblClosing"));
     m_verdict->setAccessibleDescription(text("Verdict"));
-    m_verdict->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_verdict->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_verdict->setFocusPolicy(Qt::StrongFocus);
     m_verdict->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // long texts widen no window
     auto* sections = makeTable("tblSections", "Sections of the run");
     sections->setModel(m_sections);
@@ -114,6 +115,7 @@ QWidget* LevelsPane::buildChoices() {
         m_class->addItem(text(each.name));
     m_class->addItem(text("None"));
     m_class->setEditable(true);
+    m_class->lineEdit()->setAccessibleName(m_class->accessibleName()); // it is the one that has the focus
     m_class->setInsertPolicy(QComboBox::NoInsert);
     m_class->setMinimumContentsLength(20);
     QObject::connect(m_class, &QComboBox::activated, this, [this] { takeRule(); });

@@ -1,5 +1,6 @@
 #include "print_dialog.h"
 
+#include "../controls/graphic.h"
 #include "../controls/makers.h"
 #include "../controls/metrics.h"
 #include "../text.h"
@@ -156,6 +157,7 @@ QWidget* PrintDialog::buildPreview() {
     auto* panel = new QWidget;
     auto* column = new QVBoxLayout(panel);
     m_preview = new PagePreview;
+    tellAsGraphic(*m_preview);
     m_preview->setAccessibleName(text("Page as it is printed"));
     column->addWidget(m_preview, 1);
     auto* turning = new QHBoxLayout;
