@@ -62,6 +62,16 @@ TEST_F(Import, OneLevelLineAndTheOthersNamed) {
     EXPECT_EQ(import({.file = lines, .line = 2}), cli::Done);
     EXPECT_THAT(out.str(), HasSubstr(",B\r\n"));
     EXPECT_EQ(import({.file = lines, .line = 3}), cli::WrongUsage);
+    EXPECT_EQ(import({.file = lines, .points = "oo"}), cli::WrongUsage);
+
+    std::string text = TempFolder::readFile(lines);
+    const std::string differs =
+        folder.write("differs.gsi", text.replace(text.find("00101000"), 8, "00101020"));
+    EXPECT_EQ(import({.file = differs, .line = 1}), cli::Failed);
+    EXPECT_EQ(out.str(), "");
+    EXPECT_THAT(err.str(), HasSubstr("line 5 (110005"));
+    EXPECT_EQ(import({.file = differs, .line = 1, .take = true}), cli::Done);
+    EXPECT_THAT(out.str(), HasSubstr(",B\r\n"));
 }
 
 } // namespace
