@@ -141,7 +141,9 @@ class Import {
         const int number = m_options.line.value_or(1);
         if (number < 1 || number > count)
             throw Misuse{"--line: the file has " + std::to_string(count) + " lines"};
-        bool leftOut = false;
+        for (const std::string& stray : file.strays)
+            m_err << stray << '\n';
+        bool leftOut = !file.strays.empty() && !m_options.line;
         for (int k = 1; k <= count && !m_options.line; ++k) {
             if (k == number) continue;
             leftOut = true;
@@ -181,6 +183,8 @@ class Import {
                 for (const std::string& text : *texts)
                     m_out << "   " << text << '\n';
         }
+        for (const std::string& stray : file.strays)
+            m_out << stray << '\n';
         return flushed(m_out, m_err);
     }
 

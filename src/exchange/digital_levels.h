@@ -44,7 +44,8 @@ struct LevelLine {
 struct LevelFile {
     std::string format; ///< "GSI-8", "GSI-16", "M5"
     std::vector<LevelLine> lines;
-    std::vector<std::string> notes; ///< what concerns the whole file
+    std::vector<std::string> notes;  ///< what concerns the whole file
+    std::vector<std::string> strays; ///< what belongs to no line of levels, with its line of the file
 };
 
 /// True for bytes that begin as a file of a digital level does.

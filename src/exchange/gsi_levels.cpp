@@ -104,7 +104,7 @@ class GsiReader {
             if (block.starts_with('*')) file.format = "GSI-16";
             readBlock(block);
         }
-        file.lines = std::move(m_builder).lines();
+        std::move(m_builder).finish(file);
         return file;
     }
 

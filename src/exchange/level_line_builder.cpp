@@ -226,7 +226,11 @@ void LevelLineBuilder::endLine() {
         m_open = false;
     }
     m_line.lastLine = m_at;
-    if (m_line.setUps == 0 && m_line.points.size() < 2) return; // nothing was levelled
+    if (m_line.setUps == 0 && m_line.points.size() < 2) { // nothing was levelled
+        for (std::string& trouble : m_line.troubles)
+            if (m_strays.size() < mostTroubles) m_strays.push_back(std::move(trouble));
+        return;
+    }
     for (auto point = m_line.points.rbegin(); point != m_line.points.rend(); ++point) {
         if (point->kind != LevelPoint::Kind::Turning) continue;
         if (point->level && m_line.points.front().level)
@@ -236,9 +240,10 @@ void LevelLineBuilder::endLine() {
     m_lines.push_back(std::move(m_line));
 }
 
-std::vector<LevelLine> LevelLineBuilder::lines() && {
+void LevelLineBuilder::finish(LevelFile& file) && {
     endLine();
-    return std::move(m_lines);
+    file.lines = std::move(m_lines);
+    file.strays = std::move(m_strays);
 }
 
 } // namespace exchange

@@ -32,7 +32,7 @@ class LevelLineBuilder {
     [[nodiscard]] bool hasStart() const { return m_open && !m_line.points.empty(); }
     [[nodiscard]] bool expectsResult() const;
     void endLine();
-    [[nodiscard]] std::vector<LevelLine> lines() &&;
+    void finish(LevelFile& file) &&; ///< puts the lines into it, and what belongs to none
 
   private:
     struct Readings {
@@ -49,6 +49,7 @@ class LevelLineBuilder {
     [[nodiscard]] std::optional<double> height() const;
 
     std::vector<LevelLine> m_lines;
+    std::vector<std::string> m_strays;
     LevelLine m_line;
     bool m_open = false, m_isDouble = false;
     int m_at = 0;

@@ -58,7 +58,7 @@ class M5Reader {
             m_builder.at(++number, line);
             readLine(line);
         }
-        file.lines = std::move(m_builder).lines();
+        std::move(m_builder).finish(file);
         return file;
     }
 

@@ -108,6 +108,8 @@ void LevelFrame::takeLine() {
     std::vector<exchange::ImportNote> notes;
     for (const std::string& trouble : line.troubles)
         notes.push_back({trouble, true});
+    for (const std::string& stray : m_file.strays)
+        notes.push_back({stray, true});
     for (const std::string& hint : line.hints)
         notes.push_back({hint, false});
     const std::string form = toUtf8(m_points->text());

@@ -45,6 +45,7 @@ TEST(DigitalLevels, AnInstrumentsOwnFileGivesItsPublishedDifferences) {
             named += line.from() + line.to() + " " + trouble.substr(0, 8) + ";";
     }
     EXPECT_EQ(named, "UG line 256;RM line 534;");
+    EXPECT_THAT(file.strays, IsEmpty());
 }
 
 struct Blocks {
@@ -214,6 +215,7 @@ TEST(DigitalLevels, M5LinesAreReadByTheirTokens) {
     const LevelFile file = read(text);
     ASSERT_THAT(file.lines, SizeIs(1));
     EXPECT_THAT(file.lines[0].troubles, IsEmpty());
+    EXPECT_THAT(read(text + "For M5|Adr 17|KD1 1 1|Rb 1 m|").strays, testing::Contains(HasSubstr("line 17")));
     std::string huge = text;
     huge.replace(huge.find("Rf 1.10000"), 10, "Rf 1e300");
     EXPECT_THAT(read(huge).lines[0].troubles, testing::Contains(HasSubstr("line 9")));
