@@ -13,9 +13,10 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <map>
+#include <string_view>
 
 namespace {
 
@@ -124,10 +125,11 @@ TEST_F(Paper, SectionsAreTrueToScale) {
     const std::string words = read("-l 1 -bbox");
     if (words.empty()) GTEST_SKIP() << "poppler-utils is not installed";
     const auto placeOf = [&words](const std::string& word) {
-        double x = 0;
+        constexpr std::string_view before = "xMin=\"";
         const std::size_t end = words.find("\">" + word + "</word>");
-        const std::size_t start = words.rfind("xMin", end);
-        EXPECT_EQ(std::sscanf(words.c_str() + start, "xMin=\"%lf\"", &x), 1) << word;
+        const char* figure = words.data() + words.rfind(before, end) + before.size();
+        double x = 0; // its point is one in every locale
+        EXPECT_EQ(std::from_chars(figure, words.data() + words.size(), x).ec, std::errc()) << word;
         return x * 25.4 / 72;
     };
     EXPECT_NEAR(placeOf("00-200") - placeOf("00-010"), 190, 0.1);
