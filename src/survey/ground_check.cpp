@@ -33,8 +33,8 @@ double median(std::vector<double>& values) {
     return (*middle + *std::max_element(values.begin(), middle)) / 2;
 }
 
-/// Readings are in millimetres, so that halves of a centimetre are common: which way they go must not depend on
-/// what a sum has left in the last digits.
+/// Readings are in millimetres, so that halves of a centimetre are common: which way they go must not depend
+/// on what a sum has left in the last digits.
 std::string metres(double value, basic::Pattern form = basic::pattern("0.00")) {
     return basic::format(std::round(std::abs(value) * 1e5) / 1e5, form) + " m";
 }
