@@ -3,11 +3,14 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <algorithm>
 #include <chrono>
@@ -19,6 +22,9 @@
 // unless QT_QPA_PLATFORM names one.
 
 namespace {
+
+// The panes follow so many milliseconds after a key at the latest.
+constexpr unsigned long untilPanesFollow = 25;
 
 using Clock = std::chrono::steady_clock;
 
@@ -139,10 +145,8 @@ void BM_KeyToPaint(benchmark::State& state) {
     });
 }
 
-/// The same with both sections open, on a road of sections of three points and a level in every row.
-void BM_KeyWithSectionsToPaint(benchmark::State& state) {
-    const Window window(int(state.range(0)));
-    sheet::Grid& grid = window.book();
+/// Sections of three points and a level in every row.
+void fillRoad(sheet::Grid& grid) {
     for (int row = 2; row < grid.Rows(); ++row) {
         const int metres = row / 3 * 10;
         std::string rest = std::to_string(1000 + metres % 1000);
@@ -150,10 +154,24 @@ void BM_KeyWithSectionsToPaint(benchmark::State& state) {
         grid.setText(row, sheet::Left, row % 3 == 0 ? "2.50" : "");
         grid.setText(row, sheet::Center, row % 3 == 1 ? "0" : "");
         grid.setText(row, sheet::Right, row % 3 == 2 ? "2.50" : "");
-        grid.setText(row, sheet::RLevel, std::to_string(100 + row % 1000 * 0.01));
+        grid.setText(row, sheet::RLevel, "100.290"); // as the readings give it
     }
-    for (const char* item : {"mnuLong", "mnuCross"})
-        window.form->findChild<QAction*>(QLatin1String(item))->trigger();
+}
+
+void choose(const Window& window, const char* item) {
+    window.form->findChild<QAction*>(QLatin1String(item))->trigger();
+}
+
+/// A digit and its taking back on a road, with the panes of range(2) open: 1 both sections, 2 the list of
+/// findings too. The panes are brought into step a moment after a key, which is part of its time here.
+void BM_KeyWithPanesToPaint(benchmark::State& state) {
+    const Window window(int(state.range(0)));
+    sheet::Grid& grid = window.book();
+    fillRoad(grid);
+    if (state.range(2) > 0)
+        for (const char* item : {"mnuLong", "mnuCross"})
+            choose(window, item);
+    if (state.range(2) > 1) choose(window, "mnuFindings");
     grid.moveTo(grid.Rows() / 2, int(state.range(1)));
     window.form->showBook();
     for (int turn = 0; turn < 20; ++turn)
@@ -163,10 +181,112 @@ void BM_KeyWithSectionsToPaint(benchmark::State& state) {
     bool digit = false;
     for (auto _ : state) {
         digit = !digit;
-        steps.time([&] { window.key(digit ? Qt::Key_5 : Qt::Key_Backspace, digit ? "5" : "\b"); });
+        steps.time([&] {
+            window.key(digit ? Qt::Key_5 : Qt::Key_Backspace, digit ? "5" : "\b");
+            QThread::msleep(untilPanesFollow);
+            QApplication::processEvents();
+        });
     }
     paints.expect(state);
     steps.report(state);
+    state.SetLabel(window.form->findChild<QLabel*>(QStringLiteral("lblFindings"))->text().toStdString());
+}
+
+/// A reading keyed and confirmed, row after row: each Enter lets the row that was left be judged.
+void BM_EnterWithPanesToPaint(benchmark::State& state) {
+    const Window window(int(state.range(0)));
+    sheet::Grid& grid = window.book();
+    fillRoad(grid);
+    window.form->book().Guarded = true; // Enter goes one row down
+    if (state.range(1) > 0)
+        for (const char* item : {"mnuLong", "mnuCross", "mnuFindings"})
+            choose(window, item);
+    grid.setText(1, sheet::HgtInst, "101.525");
+    grid.moveTo(grid.Rows() / 2, sheet::InterSight);
+    window.form->showBook();
+    for (int turn = 0; turn < 20; ++turn)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    const Paints paints(window);
+    Steps steps;
+    for (auto _ : state)
+        steps.time([&] {
+            window.key(Qt::Key_Return, "\r");
+            QThread::msleep(untilPanesFollow);
+            QApplication::processEvents();
+        });
+    paints.expect(state);
+    steps.report(state);
+}
+
+/// What follows an action a moment later is not part of its time.
+void settle() {
+    QThread::msleep(untilPanesFollow);
+    QApplication::processEvents();
+}
+
+/// Del Row on the first row of the book, and taking it back.
+void BM_DeleteRowAndUndo(benchmark::State& state) {
+    const Window window(int(state.range(0)));
+    fillRoad(window.book());
+    auto* button = window.form->findChild<QAbstractButton*>(QStringLiteral("cmdDel"));
+    Steps steps;
+    for (auto _ : state) {
+        window.book().moveTo(1, sheet::InterSight);
+        settle();
+        steps.time([&] {
+            button->click();
+            QApplication::processEvents();
+            choose(window, "mnuUndo");
+            QApplication::processEvents();
+        });
+        if (window.book().Rows() != state.range(0) + 1) state.SkipWithError("the row did not come back");
+    }
+    steps.report(state);
+}
+
+/// Taking back a Cal that wrote every level of the book; `core` without the window.
+void BM_UndoOfCal(benchmark::State& state) {
+    const Window window(int(state.range(0)));
+    fillRoad(window.book());
+    for (int row = 2; row < window.book().Rows(); ++row)
+        window.book().setText(row, sheet::RLevel, {});
+    window.form->journal().clear();
+    sheet::Journal& journal = window.form->journal();
+    auto* button = window.form->findChild<QAbstractButton*>(QStringLiteral("cmdCal"));
+    const bool core = state.range(1) != 0;
+    Steps steps;
+    for (auto _ : state) {
+        if (journal.redoSteps() > 0)
+            choose(window, "mnuRedo");
+        else
+            button->click();
+        settle();
+        steps.time([&] {
+            if (core) return void(journal.undo());
+            choose(window, "mnuUndo");
+            QApplication::processEvents();
+        });
+        if (!window.book().Text(2, sheet::RLevel).empty()) state.SkipWithError("Cal was not taken back");
+    }
+    steps.report(state);
+}
+
+/// What the history holds after `rows` readings keyed one after the other.
+void BM_HistoryOfKeyedRows(benchmark::State& state) {
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const Window window(2);
+        window.book().moveTo(2, sheet::InterSight);
+        window.form->journal().clear();
+        for (int row = 0; row < state.range(0); ++row) {
+            window.book().setCol(sheet::InterSight);
+            for (const char* digit : {"1", ".", "2", "3", "5"})
+                window.key(*digit == '.' ? Qt::Key_Period : Qt::Key_0 + *digit - '0', digit);
+            window.key(Qt::Key_Return, "\r");
+        }
+        bytes = window.form->journal().bytes();
+    }
+    state.counters["history_KB"] = double(bytes) / 1024;
 }
 
 void BM_ArrowToPaint(benchmark::State& state) {
@@ -208,10 +328,17 @@ void BM_ScrollBook(benchmark::State& state) {
 }
 
 BENCHMARK(BM_KeyToPaint)->Arg(1000)->Arg(100000)->Iterations(4000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(BM_KeyWithSectionsToPaint)
-    ->ArgsProduct({{100000}, {sheet::InterSight, sheet::RLevel}})
-    ->Iterations(4000)
+BENCHMARK(BM_KeyWithPanesToPaint)
+    ->ArgsProduct({{100000}, {sheet::InterSight, sheet::RLevel}, {0, 1, 2}})
+    ->Iterations(1000)
     ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_EnterWithPanesToPaint)
+    ->ArgsProduct({{100000}, {0, 1}})
+    ->Iterations(1000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DeleteRowAndUndo)->Arg(100000)->Iterations(50)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_UndoOfCal)->ArgsProduct({{100000}, {0, 1}})->Iterations(20)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_HistoryOfKeyedRows)->Arg(1000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ArrowToPaint)->Arg(100000)->Iterations(4000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_EnterToPaint)->Arg(1000)->Arg(100000)->Iterations(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_OpenWindow)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);

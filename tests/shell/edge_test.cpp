@@ -257,6 +257,27 @@ TEST_F(Edge, CutAndTheMenuOfARightClick) {
     EXPECT_EQ(cursor(), std::pair(4, 8));
 }
 
+// A program that dies now loses nothing that could have been done again.
+TEST_F(Edge, TheRecoveryCopyHoldsWhatRedoBringsBack) {
+    open();
+    moveTo(1, sheet::Remark);
+    type("kerb");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return copies() == 1; }, 30000));
+    choose("mnuUndo");
+    QTest::qWait(1500); // the timer runs again, over a book that is as it was opened
+    EXPECT_EQ(cell(1, sheet::Remark), "");
+    EXPECT_EQ(window->journal().redoSteps(), 1);
+    ASSERT_EQ(copies(), 1);
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        if (const std::string name = entry.path().filename(); name.starts_with(project::copyPrefix)) {
+            EXPECT_THAT(folder.read(name), testing::HasSubstr("kerb"));
+        }
+    choose("mnuRedo");
+    type("s");
+    choose("mnuUndo");
+    EXPECT_EQ(cell(1, sheet::Remark), "kerb");
+}
+
 TEST_F(Edge, TheWindowIsRememberedAndTheRowNumbersNameTheChainageThatIsOutOfSight) {
     open();
     const QSize size = window->size() - QSize(40, 30);
