@@ -53,8 +53,11 @@ struct Window {
         grid.setText(1, sheet::RLevel, "100");
         grid.setText(1, sheet::BackSight, "1.525");
         for (int row = 2; row <= rows; ++row) {
-            grid.setText(row, sheet::Chainage, "01-250");
-            grid.setText(row, row % 2 == 0 ? sheet::Left : sheet::Right, "2.50");
+            const int metres = row / 3 * 10;
+            const std::string rest = std::to_string(1000 + metres % 1000).substr(1);
+            grid.setText(row, sheet::Chainage, std::to_string(100 + metres / 1000) + '-' + rest);
+            const int col = row % 3 == 0 ? sheet::Left : row % 3 == 1 ? sheet::Center : sheet::Right;
+            grid.setText(row, col, col == sheet::Center ? "0" : "2.50");
             grid.setText(row, sheet::InterSight, "1.235");
         }
         grid.setVisible(true);
@@ -145,17 +148,10 @@ void BM_KeyToPaint(benchmark::State& state) {
     });
 }
 
-/// Sections of three points and a level in every row.
-void fillRoad(sheet::Grid& grid) {
-    for (int row = 2; row < grid.Rows(); ++row) {
-        const int metres = row / 3 * 10;
-        std::string rest = std::to_string(1000 + metres % 1000);
-        grid.setText(row, sheet::Chainage, std::to_string(100 + metres / 1000) + '-' + rest.substr(1));
-        grid.setText(row, sheet::Left, row % 3 == 0 ? "2.50" : "");
-        grid.setText(row, sheet::Center, row % 3 == 1 ? "0" : "");
-        grid.setText(row, sheet::Right, row % 3 == 2 ? "2.50" : "");
-        grid.setText(row, sheet::RLevel, "100.290"); // as the readings give it
-    }
+/// The levels that the readings give.
+void fillLevels(sheet::Grid& grid) {
+    for (int row = 2; row < grid.Rows(); ++row)
+        grid.setText(row, sheet::RLevel, "100.290");
 }
 
 void choose(const Window& window, const char* item) {
@@ -167,7 +163,7 @@ void choose(const Window& window, const char* item) {
 void BM_KeyWithPanesToPaint(benchmark::State& state) {
     const Window window(int(state.range(0)));
     sheet::Grid& grid = window.book();
-    fillRoad(grid);
+    fillLevels(grid);
     if (state.range(2) > 0)
         for (const char* item : {"mnuLong", "mnuCross"})
             choose(window, item);
@@ -196,7 +192,7 @@ void BM_KeyWithPanesToPaint(benchmark::State& state) {
 void BM_EnterWithPanesToPaint(benchmark::State& state) {
     const Window window(int(state.range(0)));
     sheet::Grid& grid = window.book();
-    fillRoad(grid);
+    fillLevels(grid);
     window.form->book().Guarded = true; // Enter goes one row down
     if (state.range(1) > 0)
         for (const char* item : {"mnuLong", "mnuCross", "mnuFindings"})
@@ -227,7 +223,6 @@ void settle() {
 /// Del Row on the first row of the book, and taking it back.
 void BM_DeleteRowAndUndo(benchmark::State& state) {
     const Window window(int(state.range(0)));
-    fillRoad(window.book());
     auto* button = window.form->findChild<QAbstractButton*>(QStringLiteral("cmdDel"));
     Steps steps;
     for (auto _ : state) {
@@ -247,10 +242,6 @@ void BM_DeleteRowAndUndo(benchmark::State& state) {
 /// Taking back a Cal that wrote every level of the book; `core` without the window.
 void BM_UndoOfCal(benchmark::State& state) {
     const Window window(int(state.range(0)));
-    fillRoad(window.book());
-    for (int row = 2; row < window.book().Rows(); ++row)
-        window.book().setText(row, sheet::RLevel, {});
-    window.form->journal().clear();
     sheet::Journal& journal = window.form->journal();
     auto* button = window.form->findChild<QAbstractButton*>(QStringLiteral("cmdCal"));
     const bool core = state.range(1) != 0;

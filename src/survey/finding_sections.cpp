@@ -140,11 +140,11 @@ void Findings::judgeChainage(double chainage) {
         m_chainageFindings.push_back(
             {chainage, finding(stations.front().row, Warning, Rule::NoCentre, "A section without a centre")});
     std::ranges::sort(points);
-    for (std::size_t k = 1; k < points.size(); ++k) {
-        std::size_t first = k - 1;
-        if (points[k].first != points[first].first) continue;
-        while (first > 0 && points[first - 1].first == points[k].first)
-            --first;
+    for (std::size_t k = 1, first = 0; k < points.size(); ++k) {
+        if (points[k].first != points[first].first) {
+            first = k;
+            continue;
+        }
         m_chainageFindings.push_back(
             {chainage, about(points[k].second, points[first].second, Rule::SamePoint,
                              "The same point (" + sideText(points[k].first) + ") was read in row ")});
