@@ -2,20 +2,50 @@
 
 #include "basic/files.h"
 
+#include <cstring>
 #include <functional>
 #include <optional>
 
 namespace project {
+
+namespace {
+
+/// A number for a text, spread over all its bits. Cells are short: up to 16 bytes are two overlapping words.
+std::uint64_t hashOf(const std::string& text) {
+    const char* const bytes = text.data();
+    const std::size_t size = text.size();
+    const auto word = [bytes](std::size_t at, std::size_t length) {
+        std::uint64_t value = 0;
+        std::memcpy(&value, bytes + at, length);
+        return value;
+    };
+    std::uint64_t low = 0;
+    std::uint64_t high = 0;
+    if (size > 16) return std::hash<std::string>{}(text);
+    if (size >= 8) {
+        low = word(0, 8);
+        high = word(size - 8, 8);
+    } else if (size >= 4) {
+        low = word(0, 4) | word(size - 4, 4) << 32;
+    } else {
+        low = word(0, size);
+    }
+    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
+    low = (low ^ size) * odd;
+    high = (high ^ low >> 32) * odd;
+    return low ^ high ^ high >> 29;
+}
+
+} // namespace
 
 std::uint64_t gridMark(const sheet::Grid& grid) {
     constexpr std::uint64_t prime = 0x100000001b3; // as in FNV-1a
     std::uint64_t mark = 0xcbf29ce484222325;
     bool anyText = false;
     for (int row = 1; row < grid.Rows(); ++row) {
-        for (int col = 0; col < grid.Cols(); ++col) {
-            const std::string& text = grid.Text(row, col);
+        for (const std::string& text : grid.Texts(row)) {
             anyText = anyText || !text.empty();
-            mark = (mark ^ (text.empty() ? 1 : std::hash<std::string>{}(text))) * prime;
+            mark = (mark ^ (text.empty() ? 1 : hashOf(text))) * prime;
         }
     }
     return anyText ? mark : 0;

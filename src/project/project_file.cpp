@@ -78,11 +78,13 @@ class RowWriter {
         m_row = row;
         m_grl.AddNew();
         if (!text(sheet::Chainage).empty() || m_fields[Fields::Chn].AllowZeroLength())
-            set(Fields::Chn, sheet::Chainage, [&] { return dao::Value(text(sheet::Chainage)); });
+            set(
+                Fields::Chn, sheet::Chainage, [this]() -> auto& { return text(sheet::Chainage); });
         writeOffset();
         for (const CellField& field : cellFields)
             if (!text(field.col).empty())
-                set(field.name, field.col, [&] { return dao::Value(text(field.col)); });
+                set(
+                    field.name, field.col, [&]() -> auto& { return text(field.col); });
         m_grl.Update();
     }
 
@@ -104,7 +106,7 @@ class RowWriter {
                     [&] { return number((side == sheet::Left ? -1 : 1) * basic::val(text(side))); });
     }
 
-    static dao::Value number(double value) { return value == 0 ? 0.0 : value; } // never minus zero
+    static double number(double value) { return value == 0 ? 0.0 : value; } // never minus zero
 
     template <typename Make>
     void set(Fields::Name name, int col, Make&& make) {
@@ -141,14 +143,21 @@ std::optional<double> numberOf(const dao::Value& value) {
     return std::nullopt;
 }
 
-std::string levelText(const dao::Value& value) {
-    const std::optional<double> number = numberOf(value);
-    return number ? sheet::levelText(*number) : dao::toText(value);
+/// The text is a level as the book shows it, which formatting would give back.
+bool isLevelText(std::string_view text) {
+    constexpr std::size_t decimals = 4; // and the point
+    constexpr std::size_t longest = 14; // beyond, digits get lost
+    const bool negative = text.starts_with('-');
+    if (negative) text.remove_prefix(1);
+    if (text.size() <= decimals || text.size() > longest || text[text.size() - decimals] != '.') return false;
+    if (text.front() == '0' && (text.size() > decimals + 1 || (negative && text == "0.000"))) return false;
+    return std::ranges::count_if(text, [](char c) { return c >= '0' && c <= '9'; }) + 1 == std::ssize(text);
 }
 
 /// The text of an offset without its sign, in the column of its side.
-void showOffset(sheet::Grid& grid, int row, const dao::Value& value) {
-    if (dao::isNull(value)) return;
+void showOffset(sheet::Grid& grid, int row, const dao::Field& field) {
+    if (field.isNull()) return;
+    const dao::Value value = field.value();
     const std::optional<double> number = numberOf(value);
     if (!number) throw basic::RuntimeError(basic::TypeMismatch);
     if (*number == 0)
@@ -161,16 +170,23 @@ void showOffset(sheet::Grid& grid, int row, const dao::Value& value) {
         grid.setText(row, sheet::Left, basic::text(-*number));
 }
 
+/// The text of a level or a height as the book shows it.
+std::string levelText(const dao::Field& field) {
+    std::string text = field.text();
+    if (text.empty() || (field.Type() == dao::DataType::Text && isLevelText(text))) return text;
+    const std::optional<double> number = numberOf(field.value());
+    return number ? sheet::levelText(*number) : text;
+}
+
 void showRecord(Fields& fields, sheet::Book& book, int row) {
     sheet::Grid& grid = book.MSFG;
-    grid.setText(row, sheet::Chainage, mdlTools::cleanChainage(dao::toText(fields[Fields::Chn].value())));
-    showOffset(grid, row, fields[Fields::Oft].value());
+    grid.setText(row, sheet::Chainage, mdlTools::cleanChainage(fields[Fields::Chn].text()));
+    showOffset(grid, row, fields[Fields::Oft]);
     for (const auto [name, col] : cellFields) {
-        const dao::Value value = fields[name].value();
         const bool level = name == Fields::HI || name == Fields::rl;
-        grid.setText(row, col, level ? levelText(value) : dao::toText(value));
+        grid.setText(row, col, level ? levelText(fields[name]) : fields[name].text());
     }
-    if (!dao::isNull(fields[Fields::HI].value())) {
+    if (!fields[Fields::HI].isNull()) {
         const std::optional<double> height = numberOf(mdlTools::SafeFieldValue(fields[Fields::HI]));
         if (height) book.CurrentHI = basic::cSng(*height);
     }
@@ -180,14 +196,18 @@ void showRecord(Fields& fields, sheet::Book& book, int row) {
 /// does not count is a row of the book all the same. One that cannot be read is counted as the last, so that
 /// reading on to it says what is wrong.
 std::int32_t countRecords(dao::Recordset& grl) {
-    std::int32_t count = 0;
     try {
-        for (; !grl.EOF_(); grl.MoveNext())
-            ++count;
+        return grl.RecordsThere();
     } catch (const basic::RuntimeError&) {
-        return std::max(count + 1, grl.RecordCount());
+        std::int32_t count = 0;
+        try {
+            for (; !grl.EOF_(); grl.MoveNext())
+                ++count;
+        } catch (const basic::RuntimeError&) {
+            return std::max(count + 1, grl.RecordCount());
+        }
+        return count;
     }
-    return count;
 }
 
 } // namespace
@@ -197,10 +217,9 @@ Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view
     dao::Database database = dao::OpenDatabase(basic::nativePath(path), connect);
     dao::Recordset grl = database.OpenRecordset(table);
     const sheet::LongWork work(grid, desktop);
-    while (!grl.EOF_()) {
-        grl.Delete();
-        desktop.setProgress(grl.PercentPosition());
-        grl.MoveNext();
+    if (!grl.EOF_()) {
+        database.Execute("Delete * From Grl"); // record by record it costs as much as the writing
+        desktop.setProgress(100);
     }
     RowWriter writer(grl, grid);
     for (int row = 1; row < grid.Rows(); ++row) {

@@ -10,15 +10,25 @@ namespace sheet {
 
 Grid::Grid(int cols, int rows)
     : m_cols(cols), m_colours(static_cast<std::size_t>(cols)), m_colWidths(static_cast<std::size_t>(cols)) {
-    std::generate_n(std::back_inserter(m_rows), rows, [this] { return emptyRow(); });
+    m_rows = emptyRows(rows);
 }
 
 void Grid::refuseIndex() {
     throw basic::RuntimeError(basic::SubscriptOutOfRange);
 }
 
-RowTexts Grid::emptyRow() const {
-    return std::make_shared<std::string[]>(static_cast<std::size_t>(m_cols));
+/// Rows that come together share blocks of memory; a block lives as long as one of its rows.
+std::vector<RowTexts> Grid::emptyRows(int count) const {
+    constexpr int mostInBlock = 16;
+    std::vector<RowTexts> rows;
+    rows.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    for (int left = count; left > 0; left -= mostInBlock) {
+        const auto block = std::make_shared<std::string[]>(
+            static_cast<std::size_t>(m_cols) * static_cast<std::size_t>(std::min(left, mostInBlock)));
+        for (int row = 0; row < std::min(left, mostInBlock); ++row)
+            rows.emplace_back(block, block.get() + static_cast<std::ptrdiff_t>(row) * m_cols);
+    }
+    return rows;
 }
 
 template <typename Call>
@@ -36,10 +46,7 @@ void Grid::setRows(int rows) {
 }
 
 void Grid::insertRows(int row, int count, Marks marks) {
-    std::vector<RowTexts> texts;
-    texts.reserve(static_cast<std::size_t>(std::max(count, 0)));
-    std::generate_n(std::back_inserter(texts), count, [this] { return emptyRow(); });
-    insertRows(row, std::move(texts), marks);
+    insertRows(row, emptyRows(count), marks);
 }
 
 void Grid::insertRows(int row, std::vector<RowTexts> texts, Marks marks) {
@@ -107,6 +114,10 @@ void Grid::setText(int row, int col, std::string text) {
     check(row, col);
     std::string& cell = m_rows[static_cast<std::size_t>(row)][col];
     if (cell == text) return;
+    if (m_listeners.empty()) {
+        cell = std::move(text);
+        return;
+    }
     cell.swap(text);
     tell([&](GridListener& listener) { listener.textChanged(row, col, text); });
 }

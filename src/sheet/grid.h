@@ -2,6 +2,7 @@
 
 #include "grid_listener.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,11 @@ class Grid {
         check(row, col);
         return m_rows[static_cast<std::size_t>(row)][col];
     }
+    /// The texts of a whole row, a text a column; good until the number of rows changes.
+    [[nodiscard]] std::span<const std::string> Texts(int row) const {
+        check(row, 0);
+        return {m_rows[static_cast<std::size_t>(row)].get(), static_cast<std::size_t>(m_cols)};
+    }
     void setText(int row, int col, std::string text);
     [[nodiscard]] const std::string& Text() const { return Text(m_row, m_col); }
     void setText(std::string text) { setText(m_row, m_col, std::move(text)); }
@@ -70,7 +76,7 @@ class Grid {
         if (row < 0 || row >= Rows() || col < 0 || col >= m_cols) refuseIndex();
     }
     [[noreturn]] static void refuseIndex();
-    [[nodiscard]] RowTexts emptyRow() const;
+    [[nodiscard]] std::vector<RowTexts> emptyRows(int count) const;
     void takeColours(int row, int count, Marks marks, std::vector<RemovedRows::Mark>& taken);
     template <typename Call>
     void tell(Call&& call);

@@ -30,6 +30,7 @@ std::string ChainageText(float metres) {
 std::string cleanChainage(std::string_view text) {
     text = basic::trim(text);
     if (text == "CP" || text.empty()) return std::string(text);
+    if (text.front() >= '0' && text.front() <= '9') return std::string(text); // as most are
     std::size_t left = basic::length(text);
     std::size_t counter = 1;
     do {

@@ -91,7 +91,7 @@ class Decimal {
     bool m_negative = false;
 };
 
-std::string shortest(double value, int digits) {
+std::string longShortest(double value, int digits) {
     const Decimal decimal(value, digits);
     if (decimal.point() <= digits && decimal.decimals() <= digits)
         return decimal.plain(1, decimal.decimals());
@@ -102,11 +102,6 @@ std::string shortest(double value, int digits) {
     result += power < 0 ? "E-" : "E+";
     const std::string exponent = std::to_string(std::abs(power));
     return result.append(exponent.size() < 2 ? "0" : "").append(exponent);
-}
-
-std::string plain(double value, int digits) {
-    const Decimal decimal(value, digits);
-    return decimal.plain(1, decimal.decimals());
 }
 
 constexpr std::array<double, 4> scales{1, 10, 100, 1000};
@@ -142,6 +137,27 @@ bool formatWhole(double value, Pattern pattern, std::string& result) {
     if (negative) *--at = '-';
     result.assign(at, last);
     return true;
+}
+
+// A double that is a whole number of thousandths has no other decimal form of 15 digits.
+bool thousandths(double value, std::string& result) {
+    constexpr double largest = 1e9;
+    if (!(std::fabs(value) < largest)) return false;
+    const auto whole = static_cast<std::int64_t>(value * 1000 + (value < 0 ? -0.5 : 0.5));
+    if (static_cast<double>(whole) / 1000 != value) return false;
+    return formatWhole(value, pattern("0.###"), result);
+}
+
+std::string shortest(double value, int digits) {
+    std::string result;
+    return digits == formatDigits && thousandths(value, result) ? result : longShortest(value, digits);
+}
+
+std::string plain(double value, int digits) {
+    std::string result;
+    if (digits == formatDigits && thousandths(value, result)) return result;
+    const Decimal decimal(value, digits);
+    return decimal.plain(1, decimal.decimals());
 }
 
 } // namespace

@@ -53,12 +53,15 @@ class Field {
     /// Value of the current record, or of the copy buffer after AddNew or Edit. 3021 without a current
     /// record.
     [[nodiscard]] Value value() const;
+    [[nodiscard]] bool isNull() const;
+    [[nodiscard]] std::string text() const; ///< toText() of the value
     /// Sets the field in the copy buffer, converted to the field's type as Jet does: 3020 without AddNew or
     /// Edit, 3421 for a value that does not convert, 3163 for a text that is too long.
     void setValue(const Value& value);
-    void setValue(const std::string& text) { setValue(Value(text)); }
-    void setValue(std::string_view text) { setValue(Value(std::string(text))); }
-    void setValue(const char* text) { setValue(Value(std::string(text))); }
+    void setValue(std::string_view text);
+    void setValue(const std::string& text) { setValue(std::string_view(text)); }
+    void setValue(const char* text) { setValue(std::string_view(text)); }
+    void setValue(double number);
 
   private:
     friend class Recordset;
@@ -86,6 +89,8 @@ class Recordset {
     [[nodiscard]] bool BOF() const;
     [[nodiscard]] bool EOF_() const;
     [[nodiscard]] std::int32_t RecordCount() const;
+    /// Counted on the table's pages, as RecordCount is often wrong in files of other programs.
+    [[nodiscard]] std::int32_t RecordsThere() const;
     [[nodiscard]] float PercentPosition() const; ///< 0 to 100
     [[nodiscard]] int FieldCount() const;
     [[nodiscard]] Field Fields(int number);            ///< 3265 outside 0 .. FieldCount - 1

@@ -31,21 +31,42 @@ bool Field::AllowZeroLength() const {
 
 Value Field::value() const {
     Recordset::State& state = *m_owner->m_state;
-    state.mustBeOpen();
     const auto at = static_cast<std::size_t>(m_number);
-    return translated(Name(), state.connection->path, [&] {
-        const jet::Row& row =
-            state.buffer == Recordset::State::Buffer::None ? state.currentRow() : state.edited;
-        return fromColumn(row.at(at), state.table.columns().at(at));
-    });
+    return fromColumn(state.stored(at), state.table.columns().at(at));
+}
+
+bool Field::isNull() const {
+    return jet::isNull(m_owner->m_state->stored(static_cast<std::size_t>(m_number)));
+}
+
+std::string Field::text() const {
+    const jet::Value& stored = m_owner->m_state->stored(static_cast<std::size_t>(m_number));
+    if (const auto* text = std::get_if<std::string>(&stored)) return *text;
+    return jet::isNull(stored) ? std::string() : toText(value());
 }
 
 void Field::setValue(const Value& value) {
     Recordset::State& state = *m_owner->m_state;
-    state.mustBeOpen();
-    if (state.buffer == Recordset::State::Buffer::None) raise(EngineError::UpdateWithoutEdit);
     const auto at = static_cast<std::size_t>(m_number);
-    state.edited.at(at) = toColumn(value, state.table.columns().at(at));
+    state.toBeEdited(at) = toColumn(value, state.table.columns().at(at));
+}
+
+void Field::setValue(std::string_view text) {
+    Recordset::State& state = *m_owner->m_state;
+    const auto at = static_cast<std::size_t>(m_number);
+    jet::Value& into = state.toBeEdited(at);
+    const jet::Column& column = state.table.columns()[at];
+    // No character takes less than a byte, so most texts need no counting and no conversion.
+    if (column.type != jet::ColumnType::Text || static_cast<int>(text.size()) > column.size)
+        into = toColumn(Value(std::string(text)), column);
+    else if (auto* known = std::get_if<std::string>(&into))
+        known->assign(text);
+    else
+        into.emplace<std::string>(text);
+}
+
+void Field::setValue(double number) {
+    setValue(Value(number));
 }
 
 Recordset::Recordset(std::unique_ptr<State> state) : m_state(std::move(state)) {
@@ -57,16 +78,23 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 
 void Recordset::AddNew() {
     m_state->mustBeOpen();
-    jet::Row row(m_state->table.columns().size());
-    for (std::size_t i = 0; i < row.size(); ++i)
-        if (m_state->table.columns()[i].type == jet::ColumnType::Boolean) row[i] = false;
-    m_state->startEdit(State::Buffer::Add, std::move(row));
+    const auto& columns = m_state->table.columns();
+    jet::Row& row = m_state->edited;
+    row.resize(columns.size());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (columns[i].type == jet::ColumnType::Boolean)
+            row[i] = false;
+        else
+            row[i] = jet::Null{};
+    }
+    m_state->buffer = State::Buffer::Add;
 }
 
 void Recordset::Edit() {
     m_state->mustBeOpen();
     translated(m_state->table.name(), m_state->connection->path,
-               [&] { m_state->startEdit(State::Buffer::Edit, m_state->currentRow()); });
+               [&] { m_state->edited = m_state->currentRow(); });
+    m_state->buffer = State::Buffer::Edit;
 }
 
 void Recordset::Update() {
@@ -119,6 +147,12 @@ bool Recordset::EOF_() const {
 std::int32_t Recordset::RecordCount() const {
     m_state->mustBeOpen();
     return static_cast<std::int32_t>(m_state->table.rowCount());
+}
+
+std::int32_t Recordset::RecordsThere() const {
+    m_state->mustBeOpen();
+    return translated(m_state->table.name(), m_state->connection->path,
+                      [&] { return static_cast<std::int32_t>(m_state->table.countRows()); });
 }
 
 float Recordset::PercentPosition() const {

@@ -33,13 +33,30 @@ jet::RowId Recordset::State::mustStand() const {
 const jet::Row& Recordset::State::currentRow() {
     if (rowLoaded && !deleted && loadedAt == table.changes()) return row;
     if (!rowLoaded) {
-        table.read(mustStand(), row);
+        if (!index && !deleted && current == cursor.id() && cursor.isFresh())
+            cursor.read(row);
+        else
+            table.read(mustStand(), row);
         rowLoaded = true;
     } else {
         static_cast<void>(mustStand());
     }
     loadedAt = table.changes();
     return row;
+}
+
+const jet::Value& Recordset::State::stored(std::size_t field) {
+    mustBeOpen();
+    if (buffer != Buffer::None) return edited.at(field);
+    if (!rowLoaded || deleted || loadedAt != table.changes())
+        translated(table.columns().at(field).name, connection->path, [this] { (void)currentRow(); });
+    return row.at(field);
+}
+
+jet::Value& Recordset::State::toBeEdited(std::size_t field) {
+    mustBeOpen();
+    if (buffer == Buffer::None) raise(EngineError::UpdateWithoutEdit);
+    return edited.at(field);
 }
 
 void Recordset::State::standOn(std::optional<jet::RowId> id) {
@@ -87,11 +104,6 @@ void Recordset::State::toNext() {
     } else {
         standOn(cursor.next() ? std::optional(cursor.id()) : std::nullopt);
     }
-}
-
-void Recordset::State::startEdit(Buffer kind, jet::Row values) {
-    edited = std::move(values);
-    buffer = kind;
 }
 
 void Recordset::State::requireAllowed() {

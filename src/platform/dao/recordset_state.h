@@ -46,13 +46,16 @@ struct Recordset::State {
     /// The record that is current and lives; 3021, 3167.
     [[nodiscard]] jet::RowId mustStand() const;
     [[nodiscard]] const jet::Row& currentRow();
+    /// A field of the current record, or of the copy buffer when there is one.
+    [[nodiscard]] const jet::Value& stored(std::size_t field);
+    /// A field of the copy buffer; 3020 without one.
+    [[nodiscard]] jet::Value& toBeEdited(std::size_t field);
 
     void toFirst();
     void toNext();
     void standOn(std::optional<jet::RowId> id);
     /// 3314, 3315 for what the copy buffer would bring into a field that does not take it.
     void requireAllowed();
-    void startEdit(Buffer kind, jet::Row values);
     [[nodiscard]] std::optional<jet::RowId> find(const std::vector<Value>& keys);
 
   private:

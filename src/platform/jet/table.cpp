@@ -20,6 +20,9 @@ bool Cursor::next() {
                 const Slot slot = slotAt(page, layout, m_nextSlot++, count);
                 if (slot.deleted() || slot.isOverflow()) continue;
                 m_at.slot = static_cast<std::uint8_t>(m_nextSlot - 1);
+                m_start = slot.isPointer() ? 0 : slot.start;
+                m_length = slot.length;
+                m_seen = m_store->changes();
                 return true;
             }
         }
@@ -30,9 +33,20 @@ bool Cursor::next() {
     }
 }
 
+bool Cursor::isFresh() const {
+    return m_seen == m_store->changes();
+}
+
+void Cursor::read(Row& into) const {
+    if (m_start == 0 || !isFresh())
+        m_store->read(m_at, into);
+    else
+        m_store->decode(m_store->pager().view(m_at.page).part(m_start, m_length), into);
+}
+
 const Row& Cursor::row() {
     if (m_decoded) return m_row;
-    m_store->read(m_at, m_row);
+    read(m_row);
     m_decoded = true;
     // Each stored piece belongs to one row, so that all of them together are no longer than the file; as
     // UTF-8 a text may be three times as long. Damaged rows could share a long one.
@@ -71,6 +85,9 @@ std::optional<int> Table::index(std::string_view name) const {
 }
 std::uint32_t Table::rowCount() const {
     return m_store->def().rowCount;
+}
+std::uint32_t Table::countRows() const {
+    return m_store->countRows();
 }
 std::uint64_t Table::changes() const {
     return m_store->changes();

@@ -56,6 +56,10 @@ class Cursor {
     [[nodiscard]] RowId id() const { return m_at; }
     /// The row that the cursor stands on, decoded at the first call; valid until next().
     [[nodiscard]] const Row& row();
+    /// The same into a row that is used again. NotFound when it was deleted.
+    void read(Row& into) const;
+    /// The table has not changed since next().
+    [[nodiscard]] bool isFresh() const;
 
     explicit Cursor(TableStore& store) : m_store(&store) {} ///< inside the engine
 
@@ -64,6 +68,9 @@ class Cursor {
     RowId m_at{};
     int m_nextSlot = 0;
     bool m_decoded = false;
+    std::uint32_t m_start = 0; ///< of the row on its page; 0 = to be looked for
+    std::uint32_t m_length = 0;
+    std::uint64_t m_seen = 0;      ///< changes of the table when it was there
     std::uint64_t m_longBytes = 0; ///< of the rows decoded so far
     Row m_row;
 };
@@ -80,6 +87,8 @@ class Table {
     [[nodiscard]] std::optional<int> index(std::string_view name) const; ///< position; any letter case
     /// As the definition counts them, which may be wrong in files of other programs; scan() goes to the end.
     [[nodiscard]] std::uint32_t rowCount() const;
+    /// The rows that scan() meets, by a look at each page. Corrupt.
+    [[nodiscard]] std::uint32_t countRows() const;
     /// The autonumber that the next row with Null in that column gets.
     [[nodiscard]] std::int32_t nextAutonumber() const;
 

@@ -93,22 +93,39 @@ void TableStore::requireKnownOrder() const {
                         "its records can be read, not added or deleted.");
 }
 
-TableStore::Body TableStore::locate(RowId id) {
-    const Layout& layout = m_pager.layout();
+/// The home slot of a row that lives, and its page.
+Slot TableStore::homeOf(RowId id, View& page) {
     if (!m_ownedPages.contains(id.page)) failNoRow();
-    const View page = m_pager.view(id.page);
+    page = m_pager.view(id.page);
     requireDataPage(page, m_def.page);
-    const int count = slotCount(page, layout);
+    const int count = slotCount(page, m_pager.layout());
     if (id.slot >= count) failNoRow();
-    const Slot slot = slotAt(page, layout, id.slot, count);
+    const Slot slot = slotAt(page, m_pager.layout(), id.slot, count);
     if (slot.deleted() || slot.isOverflow()) failNoRow();
-    if (!slot.isPointer()) return {{id.page, id.slot}, false};
-    const RowPointer target = RowPointer::unpack(page.part(slot.start, slot.length).u32(0));
+    return slot;
+}
+
+TableStore::Body TableStore::bodyOf(RowId id, const Slot& home, const View& page) {
+    if (!home.isPointer()) return {{id.page, id.slot}, false};
+    const RowPointer target = RowPointer::unpack(page.part(home.start, home.length).u32(0));
     const View other = m_pager.view(target.page);
     requireDataPage(other, m_def.page);
-    if (!slotAt(other, layout, target.row).isOverflow())
-        page.fail(slot.start, "a row is not where its pointer says");
+    if (!slotAt(other, m_pager.layout(), target.row).isOverflow())
+        page.fail(home.start, "a row is not where its pointer says");
     return {target, true};
+}
+
+TableStore::Body TableStore::locate(RowId id) {
+    View page(0, {});
+    const Slot home = homeOf(id, page);
+    return bodyOf(id, home, page);
+}
+
+View TableStore::rowView(RowId id) {
+    View page(0, {});
+    const Slot home = homeOf(id, page);
+    if (home.isPointer()) return bodyView(bodyOf(id, home, page));
+    return page.part(home.start, home.length);
 }
 
 View TableStore::bodyView(const Body& body) {
@@ -125,8 +142,8 @@ bool TableStore::exists(RowId id) {
     return !slot.deleted() && !slot.isOverflow();
 }
 
-void TableStore::read(RowId id, Row& into) {
-    const StoredRow stored(bodyView(locate(id)), m_pager.layout(), m_def);
+void TableStore::decode(const View& row, Row& into) {
+    const StoredRow stored(row, m_pager.layout(), m_def);
     into.resize(m_def.columns.size());
     for (std::size_t i = 0; i < into.size(); ++i)
         decodeColumn(m_pager, m_def.columns[i], stored, into[i]);
@@ -238,21 +255,25 @@ void TableStore::flush() {
     m_def.saveCounters(m_pager);
 }
 
+std::uint32_t TableStore::countRows() {
+    std::uint32_t rows = 0;
+    for (std::uint32_t page = m_ownedPages.next(0); page != 0; page = m_ownedPages.next(page + 1)) {
+        const View view = m_pager.view(page);
+        requireDataPage(view, m_def.page);
+        rows += homesOn(view, m_pager.layout());
+    }
+    return rows;
+}
+
 /// The count of a definition is a hint: other programs leave wrong ones behind. Where rows changed it is
 /// written anew; pages that cannot be read leave it as it was.
 void TableStore::count() {
-    std::uint32_t rows = 0;
     try {
-        for (std::uint32_t page : m_ownedPages.pages()) {
-            const View view = m_pager.view(page);
-            requireDataPage(view, m_def.page);
-            rows += homesOn(view, m_pager.layout());
-        }
+        m_def.rowCount = countRows();
     } catch (const Error& error) {
         if (error.kind() != ErrorKind::Corrupt) throw;
         return;
     }
-    m_def.rowCount = rows;
     m_counted = true;
 }
 

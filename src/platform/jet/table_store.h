@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data_page.h"
 #include "index.h"
 #include "long_value.h"
 #include "row.h"
@@ -25,8 +26,10 @@ class TableStore {
 
     /// False when there is no row with that home.
     [[nodiscard]] bool exists(RowId id);
-    void read(RowId id, Row& into);
-    [[nodiscard]] View rowView(RowId id) { return bodyView(locate(id)); } ///< the stored bytes
+    void read(RowId id, Row& into) { decode(rowView(id), into); }
+    void decode(const View& row, Row& into);
+    [[nodiscard]] View rowView(RowId id); ///< the stored bytes
+    [[nodiscard]] std::uint32_t countRows();
     /// Bytes of the long values of a row.
     [[nodiscard]] std::size_t longValueSize(const Row& row) const;
     void requireWritable() const;   ///< ReadOnly, EncodedWrite; Corrupt when columns lie over each other
@@ -60,6 +63,8 @@ class TableStore {
     [[nodiscard]] bool known(const IndexData& data) const;
     [[nodiscard]] Body locate(RowId id);
     [[nodiscard]] View bodyView(const Body& body);
+    [[nodiscard]] Slot homeOf(RowId id, View& page);
+    [[nodiscard]] Body bodyOf(RowId id, const Slot& home, const View& page);
     Keys keysOf(const Row& row);
     [[nodiscard]] bool hasValues(RowId id, const IndexInfo& info, std::span<const Value> wanted);
     void count();

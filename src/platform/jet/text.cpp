@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace jet {
 
@@ -116,27 +117,50 @@ bool encodeMarked(std::u16string_view rest, Bytes& out) {
     return true;
 }
 
+constexpr std::size_t wordBytes = 8;
+constexpr std::uint64_t lowBits = 0x0101010101010101;
+constexpr std::uint64_t highBits = 0x8080808080808080;
+
+/// Up to eight bytes as one number; what is missing counts as `x`, so that it is never found.
+std::uint64_t wordAt(const char* bytes, std::size_t length) {
+    std::uint64_t word = lowBits * 'x';
+    if (length >= wordBytes) {
+        std::memcpy(&word, bytes, wordBytes);
+    } else {
+        for (std::size_t i = 0; i < length; ++i)
+            word = word << 8 | static_cast<std::uint8_t>(bytes[i]);
+    }
+    return word;
+}
+
+/// All bytes are below 80; with `noZero` none of them is 0 either.
+bool isAscii(std::string_view text, bool noZero = false) {
+    std::uint64_t found = 0;
+    for (std::size_t at = 0; at < text.size(); at += wordBytes) {
+        const std::uint64_t word = wordAt(text.data() + at, text.size() - at);
+        found |= word | (noZero ? word - lowBits : 0);
+    }
+    return (found & highBits) == 0;
+}
+
 /// Most texts hold nothing but ASCII, which needs no characters to be put together. False, with nothing done,
 /// for any other.
 bool decodeAscii(ByteView stored, std::string& out) {
-    const bool compressed = stored.size() >= 2 && stored[0] == 0xFF && stored[1] == 0xFE;
-    const std::size_t step = compressed ? 1 : 2;
-    if (stored.size() % step != 0) return false;
-    const ByteView bytes = compressed ? stored.subspan(2) : stored;
-    unsigned high = 0;
-    for (std::size_t i = 0; i < bytes.size(); i += step) {
-        if (compressed && bytes[i] == toggleMode) return false;
-        high |= (bytes[i] & 0x80U) | (compressed ? 0U : bytes[i + 1]);
+    const std::string_view bytes(reinterpret_cast<const char*>(stored.data()), stored.size());
+    if (bytes.starts_with("\xFF\xFE")) {
+        if (!isAscii(bytes.substr(2), true)) return false; // a zero switches between bytes and words
+        out.assign(bytes.substr(2));
+        return true;
     }
+    if (bytes.size() % 2 != 0) return false;
+    unsigned high = 0;
+    for (std::size_t i = 0; i < stored.size(); i += 2)
+        high |= (stored[i] & 0x80U) | stored[i + 1];
     if (high != 0) return false;
-    out.resize(bytes.size() / step);
+    out.resize(bytes.size() / 2);
     for (std::size_t i = 0; i < out.size(); ++i)
-        out[i] = static_cast<char>(bytes[i * step]);
+        out[i] = bytes[i * 2];
     return true;
-}
-
-bool isAscii(std::string_view text) {
-    return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
 }
 
 } // namespace
@@ -218,7 +242,7 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
     constexpr std::size_t longestCompressed = 1024;
     if (isAscii(text)) {
         const bool narrow = compress && text.size() >= shortestCompressed &&
-                            text.size() <= longestCompressed && text.find('\0') == std::string_view::npos;
+                            text.size() <= longestCompressed && isAscii(text, true);
         if (narrow) {
             put16(out, compressionMark);
             out.insert(out.end(), text.begin(), text.end());
