@@ -17,12 +17,26 @@ constexpr sheet::Colour white = sheet::rgb(255, 255, 255);
 
 } // namespace
 
+dao::Field& FieldsByName::operator[](const char* name) {
+    // Mostly they are wanted in the same order again.
+    for (std::size_t turn = 0; turn < m_found.size(); ++turn) {
+        if (m_next >= m_found.size()) m_next = 0;
+        if (m_found[m_next].first == name) return m_found[m_next++].second;
+        ++m_next;
+    }
+    m_found.emplace_back(name, m_records.Fields(name));
+    m_next = m_found.size();
+    return m_found.back().second;
+}
+
 ReadingWalk::ReadingWalk(sheet::Book& book, dao::Recordset& cSect, dao::Recordset& lSect,
                          const ExportFrame& frame, WalkTally& tally)
     : m_grid(book.MSFG),
       m_notices(book.notices),
       m_cSect(cSect),
       m_lSect(lSect),
+      m_cross(cSect),
+      m_long(lSect),
       m_frame(frame),
       m_tally(tally),
       m_row(tally.row),
@@ -66,7 +80,10 @@ void ReadingWalk::writeChainage() {
 
 void ReadingWalk::writeReading() {
     const GroundReading& reading = m_walk.read(m_row);
-    m_cSect.Seek("=", {reading.chainage, std::string(1, reading.side), reading.offset});
+    std::get<std::string>(m_sought[0]) = reading.chainage;
+    std::get<std::string>(m_sought[1]).assign(1, reading.side);
+    m_sought[2] = reading.offset;
+    m_cSect.Seek("=", m_sought);
     if (!m_cSect.NoMatch()) {
         reject();
         return;
@@ -87,24 +104,24 @@ void ReadingWalk::reject() {
 
 void ReadingWalk::addCrossRecord(const std::string& chainage) {
     m_cSect.AddNew();
-    m_cSect.Fields("Chn").setValue(chainage);
-    if (text(sheet::RLevel).empty()) throw MissingLevel{dao::toText(m_cSect.Fields("Chn").value())};
-    m_cSect.Fields("Grl").setValue(cellValue(m_grid, m_row, sheet::RLevel));
+    m_cross["Chn"].setValue(chainage);
+    if (text(sheet::RLevel).empty()) throw MissingLevel{dao::toText(m_cross["Chn"].value())};
+    m_cross["Grl"].setValue(cellValue(m_grid, m_row, sheet::RLevel));
     if (!text(sheet::Left).empty()) {
-        m_cSect.Fields("Side").setValue("L");
-        m_cSect.Fields("Oft").setValue(basic::val(text(sheet::Left)));
+        m_cross["Side"].setValue("L");
+        m_cross["Oft"].setValue(basic::val(text(sheet::Left)));
     }
     if (!text(sheet::Center).empty()) {
-        m_cSect.Fields("Side").setValue("C");
-        m_cSect.Fields("Oft").setValue(0.0);
-        m_cSect.Fields("Frl").setValue(text(sheet::RLevel));
+        m_cross["Side"].setValue("C");
+        m_cross["Oft"].setValue(0.0);
+        m_cross["Frl"].setValue(text(sheet::RLevel));
         addLongRecord(chainage);
     }
     if (!text(sheet::Right).empty()) {
-        m_cSect.Fields("Side").setValue("R");
-        m_cSect.Fields("Oft").setValue(basic::val(text(sheet::Right)));
+        m_cross["Side"].setValue("R");
+        m_cross["Oft"].setValue(basic::val(text(sheet::Right)));
     }
-    m_cSect.Fields("Rmk").setValue("GG");
+    m_cross["Rmk"].setValue("GG");
     m_cSect.Update();
     ++m_tally.records;
 }
@@ -112,9 +129,7 @@ void ReadingWalk::addCrossRecord(const std::string& chainage) {
 void ReadingWalk::addLongRecord(const std::string& chainage) {
     using basic::val;
     const ExportFrame& f = m_frame;
-    const auto set = [this](std::string_view field, const dao::Value& value) {
-        m_lSect.Fields(field).setValue(value);
-    };
+    const auto set = [this](const char* field, const auto& value) { m_long[field].setValue(value); };
     const std::string& level = text(sheet::RLevel);
     const double carriageWay = val(f.txtCrgWid.text) / 2;
 
@@ -135,11 +150,11 @@ void ReadingWalk::addLongRecord(const std::string& chainage) {
     set("RGD", val(f.txtDDrn.text));
     set("RGOS", val(f.cboGOS.text));
     set("LGOS", val(f.cboGOS.text));
-    set("LG", true);
-    set("RG", true);
-    set("CamPer", 3);
-    set("ShdPer", 5);
-    set("TKPer", 1);
+    set("LG", dao::Value(true));
+    set("RG", dao::Value(true));
+    set("CamPer", 3.0);
+    set("ShdPer", 5.0);
+    set("TKPer", 1.0);
     set("LCamW", carriageWay);
     set("RCamW", carriageWay);
     m_lSect.Update();

@@ -7,6 +7,8 @@
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace exchange {
 
@@ -21,6 +23,19 @@ struct WalkTally {
     int records = 0;      ///< readings taken
     int errors = 0;       ///< rows left out
     int lowestMarked = 0; ///< 0 for none
+};
+
+/// The fields of a recordset, each looked up when it is first wanted.
+class FieldsByName {
+  public:
+    explicit FieldsByName(dao::Recordset& records) : m_records(records) {}
+    /// `name` must last; the same literal is found by its place. 3265 when there is no such field.
+    dao::Field& operator[](const char* name);
+
+  private:
+    dao::Recordset& m_records;
+    std::vector<std::pair<const char*, dao::Field>> m_found; ///< in the order in which they were wanted
+    std::size_t m_next = 0;                                  ///< behind the one that was wanted last
 };
 
 /// Turns the rows of the book into records: one CSect record for each staff reading, one LSect record for
@@ -51,6 +66,9 @@ class ReadingWalk {
     sheet::Notices& m_notices;
     dao::Recordset& m_cSect;
     dao::Recordset& m_lSect;
+    FieldsByName m_cross;
+    FieldsByName m_long;
+    std::vector<dao::Value> m_sought{std::string(), std::string(), 0.0}; ///< chainage, side, offset
     const ExportFrame& m_frame;
     WalkTally& m_tally;
     int& m_row;

@@ -123,10 +123,14 @@ void Recordset::State::requireAllowed() {
 std::optional<jet::RowId> Recordset::State::find(const std::vector<Value>& keys) {
     const jet::IndexInfo& info = table.indexes().at(static_cast<std::size_t>(*index));
     if (keys.empty() || keys.size() > info.columns.size()) raise(EngineError::DataTypeConversion);
-    std::vector<jet::Value> wanted;
+    wanted.resize(keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const auto& column = table.columns().at(static_cast<std::size_t>(info.columns[i].column));
-        wanted.push_back(toColumn(keys[i], column, LengthCheck::No));
+        const auto* text = std::get_if<std::string>(&keys[i]);
+        if (text != nullptr && column.type == jet::ColumnType::Text)
+            wanted[i] = *text;
+        else
+            wanted[i] = toColumn(keys[i], column, LengthCheck::No);
     }
     if (info.seekable) return table.seek(*index, wanted);
     for (jet::Cursor rows = table.scan(); rows.next();) {

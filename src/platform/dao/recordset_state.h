@@ -36,6 +36,7 @@ struct Recordset::State {
 
     Buffer buffer = Buffer::None;
     jet::Row edited; ///< the copy buffer
+    jet::Row wanted; ///< the keys that were sought last
     jet::Row row;    ///< the current record, once it was asked for
     bool rowLoaded = false;
     std::uint64_t loadedAt = 0; ///< changes of the table when the record was last seen to live

@@ -97,6 +97,12 @@ class Edit : public View {
     ByteSpan m_bytes;
 };
 
+/// Fills `to` with a little-endian number.
+inline void storeLittle(ByteSpan to, std::uint64_t value) {
+    for (std::size_t i = 0; i < to.size(); ++i)
+        to[i] = static_cast<std::uint8_t>(value >> (8 * i));
+}
+
 /// Appends little-endian fields to a growing string of bytes.
 inline void put8(std::vector<std::uint8_t>& out, std::size_t value) {
     out.push_back(static_cast<std::uint8_t>(value));

@@ -68,12 +68,15 @@ bool hasRoom(const View& page, const Layout& layout, std::size_t length) {
 
 std::uint8_t appendRow(RowEdit page, const Layout& layout, ByteView row, std::uint16_t flags) {
     const int count = slotCount(page, layout);
-    if (!hasRoom(page, layout, row.size())) page.fail(freeSpaceAt, "no room for a row");
-    const std::size_t start = lowestRow(page, layout, count) - row.size();
+    const std::size_t lowest = lowestRow(page, layout, count);
+    const std::size_t head = slotPlace(layout, count + 1);
+    if (count >= mostSlots || lowest > layout.pageSize || lowest < head + row.size())
+        page.fail(freeSpaceAt, "no room for a row");
+    const std::size_t start = lowest - row.size();
     page.setBytes(start, row);
     page.set16(slotPlace(layout, count), start | flags);
     page.set16(layout.slotCountAt, static_cast<std::size_t>(count) + 1);
-    saveFreeSpace(page, layout);
+    page.set16(freeSpaceAt, start - head);
     return static_cast<std::uint8_t>(count);
 }
 

@@ -245,6 +245,16 @@ void encodeField(const ColumnDef& column, const Value& value, Format format, Byt
     }
 }
 
+bool storeReal(const Value& value, ByteSpan to) {
+    if (const auto* real = std::get_if<double>(&value))
+        storeLittle(to.first(8), std::bit_cast<std::uint64_t>(*real));
+    else if (const auto* single = std::get_if<float>(&value))
+        storeLittle(to.first(4), std::bit_cast<std::uint32_t>(*single));
+    else
+        return false;
+    return true;
+}
+
 Bytes longValueBytes(const ColumnDef& column, const Value& value, Format format) {
     if (const Bytes* bytes = std::get_if<Bytes>(&value)) return *bytes;
     Bytes result;

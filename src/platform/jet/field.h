@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bytes.h"
 #include "table_def.h"
 
 namespace jet {
@@ -19,6 +20,8 @@ void decodeColumn(Pager& pager, const ColumnDef& column, const StoredRow& row, V
 void requireValue(const ColumnDef& column, const Value& value, Format format);
 /// Appends the stored form of a value of a column that is neither Boolean nor a long value.
 void encodeField(const ColumnDef& column, const Value& value, Format format, Bytes& out);
+/// Stores a Single or Double at the start of `to`, which has the room; false for any other value.
+[[nodiscard]] bool storeReal(const Value& value, ByteSpan to);
 /// The bytes of a long value before they are cut into pieces.
 [[nodiscard]] Bytes longValueBytes(const ColumnDef& column, const Value& value, Format format);
 

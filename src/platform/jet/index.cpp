@@ -16,14 +16,11 @@ const std::vector<std::uint8_t> openEdge(18, 0xFF);
 } // namespace
 
 /// What stands in a leaf for a row: its key, then page and slot, the page with its high byte first.
-std::vector<std::uint8_t> Index::makeEntry(ByteView key, RowPointer row) {
-    std::vector<std::uint8_t> entry;
-    entry.reserve(key.size() + entryRowBytes);
-    putBytes(entry, key);
+void Index::makeEntry(ByteView key, RowPointer row, std::vector<std::uint8_t>& entry) {
+    entry.assign(key.begin(), key.end());
     for (int shift = 16; shift >= 0; shift -= 8)
         put8(entry, row.page >> shift & 0xFF);
     put8(entry, row.row);
-    return entry;
 }
 
 Index::Index(Pager& pager, std::uint32_t owner, IndexData& data)
@@ -83,7 +80,7 @@ bool Index::descendAgain(ByteView wanted, Path& path) const {
         }
     }
     step.at = static_cast<std::uint32_t>(at);
-    path = m_last;
+    path.take(m_last);
     m_lastWanted.assign(wanted.begin(), wanted.end());
     return true;
 }
@@ -131,7 +128,8 @@ void Index::eachEntry(ByteView key, const TakeEntry& take) const {
 }
 
 void Index::insert(ByteView key, RowPointer row) {
-    const std::vector<std::uint8_t> entry = makeEntry(key, row);
+    makeEntry(key, row, m_entry);
+    const ByteView entry = m_entry;
     Path path;
     descend(entry, path);
     const IndexPage leaf = read(path.back().page);

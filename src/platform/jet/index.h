@@ -66,7 +66,7 @@ class Index {
 
     using TakeEntry = std::function<bool(const IndexPage& page, std::size_t at)>;
 
-    static std::vector<std::uint8_t> makeEntry(ByteView key, RowPointer row);
+    static void makeEntry(ByteView key, RowPointer row, std::vector<std::uint8_t>& entry);
     void eachEntry(ByteView key, const TakeEntry& take) const;
     [[nodiscard]] IndexPage read(std::uint32_t page) const;
     void descend(ByteView wanted, Path& path) const;
@@ -98,9 +98,10 @@ class Index {
     IndexData& m_data;
     UsageMap m_map;
     bool m_edgeOpen = false;
-    std::vector<bool> m_touched; ///< by page; what verify() has to look at
-    std::size_t m_searched = 0;  ///< entries, by entryOf()
-    mutable Path m_last;         ///< the way that was taken last; size 0 once the tree has changed its shape
+    std::vector<bool> m_touched;       ///< by page; what verify() has to look at
+    std::size_t m_searched = 0;        ///< entries, by entryOf()
+    std::vector<std::uint8_t> m_entry; ///< kept to be used again
+    mutable Path m_last; ///< the way that was taken last; size 0 once the tree has changed its shape
     mutable std::vector<std::uint8_t> m_lastWanted; ///< what was wanted; empty once the leaf has changed
 };
 

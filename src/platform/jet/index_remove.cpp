@@ -37,7 +37,8 @@ std::vector<std::uint8_t> Index::entryOf(RowPointer row) {
 }
 
 void Index::remove(ByteView key, RowPointer row) {
-    std::vector<std::uint8_t> entry = makeEntry(key, row);
+    std::vector<std::uint8_t> entry;
+    makeEntry(key, row, entry);
     Path path;
     descend(entry, path);
     if (!standsOn(path, entry)) {

@@ -109,24 +109,22 @@ void RowBuilder::build(const Row& row, const std::vector<Bytes>& references, Byt
         std::uint8_t& byte = m_mask[column.number / 8U];
         byte = static_cast<std::uint8_t>(byte | 1U << column.number % 8);
     };
-    out.clear();
-    if (m_layout.jet4())
-        put16(out, m_columns);
-    else
-        put8(out, m_columns);
-    const std::size_t head = out.size();
+    const std::size_t head = m_layout.jet4() ? 2 : 1;
+    const std::size_t fixedEnd = head + m_fixedBytes;
+    out.assign(fixedEnd, 0);
+    storeLittle(ByteSpan(out).first(head), m_columns);
     for (const Place& place : m_booleans)
         if (std::get<bool>(row[place.position])) set(*place.column);
-    // Fixed columns are written in any order: behind the others, then moved to their place.
-    out.resize(head + m_fixedBytes);
-    const std::size_t fixedEnd = out.size();
     for (const Place& place : m_fixed) {
-        if (isNull(row[place.position])) continue;
+        const Value& value = row[place.position];
+        if (isNull(value)) continue;
         set(*place.column);
-        encodeField(*place.column, row[place.position], m_layout.format, out);
+        const std::size_t at = head + place.column->fixedOffset;
+        if (storeReal(value, ByteSpan(out).subspan(at))) continue;
+        // Written behind the others, then moved to its place.
+        encodeField(*place.column, value, m_layout.format, out);
         const auto from = out.begin() + static_cast<std::ptrdiff_t>(fixedEnd);
-        std::copy(from, out.end(),
-                  out.begin() + static_cast<std::ptrdiff_t>(head + place.column->fixedOffset));
+        std::copy(from, out.end(), out.begin() + static_cast<std::ptrdiff_t>(at));
         out.resize(fixedEnd);
     }
     for (std::size_t slot = 0; slot < m_variable.size(); ++slot) {
@@ -148,9 +146,11 @@ void RowBuilder::build(const Row& row, const std::vector<Bytes>& references, Byt
 void RowBuilder::appendTables(Bytes& out) const {
     const std::size_t count = m_variable.size();
     if (m_layout.jet4()) {
-        for (std::size_t i = m_offsets.size(); i-- > 0;)
-            put16(out, m_offsets[i]);
-        put16(out, count);
+        std::size_t at = out.size();
+        out.resize(at + 2 * m_offsets.size() + 2);
+        for (std::size_t i = m_offsets.size(); i-- > 0; at += 2)
+            storeLittle(ByteSpan(out).subspan(at, 2), m_offsets[i]);
+        storeLittle(ByteSpan(out).subspan(at, 2), count);
         return;
     }
     const std::size_t plain = out.size() + m_offsets.size() + 1 + m_mask.size();

@@ -71,7 +71,9 @@ void appendNumeric(Bytes& out, const Numeric& value, bool ascending) {
 }
 
 void appendText(Bytes& out, std::string_view text, bool ascending, Format format) {
-    if (format == Format::Jet4)
+    if (format == Format::Jet4 && isAscii(text))
+        appendAsciiTextKey(text, ascending, out);
+    else if (format == Format::Jet4)
         appendGeneralTextKey(utf16FromUtf8(text), ascending, out);
     else
         appendJet3TextKey(ansiFromUtf8(text), ascending, out);

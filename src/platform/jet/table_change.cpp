@@ -35,11 +35,11 @@ void TableStore::removeKey(std::size_t tree, ByteView key, RowPointer row) {
 
 void TableStore::changeKeys(const Keys& old, const Keys& fresh, RowPointer row) {
     for (std::size_t i = 0; i < m_trees.size(); ++i) {
-        const bool had = i < old.size() && old[i];
-        const bool has = i < fresh.size() && fresh[i];
-        if (had && has && *old[i] == *fresh[i]) continue;
-        if (had) removeKey(i, *old[i], row);
-        if (has) addKey(i, *fresh[i], row);
+        const bool had = i < old.size() && old[i].there;
+        const bool has = i < fresh.size() && fresh[i].there;
+        if (had && has && old[i].bytes == fresh[i].bytes) continue;
+        if (had) removeKey(i, old[i].bytes, row);
+        if (has) addKey(i, fresh[i].bytes, row);
     }
 }
 
@@ -153,6 +153,7 @@ void TableStore::noteSpace(std::uint32_t page) {
 }
 
 void TableStore::noteAutonumber(const Row& row) {
+    if (!m_numbered) return;
     for (std::size_t i = 0; i < m_columns.size(); ++i)
         if (m_columns[i].autonumber)
             if (const auto* number = std::get_if<std::int32_t>(&row[i]))
@@ -162,24 +163,20 @@ void TableStore::noteAutonumber(const Row& row) {
 RowId TableStore::insert(const Row& given) {
     requireWritable();
     requireKnownOrder();
-    const auto numbered = std::ranges::find_if(m_columns, &Column::autonumber);
     Row filled;
     const Row* row = &given;
-    if (numbered != m_columns.end() && given.size() == m_columns.size()) {
-        const auto position = static_cast<std::size_t>(numbered - m_columns.begin());
-        if (isNull(given[position])) {
-            filled = given;
-            filled[position] = nextAutonumber();
-            row = &filled;
-        }
+    if (m_numbered && given.size() == m_columns.size() && isNull(given[*m_numbered])) {
+        filled = given;
+        filled[*m_numbered] = nextAutonumber();
+        row = &filled;
     }
     buildProbe(*row);
-    const Keys keys = keysOf(*row);
-    requireFreeKeys(keys, {});
+    keysOf(*row, m_keys);
+    requireFreeKeys(m_keys, {});
     ChangeGuard guard(m_pager);
     if (!m_longValues.empty()) m_builder->build(*row, storeLongValues(*row, nullptr, nullptr), m_row);
     const RowPointer at = place(m_row, 0);
-    changeKeys({}, keys, at);
+    changeKeys({}, m_keys, at);
     ++m_def.rowCount;
     ++m_changes;
     noteAutonumber(*row);
@@ -207,8 +204,9 @@ void TableStore::update(RowId id, const Row& row) {
     const StoredRow stored(bodyView(body), m_pager.layout(), m_def);
     buildProbe(row, &old, &stored);
     requireKeptKeys(row, old);
-    const Keys oldKeys = keysOf(old);
-    const Keys keys = keysOf(row);
+    Keys oldKeys, keys;
+    keysOf(old, oldKeys);
+    keysOf(row, keys);
     requireFreeKeys(keys, oldKeys);
     ChangeGuard guard(m_pager);
     // Storing long values does not move the stored row; what follows may.
@@ -284,7 +282,7 @@ void TableStore::erase(RowId id) {
     if (!m_trees.empty()) {
         Row row;
         read(id, row);
-        keys = keysOf(row);
+        keysOf(row, keys);
     }
     ChangeGuard guard(m_pager);
     changeKeys(keys, {}, {id.page, id.slot});

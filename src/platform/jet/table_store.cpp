@@ -10,7 +10,7 @@ namespace jet {
 
 namespace {
 
-constexpr std::size_t usualKey = 64; ///< bytes; longer keys grow
+constexpr std::size_t longestKept = 64; ///< bytes of a text whose key is worth keeping
 
 [[noreturn]] void failNoRow() {
     throw Error(ErrorKind::NotFound, "No current record.");
@@ -31,6 +31,8 @@ TableStore::TableStore(Pager& pager, std::string name, std::uint32_t definitionP
 /// Derives what the face shows, and the tools that hang on the definition.
 void TableStore::describe() {
     m_columns.clear();
+    m_numbered.reset();
+    m_lastTexts.assign(m_def.columns.size(), {});
     for (const ColumnDef& def : m_def.columns) {
         Column column;
         column.name = def.name;
@@ -42,11 +44,13 @@ void TableStore::describe() {
             column.precision = def.precision;
             column.scale = def.scale;
         }
+        if (column.autonumber && !m_numbered) m_numbered = m_columns.size();
         m_columns.push_back(std::move(column));
     }
     m_ordered.clear();
     for (const IndexData& data : m_def.indexData)
         m_ordered.push_back(known(data));
+    m_allOrdered = std::ranges::count(m_ordered, false) == 0;
     m_indexes.clear();
     for (const LogicalIndex& def : m_def.indexes) {
         const IndexData& data = m_def.indexData[def.data];
@@ -86,7 +90,7 @@ void TableStore::requireWritable() const {
 }
 
 void TableStore::requireKnownOrder() const {
-    if (std::ranges::count(m_ordered, false) != 0)
+    if (!m_allOrdered)
         throw Error(ErrorKind::UnsupportedSort,
                     "The table '" + m_name +
                         "' is sorted by the rules of a language that is not known; "
@@ -161,39 +165,59 @@ std::size_t TableStore::longValueSize(const Row& row) const {
     return size;
 }
 
-TableStore::Keys TableStore::keysOf(const Row& row) {
-    Keys keys(m_def.indexData.size());
+void TableStore::addToKey(Bytes& key, std::size_t column, bool ascending, const Value& value) {
+    const KeyColumn form{m_def.columns[column].type, ascending};
+    const auto* text = std::get_if<std::string>(&value);
+    if (text == nullptr || text->size() > longestKept) return appendKey(key, form, value, m_pager.format());
+    LastText& last = m_lastTexts[column];
+    if (last.key.empty() || last.ascending != ascending || last.text != *text) {
+        last.key.clear();
+        appendKey(last.key, form, value, m_pager.format());
+        last.text = *text;
+        last.ascending = ascending;
+    }
+    putBytes(key, last.key);
+}
+
+void TableStore::keysOf(const Row& row, Keys& keys) {
+    keys.resize(m_def.indexData.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const IndexData& data = m_def.indexData[i];
-        if (!m_ordered[i]) continue; // its keys are left as they are
-        Bytes key;
-        key.reserve(usualKey);
+        Bytes& key = keys[i].bytes;
+        key.clear();
+        keys[i].there = m_ordered[i]; // where the order is not known, keys are left as they are
+        if (!m_ordered[i]) continue;
         std::size_t nulls = 0;
         for (const IndexData::Part& part : data.columns) {
-            const ColumnDef* column = m_def.columnOfNumber(part.column);
-            const Value& value = row[static_cast<std::size_t>(column - m_def.columns.data())];
-            nulls += isNull(value);
-            appendKey(key, {column->type, part.ascending}, value, m_pager.format());
+            const auto column =
+                static_cast<std::size_t>(m_def.columnOfNumber(part.column) - m_def.columns.data());
+            nulls += isNull(row[column]);
+            addToKey(key, column, part.ascending, row[column]);
         }
-        if (nulls == data.columns.size() && (data.flags & indexIgnoreNulls) != 0) continue;
-        keys[i] = std::move(key);
+        keys[i].there = nulls != data.columns.size() || (data.flags & indexIgnoreNulls) == 0;
     }
-    return keys;
+}
+
+/// A key that was just sought and not found is mostly inserted next.
+bool TableStore::contains(std::size_t tree, const Bytes& key) const {
+    if (m_missingIn == tree && m_missingAt == m_changes && m_soughtKey == key) return false;
+    return m_trees[tree]->contains(key);
 }
 
 /// Refuses keys that the indexes do not take; `old` are the keys that the row has now.
 void TableStore::requireFreeKeys(const Keys& keys, const Keys& old) {
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (!keys[i] || (i < old.size() && old[i] == keys[i])) continue;
-        if (keys[i]->size() > Index::longestKey(m_pager.layout()))
+        const Bytes& key = keys[i].bytes;
+        if (!keys[i].there || (i < old.size() && old[i].there && old[i].bytes == key)) continue;
+        if (key.size() > Index::longestKey(m_pager.layout()))
             throw Error(ErrorKind::RowTooLong,
                         "The values are too long for an index of the table '" + m_name + "'.");
         if ((m_def.indexData[i].flags & indexUnique) == 0) continue;
         // Keys that are Null throughout, a single flag byte a column, may repeat. An empty Binary has no more
         // than its flag either.
         const bool allNull =
-            keys[i]->size() == m_def.indexData[i].columns.size() && std::ranges::all_of(*keys[i], isNullFlag);
-        if (!allNull && m_trees[i]->contains(*keys[i]))
+            key.size() == m_def.indexData[i].columns.size() && std::ranges::all_of(key, isNullFlag);
+        if (!allNull && contains(i, key))
             throw Error(
                 ErrorKind::DuplicateKey,
                 "The changes would create duplicate values in an index or primary key of the table '" +
@@ -207,17 +231,19 @@ void TableStore::seek(int index, std::span<const Value> key, const std::function
         throw Error(ErrorKind::UnsupportedSort,
                     "The index '" + info.name + "' is sorted in a way that is not known.");
     const std::size_t data = m_def.indexes[static_cast<std::size_t>(index)].data;
-    Bytes bytes;
-    bytes.reserve(usualKey);
+    Bytes& bytes = m_soughtKey;
+    bytes.clear();
+    m_missingIn.reset();
     for (std::size_t i = 0; i < std::min(key.size(), info.columns.size()); ++i) {
-        const ColumnDef& column = m_def.columns[static_cast<std::size_t>(info.columns[i].column)];
+        const auto position = static_cast<std::size_t>(info.columns[i].column);
+        const ColumnDef& column = m_def.columns[position];
         // A text longer than the column has no row, but its key is well defined.
         if (column.type != ColumnType::Text)
             requireValue(column, key[i], m_pager.format());
         else if (!isNull(key[i]) && !std::holds_alternative<std::string>(key[i]))
             throw Error(ErrorKind::TypeMismatch,
                         "The value has another type than the field '" + column.name + "'.");
-        appendKey(bytes, {column.type, info.columns[i].ascending}, key[i], m_pager.format());
+        addToKey(bytes, position, info.columns[i].ascending, key[i]);
     }
     const auto isEmpty = [](const Value& value) {
         const Bytes* binary = std::get_if<Bytes>(&value);
@@ -225,10 +251,15 @@ void TableStore::seek(int index, std::span<const Value> key, const std::function
     };
     const std::span<const Value> wanted = key.first(std::min(key.size(), info.columns.size()));
     const bool ambiguous = std::ranges::any_of(wanted, isEmpty);
+    bool any = false;
     m_trees[data]->each(bytes, [&](RowPointer row) {
+        any = true;
         const RowId id{row.page, row.row};
         return (ambiguous && !hasValues(id, info, wanted)) || take(id);
     });
+    if (any) return;
+    m_missingIn = data;
+    m_missingAt = m_changes;
 }
 
 /// The row has the wanted values; asked where the key alone does not tell.

@@ -57,7 +57,17 @@ class TableStore {
         RowPointer at;
         bool overflow;
     };
-    using Keys = std::vector<std::optional<Bytes>>; ///< one a tree; none = the row is not in it
+    struct Key {
+        Bytes bytes;
+        bool there = false; ///< the row is in the index
+    };
+    using Keys = std::vector<Key>; ///< one a tree
+    /// The key of the text that a column had last: neighbouring rows often share it.
+    struct LastText {
+        std::string text;
+        bool ascending = true;
+        Bytes key;
+    };
 
     void describe();
     [[nodiscard]] bool known(const IndexData& data) const;
@@ -65,9 +75,11 @@ class TableStore {
     [[nodiscard]] View bodyView(const Body& body);
     [[nodiscard]] Slot homeOf(RowId id, View& page);
     [[nodiscard]] Body bodyOf(RowId id, const Slot& home, const View& page);
-    Keys keysOf(const Row& row);
+    void keysOf(const Row& row, Keys& keys);
+    void addToKey(Bytes& key, std::size_t column, bool ascending, const Value& value);
     [[nodiscard]] bool hasValues(RowId id, const IndexInfo& info, std::span<const Value> wanted);
     void count();
+    [[nodiscard]] bool contains(std::size_t tree, const Bytes& key) const;
     void requireFreeKeys(const Keys& keys, const Keys& old);
     void requireKeptKeys(const Row& row, const Row& old) const;
     void changeKeys(const Keys& old, const Keys& fresh, RowPointer row);
@@ -96,7 +108,14 @@ class TableStore {
     UsageMap m_ownedPages;
     UsageMap m_freeSpacePages;
     std::vector<std::unique_ptr<Index>> m_trees;
-    std::vector<bool> m_ordered;                           ///< one a tree: the order of its keys is known
+    std::vector<bool> m_ordered; ///< one a tree: the order of its keys is known
+    bool m_allOrdered = true;
+    std::optional<std::size_t> m_numbered;                 ///< the column that is numbered by itself
+    std::vector<LastText> m_lastTexts;                     ///< one a column
+    Keys m_keys;                                           ///< kept to be used again
+    Bytes m_soughtKey;                                     ///< the last one
+    std::optional<std::size_t> m_missingIn;                ///< the tree in which no entry starts with it
+    std::uint64_t m_missingAt = 0;                         ///< changes of the table when that was seen
     std::vector<std::unique_ptr<LongValues>> m_longValues; ///< as in the definition
     std::unique_ptr<RowBuilder> m_builder;
     Bytes m_row;                 ///< kept to be used again

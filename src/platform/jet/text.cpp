@@ -133,16 +133,6 @@ std::uint64_t wordAt(const char* bytes, std::size_t length) {
     return word;
 }
 
-/// All bytes are below 80; with `noZero` none of them is 0 either.
-bool isAscii(std::string_view text, bool noZero = false) {
-    std::uint64_t found = 0;
-    for (std::size_t at = 0; at < text.size(); at += wordBytes) {
-        const std::uint64_t word = wordAt(text.data() + at, text.size() - at);
-        found |= word | (noZero ? word - lowBits : 0);
-    }
-    return (found & highBits) == 0;
-}
-
 /// Most texts hold nothing but ASCII, which needs no characters to be put together. False, with nothing done,
 /// for any other.
 bool decodeAscii(ByteView stored, std::string& out) {
@@ -164,6 +154,15 @@ bool decodeAscii(ByteView stored, std::string& out) {
 }
 
 } // namespace
+
+bool isAscii(std::string_view text, bool noZero) {
+    std::uint64_t found = 0;
+    for (std::size_t at = 0; at < text.size(); at += wordBytes) {
+        const std::uint64_t word = wordAt(text.data() + at, text.size() - at);
+        found |= word | (noZero ? word - lowBits : 0);
+    }
+    return (found & highBits) == 0;
+}
 
 std::u16string utf16FromUtf8(std::string_view text) {
     std::u16string result;
@@ -243,12 +242,17 @@ void encodeText(std::string_view text, Format format, bool compress, Bytes& out)
     if (isAscii(text)) {
         const bool narrow = compress && text.size() >= shortestCompressed &&
                             text.size() <= longestCompressed && isAscii(text, true);
+        const std::size_t start = out.size();
+        out.resize(start + (narrow ? text.size() + 2 : 2 * text.size()));
+        std::uint8_t* to = out.data() + start;
         if (narrow) {
-            put16(out, compressionMark);
-            out.insert(out.end(), text.begin(), text.end());
+            storeLittle({to, 2}, compressionMark);
+            std::memcpy(to + 2, text.data(), text.size());
         } else {
-            for (char c : text)
-                put16(out, static_cast<std::uint8_t>(c));
+            for (char c : text) {
+                *to = static_cast<std::uint8_t>(c); // the high byte stays 0
+                to += 2;
+            }
         }
         return;
     }

@@ -12,6 +12,8 @@
 
 namespace jet {
 
+/// All bytes are below 80; with `noZero` none of them is 0 either.
+[[nodiscard]] bool isAscii(std::string_view text, bool noZero = false);
 [[nodiscard]] std::u16string utf16FromUtf8(std::string_view text); ///< wrong bytes become U+FFFD
 [[nodiscard]] std::string utf8FromUtf16(std::u16string_view text);
 [[nodiscard]] std::string utf8FromAnsi(ByteView text);

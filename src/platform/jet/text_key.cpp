@@ -144,13 +144,14 @@ class Nibbles {
     bool m_half = false;
 };
 
-} // namespace
-
-void appendGeneralTextKey(std::u16string_view text, bool ascending, Bytes& key) {
+/// The key of a text of UTF-16 units or of ASCII characters.
+template <typename View>
+void appendGeneral(View text, bool ascending, Bytes& key) {
     const SortTable& table = SortTable::general();
     const std::size_t start = key.size();
     GeneralParts parts;
-    for (char16_t unit : significant(text)) {
+    for (const auto each : significant(text)) {
+        const auto unit = static_cast<char16_t>(each);
         SortCode code = table[unit];
         if (code.kind == 'n') code = surrogateCode(unit);
         if (code.kind != 'u' && code.kind != 'm') append(key, code.codeBytes());
@@ -163,6 +164,16 @@ void appendGeneralTextKey(std::u16string_view text, bool ascending, Bytes& key) 
         invert(key, start);
         key.push_back(endOfText);
     }
+}
+
+} // namespace
+
+void appendGeneralTextKey(std::u16string_view text, bool ascending, Bytes& key) {
+    appendGeneral(text, ascending, key);
+}
+
+void appendAsciiTextKey(std::string_view text, bool ascending, Bytes& key) {
+    appendGeneral(text, ascending, key);
 }
 
 void appendJet3TextKey(std::string_view text, bool ascending, Bytes& key) {

@@ -11,6 +11,8 @@ namespace jet {
 
 /// Jet 4, sort order 0409h version 0.
 void appendGeneralTextKey(std::u16string_view text, bool ascending, std::vector<std::uint8_t>& key);
+/// The same for a text of ASCII characters alone.
+void appendAsciiTextKey(std::string_view text, bool ascending, std::vector<std::uint8_t>& key);
 
 /// Jet 3, sort order 0409h; `text` in code page 1252.
 void appendJet3TextKey(std::string_view text, bool ascending, std::vector<std::uint8_t>& key);
