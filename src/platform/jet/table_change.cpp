@@ -352,6 +352,7 @@ void TableStore::addColumn(ColumnDef column, const LongValueMaps* maps) {
         m_builder->build(row, std::vector<Bytes>(row.size()), m_row);
         replaceBody(id, locate(id), m_row);
     }
+    m_changes += !rows.empty();
 }
 
 } // namespace jet
