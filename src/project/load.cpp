@@ -47,10 +47,9 @@ class Leftover {
     std::array<std::string, sheet::columnCount> m_texts;
 };
 
-std::string leftoverText(const std::string& stayed, const std::string& before) {
-    if (stayed.empty()) return {};
-    return "Row 1 keeps what stood there in " + (before.empty() ? "the book before" : before) + ": " +
-           stayed + ".";
+void tellLeftover(sheet::Notices& notices, const std::string& stayed, const std::string& before) {
+    if (!stayed.empty())
+        notices.add({1, -1, "keeps " + stayed + " of " + (before.empty() ? "the book before" : before)});
 }
 
 } // namespace
@@ -84,7 +83,7 @@ bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
         book.FileMark = std::move(mark);
         book.SavedMark = bookMark(book);
         report.add(reader.note());
-        report.add(leftoverText(stayed, before));
+        tellLeftover(book.notices, stayed, before);
         return true;
     } catch (const basic::RuntimeError& error) {
         book.SavedMark = bookMark(book); // a remainder that nobody typed

@@ -14,8 +14,8 @@ inline constexpr const char* notAProjectFile = "Your Selected file is not a grl 
 /// Loads the file that cdl1.FileName names into the grid, and sets the caption and CurrentHI, which begins at
 /// 0 like the last reading. Errors are shown. True when the whole file was loaded. The grid is dropped first:
 /// what is unsaved must be set aside before. What stays in row 1 of the book before, because the first record
-/// does not fill it, goes to the report, as does a table that counts its rows wrong; under guarded editing
-/// nothing stays there.
+/// does not fill it, is among the notices, and under guarded editing nothing stays there; a table that counts
+/// its rows wrong goes to the report.
 bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report);
 
 /// op for a path that was named and not chosen in a dialog: by a start argument or on the command line. A

@@ -171,7 +171,9 @@ void Journal::clear() {
 }
 
 void Journal::push(std::deque<Step>& steps, Step step) {
-    step.log.packed.shrink_to_fit();
+    // Typing that goes on adds to its step at every key.
+    if (std::string& packed = step.log.packed; packed.capacity() > 2 * packed.size() + 64)
+        packed.shrink_to_fit();
     m_bytes += step.bytes();
     steps.push_back(std::move(step));
     ++m_version;
@@ -199,7 +201,10 @@ bool Journal::changesNothing(const Log& log) const {
         // What stood there before the action is what the first of its changes replaced.
         const bool same = text ? m_book.MSFG.Text(entry.row, entry.col) == textAt(log.packed, at, entry)
                                : m_book.MSFG.CellBackColor(entry.row, entry.col) == Colour{entry.number};
-        if (seen.insert(cell).second && !same) return false;
+        if (same)
+            seen.insert(cell);
+        else if (!seen.contains(cell))
+            return false;
         at += sizeOf(entry);
     }
     return true;

@@ -315,7 +315,8 @@ TEST_F(CommandsTest, ABookBeginsWithoutWhatTheOneBeforeLeft) {
     const std::string sided = projectFile("sided.grl", {",2.5,,,,,,,,left", ""});
     const std::string none = folder / "none.grl";
     run(project::newProject, {none});
-    for (const auto& [path, stays] : {std::pair(sided, "Center 0."), {none, "Chainage 00-000, Center 0, "}}) {
+    for (const auto& [path, stays] : {std::pair(sided, "Row 1: keeps Center 0 of "),
+                                      {none, "Row 1: keeps Chainage 00-000, Center 0, "}}) {
         setRows({"00-000,,0,,1.5,,,,100,tbm"});
         book.MSFG.setCellBackColor(1, sheet::BackSight, sheet::suspiciousReading);
         book.CurrentHI = 101.5F;
@@ -325,7 +326,7 @@ TEST_F(CommandsTest, ABookBeginsWithoutWhatTheOneBeforeLeft) {
         EXPECT_TRUE(book.MSFG.CellBackColor(1, sheet::BackSight).isNone());
         EXPECT_EQ(book.CurrentHI, 0);
         EXPECT_EQ(book.LastReading, 0);
-        EXPECT_THAT(desktop.statuses, testing::Contains(HasSubstr(stays)));
+        EXPECT_THAT(book.notices.takeLine().text, testing::StartsWith(stays));
     }
 }
 

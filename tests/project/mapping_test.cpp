@@ -81,6 +81,7 @@ TEST_F(MappingTest, OffsetsOfRowOneAreNotCleared) {
     setRows({",9,8,7,old", ",6"});
     open(projectFile("a.grl", {",,,1.5", ",,,2.5"}));
     EXPECT_THAT(rows(), ElementsAre(",9,8,1.5", ",,,2.5"));
+    EXPECT_EQ(book.notices.takeLine().text, "Row 1: keeps Left 9, Center 8 of the book before.");
 
     setRows({",9,,,,,,,,old", ",6"});
     open(projectFile("empty.grl", {}));
@@ -88,15 +89,15 @@ TEST_F(MappingTest, OffsetsOfRowOneAreNotCleared) {
     EXPECT_THAT(run(project::appendProject, {folder / "empty.grl"}), IsEmpty());
     EXPECT_THAT(rows(), SizeIs(1));
     EXPECT_TRUE(book.MSFG.Visible());
+    EXPECT_EQ(book.notices.takeLine().text, "Row 1: keeps Left 9, Remark old of a.grl.");
 
     book.Guarded = true; // nothing stays, and nothing is told
-    desktop.statuses.clear();
     open(folder / "empty.grl");
     EXPECT_THAT(rows(), ElementsAre(""));
     setRows({",9,8,7,old"});
     open(folder / "a.grl");
     EXPECT_THAT(rows(), ElementsAre(",,,1.5", ",,,2.5"));
-    EXPECT_THAT(desktop.statuses, Not(testing::Contains(testing::HasSubstr("stood"))));
+    EXPECT_EQ(book.notices.takeLine().text, "");
 }
 
 TEST_F(MappingTest, NullsOfOtherProgramsFillNothing) {
