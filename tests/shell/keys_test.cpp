@@ -4,8 +4,11 @@
 #include "field_book.h"
 
 #include <QAbstractItemModelTester>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
+#include <QScrollBar>
 
 #include <random>
 
@@ -181,6 +184,31 @@ TEST_F(Keys, EditingKeysAreNoCharacters) {
 
 // Keys in any order, boxes answered or backed out of: the window keeps what it shows and what the book is in
 // step.
+/// Rows that come at the bottom are scrolled in; what is on the screen then is what painting anew shows.
+TEST_F(Keys, KeyedRowsAreScrolledInAsTheyAre) {
+    QScreen* screen = window->screen();
+    const auto shown = [&] { return screen->grabWindow(window->winId()).toImage(); };
+    QScrollBar& bar = *window->grid().verticalScrollBar();
+    int scrolled = 0;
+    for (int turn = 0; turn < 60; ++turn) {
+        book().moveTo(book().Rows() - 1, sheet::InterSight);
+        book().setText("1." + std::to_string(100 + turn));
+        const int before = bar.value();
+        press(Qt::Key_Return);
+        for (int k = 0; k < 5; ++k)
+            QApplication::processEvents();
+        scrolled += bar.value() > before;
+        if (turn % 7 != 0) continue;
+        const QImage seen = shown();
+        window->grid().viewport()->update();
+        window->grid().verticalHeader()->viewport()->update();
+        QApplication::processEvents();
+        ASSERT_FALSE(seen.isNull());
+        ASSERT_TRUE(seen == shown()) << turn;
+    }
+    EXPECT_GT(scrolled, 10);
+}
+
 TEST_F(Keys, AnyKeysLeaveGridAndViewInStep) {
     std::minstd_rand random(20);
     Answers boxes([&](QWidget& box) {

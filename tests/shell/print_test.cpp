@@ -3,19 +3,25 @@
 #include "shell/print/pdf_command.h"
 #include "shell/print/print_dialog.h"
 #include "shell/print/print_job.h"
+#include "shell/print/print_progress.h"
 
 #include "basic/numbers.h"
 #include "command_output.h"
 #include "field_book.h"
 #include "file_faults.h"
+#include "survey/sections.h"
 
 #include <QCheckBox>
+#include <QPrinter>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSpinBox>
 
 #include <charconv>
 #include <cmath>
 #include <map>
+#include <optional>
+#include <sstream>
 #include <string_view>
 
 namespace {
@@ -38,6 +44,34 @@ struct Paper : testing::Test {
         return outputOf(std::string("pdftotext ") + how + " '" + pdf + "' -").value_or("");
     }
 };
+
+struct Place {
+    double x, y; // millimetres
+};
+
+/// From each point of the ground's lines to the next, on all pages of a PDF as another program reads it.
+std::vector<Place> groundSteps(const std::string& pdf, int pages) {
+    std::vector<Place> steps;
+    for (int page = 1; page <= pages; ++page) {
+        const std::string number = std::to_string(page);
+        const std::string svg =
+            outputOf("pdftocairo -svg -f " + number + " -l " + number + " '" + pdf + "' -").value_or("");
+        for (const std::string& path : splitAt(svg, '>')) {
+            constexpr const char* ground = "stroke-width:16.5"; // 0.35 mm in dots
+            const std::size_t form = path.find(" d=\"");
+            const std::size_t matrix = path.find("matrix(");
+            if (path.find(ground) == std::string::npos || form == std::string::npos) continue;
+            const double unit = basic::val(path.substr(matrix + 7)) * 25.4 / 72;
+            std::istringstream words(path.substr(form + 4));
+            std::optional<Place> before;
+            std::string word;
+            for (Place at{}; words >> word >> at.x >> at.y; before = at)
+                if (word == "L" && before)
+                    steps.push_back({(at.x - before->x) * unit, (at.y - before->y) * unit});
+        }
+    }
+    return steps;
+}
 
 /// The columns of a printed page by their heads, read as a person would: by what stands beneath them.
 struct ReadPage {
@@ -136,6 +170,79 @@ TEST_F(Paper, SectionsAreTrueToScale) {
     EXPECT_NEAR(placeOf("00-050") - placeOf("00-040"), 10, 0.1);
     EXPECT_THAT(read("-l 1"), HasSubstr("1:1000 by 1:100, V x10"));
     EXPECT_THAT(outputOf("pdfinfo '" + pdf + "'").value_or(""), HasSubstr("842 x 595"));
+
+    survey::Sections sections(book.MSFG);
+    const auto line = sections.longSection();
+    const std::vector<Place> steps = groundSteps(pdf, 2);
+    ASSERT_EQ(steps.size() + 1, line.size());
+    for (std::size_t k = 0; k < steps.size(); ++k) {
+        EXPECT_NEAR(steps[k].x, line[k + 1].chainage - line[k].chainage, 0.1) << "1:1000, " << k;
+        EXPECT_NEAR(-steps[k].y, (line[k + 1].level - line[k].level) * 10, 0.1) << "1:100, " << k;
+    }
+    choice.longSection = false;
+    choice.crossSections = true;
+    EXPECT_THAT(write(choice), HasSubstr("10 pages written"));
+    const std::vector<Place> across = groundSteps(pdf, 10);
+    const auto points = sections.points();
+    std::size_t at = 0;
+    for (std::size_t k = 1; k < points.size(); ++k) {
+        if (points[k].chainage != points[k - 1].chainage) continue;
+        ASSERT_LT(at, across.size());
+        EXPECT_NEAR(across[at].x, (points[k].offset - points[k - 1].offset) * 10, 0.1) << k;
+        EXPECT_NEAR(-across[at].y, (points[k].level - points[k - 1].level) * 10, 0.1) << k;
+        ++at;
+    }
+    EXPECT_EQ(at, across.size());
+}
+
+TEST_F(Paper, APrinterThatFailsIsTold) {
+    loadBook(book, "tramo1-xsec");
+    const PrintJob job({book.MSFG, "book", {}}, {});
+    const auto printed = [&](const std::string& file, const std::function<bool(int)>& goOn) {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(shell::fromUtf8(file));
+        return printOn(printer, job, 0, job.count() - 1, goOn);
+    };
+    EXPECT_EQ(printed(folder / "no/folder.pdf", {}), Printed::Failed);
+    EXPECT_EQ(printed(pdf, {}), Printed::Done);
+    EXPECT_EQ(printed(pdf, [](int done) { return done < 2; }), Printed::Cancelled);
+    EXPECT_EQ(describePrint(Printed::Failed, 4), "The printer refused the pages");
+    EXPECT_EQ(describePrint(Printed::Done, 4), "4 pages sent to the printer");
+
+    /// Takes one page and no other, as one that runs out of paper.
+    struct OnePage final : QPrinter {
+        bool newPage() override { return false; }
+    } jammed;
+    jammed.setOutputFormat(QPrinter::PdfFormat);
+    jammed.setOutputFileName(shell::fromUtf8(pdf));
+    EXPECT_EQ(printOn(jammed, job, 0, 1, {}), Printed::Failed);
+    struct GivesUp final : QPrinter {
+        bool newPage() override { return abort() && QPrinter::newPage(); }
+    } offline;
+    offline.setOutputFormat(QPrinter::PdfFormat);
+    offline.setOutputFileName(shell::fromUtf8(pdf));
+    EXPECT_EQ(printOn(offline, job, 0, job.count() - 1, {}), Printed::Failed);
+}
+
+TEST_F(Paper, ALongPrintCanBeCancelled) {
+    loadBook(book, "tramo1-xsec");
+    folder.write("book.pdf", "old");
+    const PrintJob job({book.MSFG, "book", {}}, {});
+    int pages = 0;
+    const auto run = [&](std::chrono::milliseconds until) {
+        shell::PrintProgress progress(job.count(), nullptr, until);
+        QTimer::singleShot(0, [] {
+            for (QWidget* each : QApplication::topLevelWidgets())
+                if (auto* dialog = qobject_cast<QProgressDialog*>(each); dialog && dialog->isVisible())
+                    dialog->findChild<QPushButton*>()->click();
+        });
+        return writePdf(job, pdf, "book", [&](int done) { return progress.goOn(pages = done); }).outcome;
+    };
+    EXPECT_EQ(run(std::chrono::milliseconds(0)), Printed::Cancelled);
+    EXPECT_LT(pages, job.count());
+    EXPECT_EQ(folder.read("book.pdf"), "old");
+    EXPECT_EQ(run(std::chrono::hours(1)), Printed::Done) << "nothing is shown before";
 }
 
 TEST_F(Paper, AFailureLeavesTheOldFileWhole) {

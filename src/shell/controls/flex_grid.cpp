@@ -81,6 +81,7 @@ void FlexGrid::schedule() {
 
 void FlexGrid::flush() {
     m_scheduled = false;
+    executeDelayedItemsLayout(); // what waits there is more than rows that come below
     m_model->flush();
     applyFont();
     applyNumbers();
@@ -89,6 +90,24 @@ void FlexGrid::flush() {
     // A command hides the grid only while it runs; the widget follows when the grid stays hidden.
     if (isHidden() == m_grid.Visible()) setVisible(m_grid.Visible());
     if (flushed) flushed();
+}
+
+/// The model adds rows below the last one alone; anything else is a reset.
+void FlexGrid::rowsInserted(const QModelIndex& parent, int start, int end) {
+    QTableView::rowsInserted(parent, start, end);
+    m_firstAdded = start;
+    executeDelayedItemsLayout();
+    m_firstAdded.reset();
+}
+
+/// Rows that came below leave what is in sight as it is, so that it can be scrolled and is not painted anew.
+void FlexGrid::doItemsLayout() {
+    if (!m_firstAdded) return QTableView::doItemsLayout();
+    updateGeometries();
+    verticalHeader()->setOffset(verticalScrollBar()->value());
+    const int top = rowViewportPosition(*m_firstAdded);
+    viewport()->update(
+        viewport()->rect().intersected(QRect(0, top, viewport()->width(), viewport()->height())));
 }
 
 void FlexGrid::applyFont() {

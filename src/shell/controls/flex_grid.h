@@ -9,6 +9,7 @@
 #include <QTableView>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace shell {
@@ -41,8 +42,10 @@ class FlexGrid final : public QTableView {
     [[nodiscard]] GridModel& gridModel() const { return *m_model; }
     /// The width at which no column is cut, Remark at its starting width.
     [[nodiscard]] int fullWidth() const;
+    void doItemsLayout() override;
 
   protected:
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
     bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -83,6 +86,7 @@ class FlexGrid final : public QTableView {
     Cell m_shownCursor{0, 0};
     Cell m_shownEnd{0, 0};
     bool m_scheduled = false;
+    std::optional<int> m_firstAdded; ///< while rows that came below the last one are laid out
     bool m_dragging = false;
     bool m_numbered = false;
     int m_numberedRows = 0; ///< for which the row numbers' width was last worked out

@@ -1,6 +1,7 @@
 #include "print_items.h"
 
 #include "print_dialog.h"
+#include "print_progress.h"
 
 #include "../frmGrl.h"
 #include "../levels/book_memory.h"
@@ -10,42 +11,12 @@
 #include "exchange/dxf.h"
 #include "exchange/landxml.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QProgressDialog>
-
-#include <chrono>
 
 namespace shell {
 namespace {
-
-constexpr std::chrono::seconds untilProgress{1};
-
-/// Shows how far a long print is, with Cancel, once it has taken a second.
-class Progress {
-  public:
-    Progress(int pages, QWidget* parent) : m_dialog(text("Pages"), text("Cancel"), 0, pages, parent) {
-        m_dialog.setObjectName(QStringLiteral("printProgress"));
-        m_dialog.setWindowModality(Qt::WindowModal);
-        m_dialog.setMinimumDuration(1 << 30); // shown below, since this one guesses
-        m_dialog.setAutoReset(false);
-        m_clock.start();
-    }
-    bool goOn(int done) {
-        if (m_clock.elapsed() < std::chrono::milliseconds(untilProgress).count()) return true;
-        if (m_dialog.isHidden()) m_dialog.show();
-        m_dialog.setValue(done);
-        QApplication::processEvents();
-        return !m_dialog.wasCanceled();
-    }
-
-  private:
-    QProgressDialog m_dialog;
-    QElapsedTimer m_clock;
-};
 
 class PrintItems final : public WindowPart {
   public:
@@ -111,7 +82,7 @@ class PrintItems final : public WindowPart {
     bool savePdf(const PrintJob& job, QWidget& parent) {
         const std::string path = fileFor("Save as PDF", ".pdf", parent);
         if (path.empty()) return false;
-        Progress progress(job.count(), &parent);
+        PrintProgress progress(job.count(), &parent);
         const PdfWritten written =
             writePdf(job, path, bookName(), [&progress](int done) { return progress.goOn(done); });
         m_window.desktop().status(describe(written, job, path));
@@ -131,19 +102,13 @@ class PrintItems final : public WindowPart {
         const bool isRange = printer.printRange() == QPrinter::PageRange;
         const int first = isRange ? std::max(1, printer.fromPage()) : 1;
         const int last = isRange ? std::min(job.count(), printer.toPage()) : job.count();
-        Progress progress(last - first + 1, &parent);
-        const Printed printed = job.paintAll(printer, first - 1, last - 1, [&](int done) {
-            if (progress.goOn(done)) return true;
-            printer.abort();
-            return false;
-        });
-        const bool failed = printed == Printed::Failed || printer.printerState() == QPrinter::Error;
-        const std::string pages = std::to_string(last - first + 1);
-        m_window.desktop().status(failed                          ? "The printer refused the pages"
-                                  : printed == Printed::Cancelled ? "Printing cancelled"
-                                                                  : pages + " pages sent to the printer");
-        if (failed) m_window.desktop().messageBox("The printer refused the pages");
-        return printed == Printed::Done && !failed;
+        PrintProgress progress(last - first + 1, &parent);
+        const Printed printed =
+            printOn(printer, job, first - 1, last - 1, [&progress](int done) { return progress.goOn(done); });
+        const std::string words = describePrint(printed, last - first + 1);
+        m_window.desktop().status(words);
+        if (printed == Printed::Failed) m_window.desktop().messageBox(words);
+        return printed == Printed::Done;
     }
 
     void send(const exchange::SectionExporter& exporter, const char* title, const char* ending) {

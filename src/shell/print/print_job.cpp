@@ -12,6 +12,7 @@
 #include <QGlyphRun>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QRawFont>
 #include <QTextLayout>
 
@@ -236,6 +237,27 @@ Printed PrintJob::paintAll(QPagedPaintDevice& device, int first, int last,
         if (goOn && !goOn(page - first + 1)) return Printed::Cancelled;
     }
     return painter.end() ? Printed::Done : Printed::Failed;
+}
+
+Printed printOn(QPrinter& printer, const PrintJob& job, int first, int last,
+                const std::function<bool(int done)>& goOn) {
+    bool cancelled = false;
+    const Printed printed = job.paintAll(printer, first, last, [&](int done) {
+        cancelled = goOn && !goOn(done);
+        if (cancelled) printer.abort();
+        // A printer that has given up takes pages on and prints none.
+        return !cancelled && printer.printerState() != QPrinter::Aborted;
+    });
+    if (cancelled) return Printed::Cancelled;
+    const QPrinter::PrinterState state = printer.printerState();
+    const bool gaveUp = state == QPrinter::Error || state == QPrinter::Aborted;
+    return gaveUp || printed != Printed::Done ? Printed::Failed : Printed::Done;
+}
+
+std::string describePrint(Printed printed, int pages) {
+    if (printed == Printed::Cancelled) return "Printing cancelled";
+    if (printed == Printed::Failed) return "The printer refused the pages";
+    return std::to_string(pages) + (pages == 1 ? " page" : " pages") + " sent to the printer";
 }
 
 PdfWritten writePdf(const PrintJob& job, const std::string& path, const std::string& title,

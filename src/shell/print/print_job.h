@@ -18,6 +18,7 @@
 
 class QPagedPaintDevice;
 class QPainter;
+class QPrinter;
 
 namespace shell {
 
@@ -87,6 +88,13 @@ struct PdfWritten {
 /// Writes the job beside `path` first and then renames it, so that an old file stays whole when it fails.
 [[nodiscard]] PdfWritten writePdf(const PrintJob& job, const std::string& path, const std::string& title,
                                   const std::function<bool(int done)>& goOn);
+
+/// Paints pages `first` to `last` on a printer, which drops them when `goOn` stops it. A printer that ends in
+/// an error or gives up has failed, whatever it took before.
+[[nodiscard]] Printed printOn(QPrinter& printer, const PrintJob& job, int first, int last,
+                              const std::function<bool(int done)>& goOn);
+/// What the user is told of that.
+[[nodiscard]] std::string describePrint(Printed printed, int pages);
 
 /// "12 pages written to book.pdf; 3 characters have no sign in any font that is installed".
 [[nodiscard]] std::string describe(const PdfWritten& written, const PrintJob& job, const std::string& path);
