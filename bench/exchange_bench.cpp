@@ -40,7 +40,7 @@ void fill(sheet::Grid& grid, int rows) {
 /// Folder and book for the CSV benchmarks.
 struct CsvCase {
     std::filesystem::path folder;
-    sheet::Book book;
+    project::Book book;
 
     CsvCase() {
         std::string form = (std::filesystem::temp_directory_path() / "zavrogrl-bench-XXXXXX").string();
@@ -95,13 +95,13 @@ void BM_ImportFromLibreOffice(benchmark::State& state) {
         return;
     }
     RunningOffice office;
-    sheet::Book source;
+    project::Book source;
     fill(source.MSFG, sheetRows);
     office.start({office.convert(office.write("book.csv", exchange::csvText(source.MSFG)), "xlsx")});
     spreadsheet::LibreOffice program({SHEET_READER, std::vector{office.socket()}});
     Quiet desktop;
     desktop.folder = office.path(".");
-    sheet::Book book;
+    project::Book book;
     const auto run = [&] { exchange::importSheet(book, desktop, [&] { return program.readSheet({}); }); };
     const bool loaded = RunningOffice::waitUntil([&] {
         run();

@@ -1,6 +1,6 @@
 #include "exchange/dxf.h"
 #include "exchange/landxml.h"
-#include "sheet/book.h"
+#include "project/book.h"
 #include "shell/controls/profile_view.h"
 #include "shell/print/print_job.h"
 
@@ -43,9 +43,9 @@ void fillRoad(sheet::Grid& grid, int rows) {
 }
 
 const sheet::Grid& road(int rows) {
-    static std::unique_ptr<sheet::Book> book;
+    static std::unique_ptr<project::Book> book;
     if (!book || book->MSFG.Rows() != rows + 1) {
-        book = std::make_unique<sheet::Book>();
+        book = std::make_unique<project::Book>();
         fillRoad(book->MSFG, rows);
     }
     return book->MSFG;
@@ -91,7 +91,7 @@ void BM_SectionsFromNothing(benchmark::State& state) {
 
 /// One level changed in a book that is followed, and the points asked for again.
 void BM_SectionsFollow(benchmark::State& state) {
-    sheet::Book book;
+    project::Book book;
     fillRoad(book.MSFG, int(state.range(0)));
     survey::Sections sections(book.MSFG);
     book.MSFG.addListener(sections);

@@ -5,12 +5,12 @@
 // Usage: peers [RUNS]
 
 #include "exchange/transfer.h"
+#include "project/book.h"
 #include "project/load.h"
 #include "project/project_file.h"
 #include "project/report.h"
 #include "project/save.h"
 #include "scripted_desktop.h"
-#include "sheet/book.h"
 #include "sheet/reduction.h"
 #include "tools/road_tables.h"
 
@@ -44,7 +44,7 @@ class QuietDesktop : public ScriptedDesktop {
 struct World {
     fs::path folder;
     QuietDesktop desktop;
-    sheet::Book book;
+    project::Book book;
 };
 
 /// Milliseconds by the clock on the wall, and of the processor, the processes that were started included.
@@ -90,7 +90,7 @@ void need(bool holds, const char* what) {
 }
 
 // A reduced cross-section book: at every metre of road a centre reading and five on either side.
-void fillBook(sheet::Book& book, ScriptedDesktop& desktop, int readings) {
+void fillBook(project::Book& book, ScriptedDesktop& desktop, int readings) {
     sheet::Grid& grid = book.MSFG;
     grid.setRows(readings + 2);
     grid.setText(1, sheet::RLevel, "100.000");

@@ -4,11 +4,11 @@
 #include "dao/dao.h"
 #include "desktop/desktop.h"
 #include "jet/database.h"
+#include "project/book.h"
 #include "project/load.h"
 #include "project/project_file.h"
 #include "project/report.h"
 #include "project/save.h"
-#include "sheet/book.h"
 
 #include <benchmark/benchmark.h>
 
@@ -90,7 +90,7 @@ struct Setting {
 
     std::string folder;
     std::string path;
-    sheet::Book book;
+    project::Book book;
     std::unique_ptr<QuietDesktop> desktop;
 };
 

@@ -77,7 +77,7 @@ struct Setting {
 
     fs::path home;
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
     exchange::ExportFrame frame;
 };
 

@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
         if (!hasDisplay(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
         const QGuiApplication application(argc, argv);
         return shell::writePdfOf(QGuiApplication::arguments(),
-                                 [](sheet::Book& book, const std::string& path) {
+                                 [](project::Book& book, const std::string& path) {
                                      return cli::loadBook(book, path, std::cin, std::cerr);
                                  });
     }

@@ -15,7 +15,7 @@
 
 namespace cli {
 
-bool openProject(sheet::Book& book, StreamDesktop& desktop, const std::string& path) {
+bool openProject(project::Book& book, StreamDesktop& desktop, const std::string& path) {
     desktop.setAbout(path);
     const bool opened = project::openPath(book, desktop, path);
     desktop.setAbout({});
@@ -27,7 +27,7 @@ std::string textOf(const std::string& path, std::istream& in) {
     return basic::toUtf8(std::string(std::istreambuf_iterator<char>(in), {}));
 }
 
-bool loadBook(sheet::Book& book, const std::string& path, std::istream& in, std::ostream& err) {
+bool loadBook(project::Book& book, const std::string& path, std::istream& in, std::ostream& err) {
     if (basic::lower(path).ends_with(".grl")) {
         StreamDesktop desktop(err);
         return openProject(book, desktop, path);

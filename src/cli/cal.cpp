@@ -4,8 +4,8 @@
 #include "stream_desktop.h"
 
 #include "exchange/book_csv.h"
+#include "project/book.h"
 #include "sheet/arithmetic_check.h"
-#include "sheet/book.h"
 #include "sheet/reduction.h"
 
 #include "basic/files.h"
@@ -16,7 +16,7 @@
 namespace cli {
 ExitStatus cal(const CalOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
     try {
-        sheet::Book book;
+        project::Book book;
         exchange::readBook(book.MSFG, textOf(options.in, in));
         StreamDesktop desktop(err);
         if (sheet::reduceLevels(book, desktop).stopped()) return Failed;

@@ -28,7 +28,7 @@ std::string allJson(const std::vector<Finding>& findings) {
 } // namespace
 
 ExitStatus check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
-    sheet::Book book;
+    project::Book book;
     sheet::writeHeader(book.MSFG);
     if (!loadBook(book, options.book, in, err)) return Failed;
     survey::Runs runs(book.MSFG);

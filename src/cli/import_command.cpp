@@ -190,7 +190,7 @@ class Import {
 
     ExitStatus write(const std::vector<exchange::BookRow>& rows) {
         StreamDesktop desktop(m_err);
-        sheet::Book book;
+        project::Book book;
         if (exchange::importRows(book, desktop, rows, exchange::ImportPlace::Replace) !=
             project::Outcome::Done)
             return Failed;

@@ -144,7 +144,7 @@ std::optional<std::pair<int, double>> knownRowFrom(std::string_view text) {
 }
 
 ExitStatus levels(const LevelsOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
-    sheet::Book book;
+    project::Book book;
     if (!loadBook(book, options.book, in, err)) return Failed;
     const sheet::Grid& grid = book.MSFG;
     survey::Closing closing = options.closing;

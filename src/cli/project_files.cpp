@@ -5,12 +5,12 @@
 
 #include "exchange/book_csv.h"
 #include "exchange/csv_export.h"
+#include "project/book.h"
 #include "project/load.h"
 #include "project/program_folder.h"
 #include "project/project_file.h"
 #include "project/save.h"
 #include "sheet/arithmetic_check.h"
-#include "sheet/book.h"
 #include "sheet/reduction.h"
 
 #include "basic/files.h"
@@ -20,7 +20,7 @@
 namespace cli {
 ExitStatus calProject(const std::string& path, std::ostream& err) {
     StreamDesktop desktop(err);
-    sheet::Book book;
+    project::Book book;
     if (!openProject(book, desktop, path)) return Failed;
     if (sheet::reduceLevels(book, desktop).stopped()) return Failed;
     if (!project::rewriteProject(book, desktop).whole()) return Failed;
@@ -32,7 +32,7 @@ ExitStatus calProject(const std::string& path, std::ostream& err) {
 ExitStatus exportProject(const std::string& path, const std::string& out, std::ostream& standardOut,
                          std::ostream& err) {
     StreamDesktop desktop(err);
-    sheet::Book book;
+    project::Book book;
     if (!openProject(book, desktop, path)) return Failed;
     try {
         const std::string csv = exchange::csvText(book.MSFG);
@@ -48,7 +48,7 @@ ExitStatus exportProject(const std::string& path, const std::string& out, std::o
 
 ExitStatus newProject(const std::string& path, const std::string& from, std::istream& in, std::ostream& err) {
     StreamDesktop desktop(err);
-    sheet::Book book;
+    project::Book book;
     try {
         exchange::readBook(book.MSFG, textOf(from, in));
     } catch (const basic::RuntimeError& error) {

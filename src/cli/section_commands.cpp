@@ -15,7 +15,7 @@ namespace {
 
 ExitStatus send(const std::string& book, const std::string& path, const exchange::SectionExporter& exporter,
                 std::istream& in, std::ostream& err) {
-    sheet::Book loaded;
+    project::Book loaded;
     if (!loadBook(loaded, book, in, err)) return Failed;
     survey::Sections sections(loaded.MSFG);
     const exchange::SectionExport sent = exchange::exportSections(sections, exporter, path);
@@ -33,7 +33,7 @@ std::string roadOf(const std::string& book) {
 
 ExitStatus printSections(const std::string& book, bool json, std::istream& in, std::ostream& out,
                          std::ostream& err) {
-    sheet::Book loaded;
+    project::Book loaded;
     if (!loadBook(loaded, book, in, err)) return Failed;
     survey::Sections sections(loaded.MSFG);
     const char* divider = json ? "[\n" : "";

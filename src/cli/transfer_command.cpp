@@ -28,7 +28,7 @@ class TransferDesktop final : public StreamDesktop {
     void status(std::string_view message) override {
         if (!message.empty()) m_statuses.emplace_back(message);
     }
-    void sayStatuses(sheet::Book& book) {
+    void sayStatuses(project::Book& book) {
         for (const std::string& message : m_statuses)
             StreamDesktop::status(message);
         StreamDesktop::status(book.notices.takeLine().text);
@@ -94,7 +94,7 @@ ExitStatus transfer(const TransferOptions& options, std::ostream& out, std::ostr
     mdlTools::InitLSectFieldTable();
     TransferDesktop desktop(err);
     desktop.status(project::prepareProgramFolder(desktop.programFolder(), project::shippedFolder()));
-    sheet::Book book;
+    project::Book book;
     book.DefaultFolder = options.folder;
     ExportFrame frame;
     if (!openProject(book, desktop, options.book) || !fillFrame(frame, desktop, options)) return Failed;

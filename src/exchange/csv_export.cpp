@@ -25,7 +25,7 @@ std::string withEnding(const std::string& name, std::size_t count, const char* e
 
 /// Has `write` make the file at the project's path, its last `count` characters replaced by `ending`, and
 /// tells how it went.
-void createFile(const sheet::Book& book, desktop::Desktop& desktop, std::size_t count, const char* ending,
+void createFile(const project::Book& book, desktop::Desktop& desktop, std::size_t count, const char* ending,
                 const std::function<void(const std::string& path)>& write) {
     std::string place;
     try {
@@ -57,8 +57,8 @@ std::string csvText(const sheet::Grid& grid, const std::function<void(int)>& row
     return text;
 }
 
-void exportCsv(sheet::Book& book, desktop::Desktop& desktop) {
-    if (book.Caption.size() < std::strlen(sheet::Book::captionPrefix)) return;
+void exportCsv(project::Book& book, desktop::Desktop& desktop) {
+    if (book.Caption.size() < std::strlen(project::Book::captionPrefix)) return;
     createFile(book, desktop, std::strlen("grl"), "csv", [&](const std::string& path) {
         sheet::LongWork work(book.MSFG, desktop);
         const int rows = book.MSFG.Rows();
@@ -66,7 +66,7 @@ void exportCsv(sheet::Book& book, desktop::Desktop& desktop) {
     });
 }
 
-void exportChangePoints(sheet::Grid& list, const sheet::Book& book, desktop::Desktop& desktop) {
+void exportChangePoints(sheet::Grid& list, const project::Book& book, desktop::Desktop& desktop) {
     createFile(book, desktop, std::strlen(".grl"), "cp.csv", [&](const std::string& path) {
         const sheet::HiddenGrid hidden(list);
         basic::writeFile(path, csvText(list));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/desktop.h"
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include <functional>
 #include <string>
@@ -15,9 +15,9 @@ namespace exchange {
 
 /// Writes the book to the CSV file beside its project file ("Site1.csv" for "Site1.grl"), replacing an
 /// earlier one whole. A failure leaves the old file and is said in the status bar.
-void exportCsv(sheet::Book& book, desktop::Desktop& desktop);
+void exportCsv(project::Book& book, desktop::Desktop& desktop);
 
 /// Writes the change-point list of the book in the same way, to "Site1cp.csv".
-void exportChangePoints(sheet::Grid& list, const sheet::Book& book, desktop::Desktop& desktop);
+void exportChangePoints(sheet::Grid& list, const project::Book& book, desktop::Desktop& desktop);
 
 } // namespace exchange

@@ -28,7 +28,7 @@ std::string formatted(const std::string& text, int col) {
 
 /// Puts the rows into the grid, whose former content goes, marks and all. The cursor ends on the last cell
 /// that was read.
-void fillGrid(sheet::Book& book, desktop::Desktop& desktop, const std::vector<spreadsheet::Row>& rows) {
+void fillGrid(project::Book& book, desktop::Desktop& desktop, const std::vector<spreadsheet::Row>& rows) {
     sheet::Grid& grid = book.MSFG;
     sheet::LongWork work(grid, desktop);
     const int count = static_cast<int>(rows.size());
@@ -46,7 +46,7 @@ void fillGrid(sheet::Book& book, desktop::Desktop& desktop, const std::vector<sp
 
 } // namespace
 
-project::Outcome importSheet(sheet::Book& book, desktop::Desktop& desktop,
+project::Outcome importSheet(project::Book& book, desktop::Desktop& desktop,
                              const std::function<std::vector<spreadsheet::Row>()>& readSheet) {
     std::vector<spreadsheet::Row> rows;
     try {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "desktop/desktop.h"
+#include "project/book.h"
 #include "project/project_commands.h"
-#include "sheet/book.h"
 #include "spreadsheet/spreadsheet.h"
 
 #include <functional>
@@ -19,7 +19,7 @@ namespace exchange {
 /// spreadsheet::Error the book stays as it was and the user is told why. An unsaved book is set aside first,
 /// and kept where it is when that cannot be.
 /// The levels are left as read.
-project::Outcome importSheet(sheet::Book& book, desktop::Desktop& desktop,
+project::Outcome importSheet(project::Book& book, desktop::Desktop& desktop,
                              const std::function<std::vector<spreadsheet::Row>()>& readSheet);
 
 } // namespace exchange

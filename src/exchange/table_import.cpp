@@ -522,7 +522,7 @@ Joint jointBelow(const sheet::Grid& grid, const std::vector<BookRow>& rows) {
     return joint;
 }
 
-project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
+project::Outcome importRows(project::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
                             ImportPlace place) {
     if (rows.empty()) {
         desktop.status("There is nothing to import; the book is as it was");

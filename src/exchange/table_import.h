@@ -3,8 +3,8 @@
 #include "column_guess.h"
 
 #include "desktop/desktop.h"
+#include "project/book.h"
 #include "project/project_commands.h"
-#include "sheet/book.h"
 
 #include <array>
 #include <string>
@@ -48,7 +48,7 @@ enum class ImportPlace { Replace, AddBelow };
 
 /// Puts rows into the book: in its place, after an unsaved one was set aside, or below the last row that
 /// holds anything, if they can go on there. The levels are left to Cal.
-project::Outcome importRows(sheet::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
+project::Outcome importRows(project::Book& book, desktop::Desktop& desktop, const std::vector<BookRow>& rows,
                             ImportPlace place);
 
 } // namespace exchange

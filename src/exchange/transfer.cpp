@@ -34,7 +34,7 @@ bool isBlank(const TextBox& box) {
 
 class Transfer {
   public:
-    Transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame)
+    Transfer(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame)
         : m_book(book), m_grid(book.MSFG), m_desktop(desktop), m_frame(frame), m_copy(desktop) {}
 
     TransferEnd run() {
@@ -240,7 +240,7 @@ class Transfer {
         cancelExport(m_desktop, m_frame);
     }
 
-    sheet::Book& m_book;
+    project::Book& m_book;
     sheet::Grid& m_grid;
     desktop::Desktop& m_desktop;
     ExportFrame& m_frame;
@@ -259,7 +259,7 @@ std::vector<std::string> levelColumn(const sheet::Grid& grid) {
 
 /// Reduces the book, but leaves R.Level. as it is while it holds the adjusted levels of these readings: they
 /// are what the user wants to be sent. False when the reduction stopped.
-bool reduceForTransfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+bool reduceForTransfer(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     sheet::Grid& grid = book.MSFG;
     frame.sendsAdjusted = survey::holdsAdjustedLevels(grid);
     const std::vector<std::string> before = levelColumn(grid);
@@ -284,7 +284,7 @@ bool reduceForTransfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame
 
 } // namespace
 
-bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+bool showExportFrame(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     if (book.MSFG.Rows() < 3) {
         desktop.messageBox("1st Enter Field Book Data...");
         return false;
@@ -296,7 +296,7 @@ bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& 
     return reduced;
 }
 
-TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
+TransferEnd transfer(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame) {
     if (frame.chkFRL) {
         const bool sent = CFrl(book, desktop, frame);
         frame.Enb();

@@ -2,7 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "export_frame.h"
-#include "sheet/book.h"
+#include "project/book.h"
 
 namespace exchange {
 
@@ -18,12 +18,12 @@ enum class TransferEnd {
 
 /// The export button: reduces the book and shows the frame; a book without a row below the starting one only
 /// gets a message. False when there is nothing to send: no frame, or a reduction that stopped.
-bool showExportFrame(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
+bool showExportFrame(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
 
 /// Transfer in the frame: checks the book, saves it, and makes the project folder of the road program under
 /// the default folder: Road.mdb, Road.dwg, LRod.dwg and a copy of the project. Works on a copy of the
 /// template "Rod.mdb" in the program folder. Never throws a RuntimeError.
-TransferEnd transfer(sheet::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
+TransferEnd transfer(project::Book& book, desktop::Desktop& desktop, ExportFrame& frame);
 
 /// Cancel in the frame.
 void cancelExport(desktop::Desktop& desktop, ExportFrame& frame);

@@ -8,7 +8,7 @@
 
 namespace project {
 
-Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop) {
+Outcome appendProject(Book& book, desktop::Desktop& desktop) {
     std::optional<std::string> chosen = desktop.fileDialog(desktop::FileDialog::Open, book.FileName);
     if (!chosen || chosen->empty() || *chosen == noFile) return Outcome::Cancelled;
     book.FileName = std::move(*chosen);

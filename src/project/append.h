@@ -5,6 +5,6 @@
 namespace project {
 
 /// Adds the rows of a second project file below the last row of the book. Renumbers and reduces nothing.
-Outcome appendProject(sheet::Book& book, desktop::Desktop& desktop);
+Outcome appendProject(Book& book, desktop::Desktop& desktop);
 
 } // namespace project

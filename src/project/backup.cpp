@@ -34,7 +34,7 @@ std::string freeName(const std::string& path) {
 
 } // namespace
 
-bool backUp(const sheet::Book& book, Report& report) {
+bool backUp(const Book& book, Report& report) {
     const std::string path = book.projectPath();
     const bool foreign = !book.FileMark.empty() && basic::fileExists(path) && fileMark(path) != book.FileMark;
     bool kept = report.attempt("No backup was made", [&] { keepCopy(path, path + ".bak"); }).empty();

@@ -4,8 +4,7 @@
 
 namespace project {
 
-bool chooseFile(sheet::Book& book, desktop::Desktop& desktop, desktop::FileDialog kind,
-                const std::string& before) {
+bool chooseFile(Book& book, desktop::Desktop& desktop, desktop::FileDialog kind, const std::string& before) {
     std::optional<std::string> chosen = desktop.fileDialog(kind, book.FileName);
     const bool named = chosen && !chosen->empty() && (*chosen != noFile);
     book.FileName = named ? std::move(*chosen) : before;

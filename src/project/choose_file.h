@@ -1,8 +1,8 @@
 #pragma once
 
+#include "book.h"
 #include "new_file.h"
 #include "report.h"
-#include "sheet/book.h"
 
 // What New, Open and Save have in common: the name from the common file dialog, and the file made for it.
 
@@ -12,8 +12,7 @@ namespace project {
 inline constexpr const char* noFile = "*.grl";
 
 /// Asks for a name into cdl1.FileName, which becomes `before` when there is none; false then.
-bool chooseFile(sheet::Book& book, desktop::Desktop& desktop, desktop::FileDialog kind,
-                const std::string& before);
+bool chooseFile(Book& book, desktop::Desktop& desktop, desktop::FileDialog kind, const std::string& before);
 
 /// What is said of the file that a new one took the place of.
 inline constexpr const char* trashedNote = "The file that stood there is in the trash.";

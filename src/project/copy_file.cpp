@@ -72,7 +72,7 @@ std::optional<std::vector<std::string>> parseRow(std::string_view line) {
 
 } // namespace
 
-void writeCopy(const sheet::Book& book, std::chrono::system_clock::time_point written, const Sink& sink) {
+void writeCopy(const Book& book, std::chrono::system_clock::time_point written, const Sink& sink) {
     constexpr std::size_t part = 4096;
     std::string out(firstLine);
     out.reserve(2 * part);

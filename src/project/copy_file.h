@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sheet/book.h"
+#include "book.h"
 
 #include "files/lock.h"
 
@@ -32,7 +32,7 @@ struct BookCopy {
 using Sink = std::function<void(std::string_view part)>;
 
 /// The copy, in parts of a few kilobytes: it is also written when memory is what is missing.
-void writeCopy(const sheet::Book& book, std::chrono::system_clock::time_point written, const Sink& sink);
+void writeCopy(const Book& book, std::chrono::system_clock::time_point written, const Sink& sink);
 
 /// The copy in `content`; nothing when it is damaged or none of ours.
 [[nodiscard]] std::optional<BookCopy> parseCopy(std::string_view content);

@@ -24,7 +24,7 @@ std::string readFolder(const std::string& file) {
 
 } // namespace
 
-void readDefaultFolder(sheet::Book& book, desktop::Desktop& desktop) {
+void readDefaultFolder(Book& book, desktop::Desktop& desktop) {
     book.DefaultFolder = usualFolder;
     const std::string file = settingFile(desktop);
     if (!basic::fileExists(file)) return;
@@ -51,7 +51,7 @@ std::string nearestFolder(std::string_view folder) {
     return place.empty() ? "/" : place;
 }
 
-void chooseDefaultFolder(sheet::Book& book, desktop::Desktop& desktop, std::string_view folder) {
+void chooseDefaultFolder(Book& book, desktop::Desktop& desktop, std::string_view folder) {
     book.DefaultFolder = std::string(basic::trim(folder));
     try {
         basic::writeLines(settingFile(desktop), {prefix + book.DefaultFolder});

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "book.h"
 #include "desktop/desktop.h"
-#include "sheet/book.h"
 
 #include <string>
 #include <string_view>
@@ -11,7 +11,7 @@
 namespace project {
 
 /// Sets DefaultFolder from "set.ini", to "C:\Road" without that file. Raises nothing.
-void readDefaultFolder(sheet::Book& book, desktop::Desktop& desktop);
+void readDefaultFolder(Book& book, desktop::Desktop& desktop);
 
 /// The folder that frmDorvan shows in lblDD when it loads: that of "set.ini", which is made when it is
 /// missing. Raises the file's error.
@@ -22,6 +22,6 @@ void readDefaultFolder(sheet::Book& book, desktop::Desktop& desktop);
 
 /// OK in frmDorvan: `folder`, trimmed, becomes DefaultFolder and goes into "set.ini". A file that cannot be
 /// written is said in the status bar; the folder holds for this run.
-void chooseDefaultFolder(sheet::Book& book, desktop::Desktop& desktop, std::string_view folder);
+void chooseDefaultFolder(Book& book, desktop::Desktop& desktop, std::string_view folder);
 
 } // namespace project

@@ -54,7 +54,7 @@ void tellLeftover(sheet::Notices& notices, const std::string& stayed, const std:
 
 } // namespace
 
-bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
+bool op(Book& book, desktop::Desktop& desktop, Report& report) {
     const std::string before = book.hasFile() ? basic::baseName(book.projectPath()) : std::string();
     try {
         book.setProjectPath(book.FileName);
@@ -92,7 +92,7 @@ bool op(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
     }
 }
 
-bool openPath(sheet::Book& book, desktop::Desktop& desktop, const std::string& path) {
+bool openPath(Book& book, desktop::Desktop& desktop, const std::string& path) {
     book.FileName = path;
     book.CurrentFile = path;
     Report report(desktop);

@@ -51,7 +51,7 @@ std::uint64_t gridMark(const sheet::Grid& grid) {
     return anyText ? mark : 0;
 }
 
-std::uint64_t bookMark(const sheet::Book& book) {
+std::uint64_t bookMark(const Book& book) {
     std::uint64_t mark = gridMark(book.MSFG);
     if (book.JobHeading.empty()) return mark;
     for (std::size_t key = 0; key < sheet::Heading::keys.size(); ++key)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sheet/book.h"
+#include "book.h"
 
 #include <cstdint>
 #include <string>
@@ -13,7 +13,7 @@ namespace project {
 [[nodiscard]] std::uint64_t gridMark(const sheet::Grid& grid);
 
 /// The same for all of a book that its file holds, the heading included.
-[[nodiscard]] std::uint64_t bookMark(const sheet::Book& book);
+[[nodiscard]] std::uint64_t bookMark(const Book& book);
 
 /// A text that changes when another program writes the file; empty when there is no such file, or
 /// none that can be looked at.

@@ -17,7 +17,7 @@ using desktop::Buttons;
 constexpr const char* saveChanges = "Do you want to Save the changes you made to this file";
 
 /// The name and the leave to empty a file that is there.
-bool chooseNewName(sheet::Book& book, desktop::Desktop& desktop) {
+bool chooseNewName(Book& book, desktop::Desktop& desktop) {
     const std::string before = book.FileName;
     while (true) {
         book.FileName.clear();
@@ -32,7 +32,7 @@ bool chooseNewName(sheet::Book& book, desktop::Desktop& desktop) {
     }
 }
 
-void emptyBook(sheet::Book& book, desktop::Desktop& desktop) {
+void emptyBook(Book& book, desktop::Desktop& desktop) {
     sheet::Grid& grid = book.MSFG;
     grid.setVisible(true);
     grid.beginBook();
@@ -47,20 +47,20 @@ void emptyBook(sheet::Book& book, desktop::Desktop& desktop) {
     book.SavedMark = bookMark(book);
 }
 
-void refuse(sheet::Book& book, desktop::Desktop& desktop, const Aside& aside) {
+void refuse(Book& book, desktop::Desktop& desktop, const Aside& aside) {
     desktop.status("The book stays open, it is in no file. " + aside.failure);
     book.BookChanged = true;
 }
 
 } // namespace
 
-bool mayDrop(sheet::Book& book, desktop::Desktop& desktop) {
+bool mayDrop(Book& book, desktop::Desktop& desktop) {
     const Aside aside = setAside(book, desktop);
     if (aside.failed()) refuse(book, desktop, aside);
     return !aside.failed();
 }
 
-Outcome newProject(sheet::Book& book, desktop::Desktop& desktop) {
+Outcome newProject(Book& book, desktop::Desktop& desktop) {
     const bool asks = book.MSFG.Visible() && book.BookChanged;
     if (asks && desktop.messageBox("Check current file is saved or not..To Create another Press Yes",
                                    Buttons::YesNo) != Answer::Yes)
@@ -90,7 +90,7 @@ Outcome newProject(sheet::Book& book, desktop::Desktop& desktop) {
     return Outcome::Done;
 }
 
-Outcome openProject(sheet::Book& book, desktop::Desktop& desktop) {
+Outcome openProject(Book& book, desktop::Desktop& desktop) {
     std::string before = book.FileName;
     bool givenUp = false;
     if (!book.MSFG.Visible()) {
@@ -126,7 +126,7 @@ Outcome openProject(sheet::Book& book, desktop::Desktop& desktop) {
     return loaded ? Outcome::Done : Outcome::Failed;
 }
 
-Outcome openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry) {
+Outcome openRecent(Book& book, desktop::Desktop& desktop, int entry) {
     const std::string& path = book.mnuX.at(static_cast<std::size_t>(entry) - 1);
     if (path.empty()) return Outcome::Cancelled;
     const bool unsaved = isUnsaved(book);
@@ -138,7 +138,7 @@ Outcome openRecent(sheet::Book& book, desktop::Desktop& desktop, int entry) {
     return loaded ? Outcome::Done : Outcome::Failed;
 }
 
-bool exitProgram(sheet::Book& book, desktop::Desktop& desktop) {
+bool exitProgram(Book& book, desktop::Desktop& desktop) {
     if (!book.BookChanged) return mayDrop(book, desktop);
     switch (desktop.messageBox(saveChanges, Buttons::YesNoCancel)) {
     case Answer::Yes:

@@ -41,7 +41,7 @@ Entries readList(desktop::Desktop& desktop) {
 
 } // namespace
 
-void mNu(sheet::Book& book, desktop::Desktop& desktop) {
+void mNu(Book& book, desktop::Desktop& desktop) {
     try {
         Entries entries = readList(desktop);
         for (std::size_t k = 0; k < entries.size(); ++k)
@@ -51,7 +51,7 @@ void mNu(sheet::Book& book, desktop::Desktop& desktop) {
     }
 }
 
-void Sv(const sheet::Book& book, desktop::Desktop& desktop) {
+void Sv(const Book& book, desktop::Desktop& desktop) {
     if (!basic::fileExists(book.FileName)) return;
     const std::string path = wholePath(book.FileName);
     const Entries entries = readList(desktop);

@@ -67,7 +67,7 @@ std::vector<Found> findCopies(const std::string& folder) {
     return found;
 }
 
-LockedFile writeLocked(const std::string& path, const sheet::Book& book, system_clock::time_point when) {
+LockedFile writeLocked(const std::string& path, const Book& book, system_clock::time_point when) {
     return LockedFile::write(path, [&](const Sink& sink) { writeCopy(book, when, sink); });
 }
 
@@ -77,7 +77,7 @@ std::string noCopy(std::string_view why) {
 
 /// "An unsaved book "road.grl" of 2026-11-23 09:36 with 57 rows was found. Open it?"
 std::string question(const BookCopy& copy) {
-    sheet::Book book;
+    Book book;
     book.Caption = copy.caption;
     const std::string name =
         book.hasFile() ? '"' + basic::baseName(book.projectPath()) + '"' : "without a name";
@@ -88,11 +88,11 @@ std::string question(const BookCopy& copy) {
 
 } // namespace
 
-bool isUnsaved(const sheet::Book& book) {
+bool isUnsaved(const Book& book) {
     return bookMark(book) != book.SavedMark;
 }
 
-Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
+Aside setAside(Book& book, desktop::Desktop& desktop) {
     if (!isUnsaved(book)) return {};
     const std::uint64_t mark = bookMark(book);
     if (mark == book.AsideMark && basic::fileExists(book.AsideCopy)) return {book.AsideCopy, {}};
@@ -107,7 +107,7 @@ Aside setAside(sheet::Book& book, desktop::Desktop& desktop) {
     return {std::move(path), {}};
 }
 
-std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
+std::string rescueBook(const Book& book, desktop::Desktop& desktop) {
     if (!isUnsaved(book)) return {};
     try {
         writeLocked(newCopyPath(desktop), book, desktop.now());
@@ -119,7 +119,7 @@ std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop) {
     }
 }
 
-Recovery::Recovery(sheet::Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
+Recovery::Recovery(Book& book, desktop::Desktop& desktop) : m_book(book), m_desktop(desktop) {}
 
 Recovery::~Recovery() = default;
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "book.h"
 #include "desktop/desktop.h"
-#include "sheet/book.h"
 
 #include <chrono>
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace project {
 inline constexpr const char* copyPrefix = "recovery-";
 
 /// True while the grid holds something that no file has.
-[[nodiscard]] bool isUnsaved(const sheet::Book& book);
+[[nodiscard]] bool isUnsaved(const Book& book);
 
 /// What the status bar says of a book that was set aside.
 inline constexpr const char* setAsideNote =
@@ -34,11 +34,11 @@ struct Aside {
 /// Writes a copy that the next start offers like one of a crash, when the book is unsaved; called before its
 /// grid is dropped without a question. A grid that stands in such a copy already gets no second one. Raises
 /// nothing.
-Aside setAside(sheet::Book& book, desktop::Desktop& desktop);
+Aside setAside(Book& book, desktop::Desktop& desktop);
 
 /// The same after something failed that nobody expected, and always anew. What is to be said about it; empty
 /// when there was nothing unsaved.
-[[nodiscard]] std::string rescueBook(const sheet::Book& book, desktop::Desktop& desktop);
+[[nodiscard]] std::string rescueBook(const Book& book, desktop::Desktop& desktop);
 
 class LockedFile;
 
@@ -46,7 +46,7 @@ class LockedFile;
 /// it.
 class Recovery {
   public:
-    Recovery(sheet::Book& book, desktop::Desktop& desktop);
+    Recovery(Book& book, desktop::Desktop& desktop);
     Recovery(const Recovery&) = delete;
     Recovery& operator=(const Recovery&) = delete;
     ~Recovery();
@@ -67,7 +67,7 @@ class Recovery {
     void write(std::uint64_t mark);
     void restore(const struct BookCopy& copy);
 
-    sheet::Book& m_book;
+    Book& m_book;
     desktop::Desktop& m_desktop;
     std::string m_path; // of this process's copy; empty while there is none
     std::unique_ptr<LockedFile> m_file;

@@ -31,7 +31,7 @@ std::string leftOutText(const sheet::Grid& grid, const Refused& refused) {
 }
 
 /// Writes the grid into `file`, or without one into the project that the caption names.
-Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, std::optional<NewFile> file) {
+Saved writeBook(Book& book, desktop::Desktop& desktop, Report& report, std::optional<NewFile> file) {
     const std::string path = book.projectPath();
     Refused refused;
     try {
@@ -57,14 +57,14 @@ Saved writeBook(sheet::Book& book, desktop::Desktop& desktop, Report& report, st
     return {.end = Saved::Partly, .leftOut = refused.count};
 }
 
-Saved writeOver(sheet::Book& book, desktop::Desktop& desktop, Report& report) {
+Saved writeOver(Book& book, desktop::Desktop& desktop, Report& report) {
     if (backUp(book, report)) return writeBook(book, desktop, report, std::nullopt);
     return notWritten("Another program changed the file");
 }
 
 /// The name for the first Save of a book, in cdl1.FileName. A name that is there already is asked about as it
 /// was given, and once more when the fixed ending makes it another.
-bool chooseFirstName(sheet::Book& book, desktop::Desktop& desktop) {
+bool chooseFirstName(Book& book, desktop::Desktop& desktop) {
     const std::string before = book.FileName;
     const auto otherWanted = [&](const std::string& path) {
         return basic::fileExists(path) &&
@@ -85,7 +85,7 @@ bool chooseFirstName(sheet::Book& book, desktop::Desktop& desktop) {
 }
 
 /// Makes the file of a book's first Save and writes it.
-Saved saveFirst(sheet::Book& book, desktop::Desktop& desktop, Report& report, bool& listed) {
+Saved saveFirst(Book& book, desktop::Desktop& desktop, Report& report, bool& listed) {
     if (!chooseFirstName(book, desktop)) return {};
     const std::string path = book.FileName;
     std::optional<NewFile> file;
@@ -120,7 +120,7 @@ Saved told(Saved saved, const Report& report) {
 
 } // namespace
 
-Saved saveProject(sheet::Book& book, desktop::Desktop& desktop) {
+Saved saveProject(Book& book, desktop::Desktop& desktop) {
     Report report(desktop);
     bool listed = true;
     Saved saved =
@@ -131,7 +131,7 @@ Saved saveProject(sheet::Book& book, desktop::Desktop& desktop) {
     return told(std::move(saved), report);
 }
 
-Saved saveProjectAs(sheet::Book& book, desktop::Desktop& desktop) {
+Saved saveProjectAs(Book& book, desktop::Desktop& desktop) {
     const std::optional<std::string> chosen = desktop.fileDialog(desktop::FileDialog::Save, book.FileName);
     if (!chosen || chosen->empty()) return {};
     const std::string path = book.FileName = fixExtension(*chosen);
@@ -149,12 +149,12 @@ Saved saveProjectAs(sheet::Book& book, desktop::Desktop& desktop) {
     return told(writeBook(book, desktop, report, std::move(file)), report);
 }
 
-Saved rewriteProject(sheet::Book& book, desktop::Desktop& desktop) {
+Saved rewriteProject(Book& book, desktop::Desktop& desktop) {
     Report report(desktop);
     return told(writeOver(book, desktop, report), report);
 }
 
-Saved makeProject(sheet::Book& book, desktop::Desktop& desktop, const std::string& path) {
+Saved makeProject(Book& book, desktop::Desktop& desktop, const std::string& path) {
     Report report(desktop);
     std::optional<NewFile> file;
     const std::string failure = report.attempt(path + " was not made", [&] { file.emplace(desktop, path); });

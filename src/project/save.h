@@ -1,7 +1,7 @@
 #pragma once
 
+#include "book.h"
 #include "desktop/desktop.h"
-#include "sheet/book.h"
 
 #include <string>
 
@@ -27,14 +27,14 @@ struct Saved {
     [[nodiscard]] bool written() const { return end == Whole || end == Partly; }
 };
 
-Saved saveProject(sheet::Book& book, desktop::Desktop& desktop);
-Saved saveProjectAs(sheet::Book& book, desktop::Desktop& desktop);
+Saved saveProject(Book& book, desktop::Desktop& desktop);
+Saved saveProjectAs(Book& book, desktop::Desktop& desktop);
 
 /// What Save does for a book with a name, without the recent list.
-Saved rewriteProject(sheet::Book& book, desktop::Desktop& desktop);
+Saved rewriteProject(Book& book, desktop::Desktop& desktop);
 
 /// Makes a project file of the grid as `path`, which is taken as it stands; a file there is replaced as a
 /// whole.
-Saved makeProject(sheet::Book& book, desktop::Desktop& desktop, const std::string& path);
+Saved makeProject(Book& book, desktop::Desktop& desktop, const std::string& path);
 
 } // namespace project

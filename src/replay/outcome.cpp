@@ -55,7 +55,7 @@ QJsonObject settingsOf(const sheet::Settings& settings) {
 }
 
 QJsonObject stateOf(shell::frmGrl& window, const World& world) {
-    const sheet::Book& book = window.book();
+    const project::Book& book = window.book();
     const sheet::Grid& grid = book.MSFG;
     QJsonObject settings = settingsOf(book.settings);
     if (book.Guarded) settings["guarded"] = 1;

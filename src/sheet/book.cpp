@@ -1,6 +1,6 @@
 #include "book.h"
 
-#include <cstring>
+#include <array>
 
 namespace sheet {
 namespace {
@@ -25,20 +25,6 @@ constexpr std::array<ColumnHead, columnCount> heads{{{"Chainage", 900},
 
 Book::Book() {
     writeHeader(MSFG);
-}
-
-std::string Book::projectPath() const {
-    const std::size_t prefix = std::strlen(captionPrefix);
-    return Caption.size() > prefix ? Caption.substr(prefix) : std::string();
-}
-
-bool Book::hasFile() const {
-    const std::string path = projectPath();
-    return !path.empty() && path != "NoName.grl";
-}
-
-void Book::setProjectPath(std::string_view path) {
-    Caption = captionPrefix + std::string(path);
 }
 
 void writeHeader(Grid& grid) {

@@ -28,7 +28,7 @@ constexpr int drawingSide = 40;
 
 } // namespace
 
-frmCP::frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& window)
+frmCP::frmCP(sheet::Grid list, project::Book& book, QtDesktop& desktop, QWidget& window)
     : QDialog(&window), m_book(book), m_desktop(desktop), m_list(std::move(list)) {
     setObjectName(QStringLiteral("frmCP"));
     setWindowTitle(text("All Change Points."));

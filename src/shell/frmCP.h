@@ -3,7 +3,7 @@
 #include "controls/half_screen.h"
 #include "qt_desktop.h"
 
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include <QDialog>
 
@@ -18,7 +18,7 @@ class FlexGrid;
 /// project.
 class frmCP final : public QDialog {
   public:
-    frmCP(sheet::Grid list, sheet::Book& book, QtDesktop& desktop, QWidget& window);
+    frmCP(sheet::Grid list, project::Book& book, QtDesktop& desktop, QWidget& window);
 
     ~frmCP() override;
 
@@ -33,7 +33,7 @@ class frmCP final : public QDialog {
     void Form_Resize();
     void arrange();
 
-    sheet::Book& m_book;
+    project::Book& m_book;
     QtDesktop& m_desktop;
     sheet::Grid m_list;
     FlexGrid* m_grid;

@@ -19,7 +19,7 @@
 
 namespace shell {
 
-frmDorvan::frmDorvan(sheet::Book& book, desktop::Desktop& desktop, QWidget* parent)
+frmDorvan::frmDorvan(project::Book& book, desktop::Desktop& desktop, QWidget* parent)
     : QDialog(parent),
       m_book(book),
       m_desktop(desktop),

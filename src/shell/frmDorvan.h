@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/desktop.h"
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include <QDialog>
 
@@ -20,7 +20,7 @@ namespace shell {
 /// the folder that lblDD shows.
 class frmDorvan final : public QDialog {
   public:
-    frmDorvan(sheet::Book& book, desktop::Desktop& desktop, QWidget* parent = nullptr);
+    frmDorvan(project::Book& book, desktop::Desktop& desktop, QWidget* parent = nullptr);
 
   private:
     void buildControls();
@@ -31,7 +31,7 @@ class frmDorvan final : public QDialog {
     void cmdOK_Click();
     void goTo(const QString& folder);
 
-    sheet::Book& m_book;
+    project::Book& m_book;
     desktop::Desktop& m_desktop;
     QComboBox* m_Drive1;
     QTreeView* m_Dir1;

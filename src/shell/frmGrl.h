@@ -50,7 +50,7 @@ class frmGrl final : public QMainWindow {
     /// Opens the window: header, start-up files, focus. Call once.
     void Form_Load();
 
-    [[nodiscard]] sheet::Book& book() { return m_book; }
+    [[nodiscard]] project::Book& book() { return m_book; }
     [[nodiscard]] sheet::Journal& journal() { return m_journal; }
     [[nodiscard]] QtDesktop& desktop() { return m_desktop; }
     [[nodiscard]] FlexGrid& grid() { return *m_grid; }
@@ -196,7 +196,7 @@ class frmGrl final : public QMainWindow {
 
     bool m_offersRecovery;
     std::string m_stateFolder;
-    sheet::Book m_book;
+    project::Book m_book;
     sheet::Journal m_journal{m_book};
     QtDesktop m_desktop;
     project::Recovery m_recovery{m_book, m_desktop};

@@ -1,7 +1,7 @@
 #include "basic/files.h"
 #include "cli/cal.h"
 #include "exchange/book_csv.h"
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include "field_book.h"
 #include "temp_folder.h"
@@ -32,7 +32,7 @@ TEST(BookCsv, ReadsEveryForm) {
         {"characters of several bytes", "\u00fc,,,,,,,,,\u20ac\n", "\u00fc,,,,,,,,,\u20ac\r\n"},
     };
     for (const auto& each : cases) {
-        sheet::Book book;
+        project::Book book;
         exchange::readBook(book.MSFG, "\xEF\xBB\xBF"
                                       "chainage ,x,\r\n" +
                                           std::string(each.lines));
@@ -59,7 +59,7 @@ TEST_F(Cal, ReducesAFileOrAStream) {
     EXPECT_EQ(out.str(), folder.read("out.csv"));
     const std::string sums = "Sums agree: B.S. 9.620 - F.S. 9.985 = -0.365, level 100.000 to 99.635.\n";
     EXPECT_EQ(err.str(), sums + sums);
-    sheet::Book book;
+    project::Book book;
     exchange::readBook(book.MSFG, out.str());
     EXPECT_EQ(book.MSFG.Text(9, sheet::RLevel), "99.635");
     // What is written reads back to the same.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entry/key_entry.h"
+#include "project/book.h"
 
 #include "field_book.h"
 #include "scripted_desktop.h"
@@ -24,7 +25,7 @@ struct Scene {
 
 /// A book that is keyed into.
 struct Entry : testing::Test {
-    sheet::Book book;
+    project::Book book;
     ScriptedDesktop desktop;
     sheet::Grid& grid = book.MSFG;
 

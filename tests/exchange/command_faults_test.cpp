@@ -76,7 +76,7 @@ class Desk : public RoadTest {
         ScriptedDesktop next;
         next.folder = desktop.folder;
         next.answers = {desktop::Answer::Yes};
-        sheet::Book found;
+        project::Book found;
         project::Recovery(found, next).offer();
         return found.MSFG.Text(1, sheet::Remark) == "new";
     }
@@ -91,7 +91,7 @@ class Desk : public RoadTest {
 
   private:
     [[nodiscard]] std::string bookFile(const std::string& remark) {
-        sheet::Book made;
+        project::Book made;
         keyRows(made.MSFG, {"00-000,3.15,,,,,,,11.366," + remark, "00-000,,0,,,,,,11.350"});
         EXPECT_TRUE(project::makeProject(made, desktop, home / "made.grl").whole());
         std::string bytes = home.read("made.grl");
@@ -116,7 +116,7 @@ const std::vector<Command> commands{
      }},
     {"first Save",
      [](Desk& desk) {
-         desk.book.Caption = sheet::Book::captionPrefix;
+         desk.book.Caption = project::Book::captionPrefix;
          desk.desktop.files = {desk.home / "first.grl"};
          project::saveProject(desk.book, desk.desktop);
          return false;

@@ -22,7 +22,7 @@ const std::string head = "Chainage,Left,Center,Right,B.S.,I.S.,F.S.,Hgt.Inst,R.L
 struct CsvExport : testing::Test {
     TempFolder folder;
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
 
     CsvExport() {
         book.setProjectPath(folder / "Site1.grl");
@@ -95,7 +95,7 @@ TEST_F(CsvExport, NamesTheFileAfterTheProject) {
         expectCreated(folder / list);
     }
     EXPECT_THAT(desktop.statuses, IsEmpty());
-    book.Caption = sheet::Book::untitledCaption;
+    book.Caption = project::Book::untitledCaption;
     write();
     expectCreated("NoName.csv");
     EXPECT_THAT(desktop.statuses, ElementsAre((fs::current_path() / "NoName.csv").string() + " is created"));

@@ -2,7 +2,7 @@
 
 #include "basic/numbers.h"
 #include "basic/runtime_error.h"
-#include "sheet/book.h"
+#include "project/book.h"
 #include "sheet/reduction.h"
 
 #include "field_book.h"
@@ -115,7 +115,7 @@ TEST(DigitalLevels, RealBooksComeBackFromTheirBlocks) {
         const auto published = bookRows(blocks.book);
         const auto cells = exchange::levelRows(line, {});
         ASSERT_EQ(published.size(), cells.size() + 1);
-        sheet::Book book;
+        project::Book book;
         book.MSFG.setRows(static_cast<int>(cells.size()) + 1);
         for (std::size_t row = 0; row < cells.size(); ++row)
             for (int col = 0; col < sheet::columnCount; ++col)

@@ -3,7 +3,7 @@
 #include "dao/dao.h"
 #include "exchange/road_schema.h"
 #include "exchange/transfer.h"
-#include "sheet/book.h"
+#include "project/book.h"
 #include "tools/road_tables.h"
 #include "tools/start_routine.h"
 
@@ -107,6 +107,6 @@ class RoadTest : public testing::Test {
     std::string roads = home / "roads";
     std::string road = roads + "/Site1/Road.mdb";
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
     exchange::ExportFrame frame;
 };

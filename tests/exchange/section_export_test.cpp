@@ -1,5 +1,6 @@
 #include "exchange/dxf.h"
 #include "exchange/landxml.h"
+#include "project/book.h"
 
 #include "basic/numbers.h"
 #include "command_output.h"
@@ -19,7 +20,7 @@ using testing::HasSubstr;
 
 struct Exported : testing::Test {
     TempFolder folder;
-    sheet::Book book;
+    project::Book book;
     SectionExport sent;
 
     std::string said(const SectionExporter& exporter, const std::string& path) {

@@ -16,7 +16,7 @@ namespace {
 struct SheetImport : testing::Test {
     TempFolder folder;
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
 
     SheetImport() {
         desktop.folder = folder.path();

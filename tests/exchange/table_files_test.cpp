@@ -386,7 +386,7 @@ TEST(TableImport, AnOpeningBackSightGoesOnWhereTheBookEnds) {
         {{start, turn, "CP,,,,1,,1,,,B"}, {"", "", "", "", "1.4", "", "", "", "", "B"}, "refused"},
     };
     for (const auto& [book, row, wanted] : cases) {
-        sheet::Book held;
+        project::Book held;
         if (!book.empty()) keyRows(held.MSFG, book);
         const exchange::Joint joint = exchange::jointBelow(held.MSFG, {row});
         EXPECT_STREQ(joint.note.leavesOut ? "refused"
@@ -402,7 +402,7 @@ TEST(TableImport, ReplacesOrGoesBelowTheLastRow) {
     const TempFolder folder;
     ScriptedDesktop desktop;
     desktop.folder = folder.path();
-    sheet::Book book;
+    project::Book book;
     keyRows(book.MSFG, {",,,,,,,,100", "00-010", ""});
     const std::vector<exchange::BookRow> rows{{"00-020"}, {"00-030"}};
     EXPECT_EQ(exchange::importRows(book, desktop, rows, exchange::ImportPlace::AddBelow),

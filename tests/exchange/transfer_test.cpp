@@ -247,7 +247,7 @@ TEST_F(TransferTest, AsksForWidthsAndAFileFirst) {
     EXPECT_TRUE(frame.visible);
     EXPECT_FALSE(std::filesystem::exists(home / "Site1.grl.bak")) << "nothing was saved";
     frame.txtRW.text = "3";
-    book.Caption = sheet::Book::untitledCaption;
+    book.Caption = project::Book::untitledCaption;
     EXPECT_EQ(transfer(), TransferEnd::Stopped);
     EXPECT_THAT(messages(), ElementsAre("1st Give new name", "1st save this file..."));
     EXPECT_THAT(filesIn(roads), IsEmpty());

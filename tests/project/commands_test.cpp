@@ -79,7 +79,7 @@ TEST_F(CommandsTest, ExtensionIsFixed) {
     for (const auto& [chosen, fixed] : names) {
         for (const Command& command :
              {Command(project::newProject), Command(project::saveProject), Command(project::saveProjectAs)}) {
-            book = sheet::Book();
+            book = project::Book();
             run(command, {folder / chosen});
             EXPECT_EQ(book.projectPath(), folder / fixed);
             EXPECT_TRUE(std::filesystem::remove(folder / fixed)) << chosen;
@@ -104,7 +104,7 @@ TEST_F(CommandsTest, FirstSaveOnAnExistingNameAsksForAnother) {
     for (const std::deque<Answer>& answers :
          {std::deque{Answer::No}, {Answer::Cancel}, {Answer::Yes, Answer::Yes, Answer::No}}) {
         const std::string old = existing("old.grl");
-        book = sheet::Book();
+        book = project::Book();
         setRows({"", ""});
         EXPECT_EQ(
             run(project::saveProject, {old, old, old}, answers),
@@ -297,7 +297,7 @@ TEST_F(CommandsTest, ExitEndsOnlyWhenTheBookIsSavedWholeOrGivenUp) {
                           Case{"gone/road.grl", "x", "The book was not saved: "},
                           Case{"road.grl", tooLong, "but 1 text does not fit the file"}}) {
         existing("road.grl");
-        book = sheet::Book();
+        book = project::Book();
         if (*c.file != '\0') book.setProjectPath(folder / c.file);
         setRows(remark(c.text));
         book.BookChanged = true;
@@ -346,7 +346,7 @@ TEST_F(CommandsTest, OnlyWholePathsOfFilesAreListed) {
     EXPECT_EQ(recentList(), road + "\r\n\r\n\r\n\r\n");
 
     // A first Save within Open leaves its name when Open is cancelled.
-    book = sheet::Book();
+    book = project::Book();
     book.BookChanged = true;
     run(project::openProject, {folder / "first.grl", std::nullopt}, {Answer::Yes});
     EXPECT_EQ(book.FileName, folder / "first.grl");

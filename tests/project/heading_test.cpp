@@ -30,7 +30,7 @@ TEST_F(HeadingTest, ComesAndGoesWithTheFile) {
     EXPECT_FALSE(project::isUnsaved(book));
     EXPECT_THAT(tables(path), ElementsAre("Grl", "Job"));
 
-    sheet::Book other;
+    project::Book other;
     ASSERT_TRUE(project::openPath(other, desktop, path));
     EXPECT_EQ(other.JobHeading, book.JobHeading);
     EXPECT_EQ(other.JobHeading.text("work"), "Road \xC3\xA9");
@@ -80,7 +80,7 @@ TEST_F(HeadingTest, IsPartOfTheRecoveryCopy) {
     setRows(remark("a"));
     setHeading("weather", "wind\t5 \\ gusts\nrain");
     project::Recovery(book, desktop).keep();
-    sheet::Book restored;
+    project::Book restored;
     desktop.answers = {desktop::Answer::Yes};
     project::Recovery(restored, desktop).offer();
     EXPECT_EQ(restored.JobHeading, book.JobHeading);

@@ -1,7 +1,7 @@
+#include "project/book.h"
 #include "project/default_folder.h"
 #include "project/recent_files.h"
 #include "scripted_desktop.h"
-#include "sheet/book.h"
 #include "temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ class ListsTest : public testing::Test {
 
     TempFolder folder;
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
 };
 
 TEST_F(ListsTest, NewestOfFourProjectsStandsFirst) {

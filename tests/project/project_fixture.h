@@ -83,14 +83,14 @@ class ProjectTest : public testing::Test {
     std::string projectFile(const std::string& name, const Rows& content) {
         std::filesystem::copy_file(desktop.folder + "/grl.mdb", folder / name,
                                    std::filesystem::copy_options::overwrite_existing);
-        sheet::Book made;
+        project::Book made;
         keyRows(made.MSFG, content);
         project::writeRows(made, desktop, folder / name);
         return folder / name;
     }
 
     /// Runs a command with these choices and answers; returns its boxes, each as text, buttons and title.
-    using Command = std::function<void(sheet::Book&, desktop::Desktop&)>;
+    using Command = std::function<void(project::Book&, desktop::Desktop&)>;
     std::vector<std::string> run(const Command& command, std::deque<std::optional<std::string>> files = {},
                                  std::deque<desktop::Answer> answers = {}) {
         desktop.boxes.clear();
@@ -119,7 +119,7 @@ class ProjectTest : public testing::Test {
         ScriptedDesktop next;
         next.folder = desktop.folder;
         next.answers = {desktop::Answer::Yes};
-        sheet::Book found;
+        project::Book found;
         project::Recovery recovery(found, next);
         recovery.offer();
         recovery.discard();
@@ -137,5 +137,5 @@ class ProjectTest : public testing::Test {
 
     TempFolder folder;
     ScriptedDesktop desktop;
-    sheet::Book book;
+    project::Book book;
 };

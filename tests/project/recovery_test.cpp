@@ -21,7 +21,7 @@ class RecoveryTest : public ProjectTest {
 
     /// What a run that ended without a normal Exit leaves: its copy.
     void crashedRun(const Rows& content) {
-        sheet::Book crashed;
+        project::Book crashed;
         keyRows(crashed.MSFG, content);
         crashed.setProjectPath("/books/road.grl");
         crashed.CurrentSide = 'R';
@@ -72,7 +72,7 @@ TEST_F(RecoveryTest, NoDropsTheCopyAndTheNextOlderOneIsOffered) {
 
 TEST_F(RecoveryTest, TheCopyOfARunningInstanceIsNotOffered) {
     {
-        sheet::Book other;
+        project::Book other;
         keyRows(other.MSFG, someRows);
         project::Recovery running(other, desktop);
         running.keep();

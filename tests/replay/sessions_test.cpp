@@ -2,10 +2,10 @@
 // without a window makes of the same book.
 
 #include "exchange/book_csv.h"
+#include "project/book.h"
 #include "replay/play.h"
 #include "replay/session.h"
 #include "scripted_desktop.h"
-#include "sheet/book.h"
 #include "sheet/reduction.h"
 #include "temp_folder.h"
 
@@ -36,7 +36,7 @@ TEST(Sessions, KeyedBooksAreTheReducedBooks) {
     for (const char* name : {"gsi-pv16", "tramo1-derived"}) {
         const TempFolder world;
         const QJsonObject outcome = play(name, world);
-        sheet::Book book;
+        project::Book book;
         ScriptedDesktop desktop;
         exchange::readBook(book.MSFG, basic::readFile(std::string(EXAMPLES) + "/" + name + ".csv"));
         sheet::reduceLevels(book, desktop);

@@ -33,7 +33,7 @@ using testing::HasSubstr;
 
 struct Paper : testing::Test {
     TempFolder folder;
-    sheet::Book book;
+    project::Book book;
     std::string pdf = folder / "book.pdf";
 
     std::string write(const PrintChoice& choice) {
@@ -268,7 +268,7 @@ TEST_F(Paper, AFailureLeavesTheOldFileWhole) {
 }
 
 TEST_F(Paper, TheCommandTellsByItsStatus) {
-    const auto load = [](sheet::Book& loaded, const std::string& path) {
+    const auto load = [](project::Book& loaded, const std::string& path) {
         if (path.ends_with("none")) return false;
         loadBook(loaded, "tramo1-derived");
         return true;

@@ -158,7 +158,7 @@ class SurveyPanes final : public WindowPart {
     }
 
     void editHeading() {
-        sheet::Book& book = m_window.book();
+        project::Book& book = m_window.book();
         HeadingDialog dialog(book.JobHeading, &m_window);
         if (dialog.exec() != QDialog::Accepted || dialog.heading() == book.JobHeading) return;
         book.JobHeading = dialog.heading();
@@ -198,7 +198,7 @@ class SurveyPanes final : public WindowPart {
 
     /// Another file than before brings its own ways of judging and its own findings that were set aside.
     void followFile() {
-        const sheet::Book& book = m_window.book();
+        const project::Book& book = m_window.book();
         std::string path = book.hasFile() ? book.projectPath() : std::string();
         if (path == m_path) return;
         m_path = std::move(path);

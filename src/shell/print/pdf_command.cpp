@@ -85,7 +85,7 @@ int writePdfOf(const QStringList& arguments, const LoadBook& load) {
     const std::string path = toUtf8(parser.positionalArguments().front());
     const std::string out = toUtf8(parser.value(QStringLiteral("pdf")));
 
-    sheet::Book book;
+    project::Book book;
     if (!load(book, path)) return Failed;
     if (!choice.closing.lengthsKm.empty() && survey::Runs(book.MSFG, choice.closing).sections().size() > 1)
         return refuse(WrongUsage, "--length is for a book of one section");

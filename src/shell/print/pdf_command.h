@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include <QStringList>
 
@@ -13,7 +13,7 @@ namespace shell {
 [[nodiscard]] bool wantsPdf(int argc, char** argv);
 
 /// Fills a book from a file; false when it cannot, which was said on standard error.
-using LoadBook = std::function<bool(sheet::Book& book, const std::string& path)>;
+using LoadBook = std::function<bool(project::Book& book, const std::string& path)>;
 
 /// `--pdf OUT.pdf [--paper a4|letter] [--across] [--adjusted] [--rise-and-fall] [--sections] [--by
 /// setups|distance] [--allow RULE] [--length KM] BOOK`: writes the printed book without a window, a login or

@@ -54,7 +54,7 @@ class PrintItems final : public WindowPart {
 
     void open(PrintDialog::Aim aim) {
         // The run is judged as in its pane.
-        const sheet::Book& book = m_window.book();
+        const project::Book& book = m_window.book();
         m_choice.closing =
             BookMemory(m_window.stateFolder()).closing(book.hasFile() ? book.projectPath() : std::string());
         PrintDialog dialog({grid(), bookName(), m_window.book().JobHeading}, m_choice, aim, &m_window);

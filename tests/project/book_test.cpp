@@ -1,10 +1,10 @@
-#include "sheet/book.h"
+#include "project/book.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using namespace sheet;
+using namespace project;
 
 TEST(Book, PathStandsBehindTheCaptionsPrefix) {
     Book book;
