@@ -32,7 +32,7 @@ TEST_F(FaultTest, AKillDuringSaveLeavesTheOldBookOrTheNewOne) {
     // How long a save takes here, so that the kills fall into all of it.
     const auto start = std::chrono::steady_clock::now();
     project::saveProject(book, desktop);
-    const auto whole = std::chrono::steady_clock::now() - start;
+    std::chrono::duration<double> whole = std::chrono::steady_clock::now() - start;
     ASSERT_EQ(bookIn(path), "new 300");
 
     std::mt19937 random(20221122);
@@ -46,8 +46,10 @@ TEST_F(FaultTest, AKillDuringSaveLeavesTheOldBookOrTheNewOne) {
         std::this_thread::sleep_for(part(random) * whole);
         kill(child, SIGKILL);
         endOf(child);
-        ++found[bookIn(path)];
-        if (bookIn(path) == "new 300" || std::filesystem::exists(path + ".bak")) {
+        const std::string left = bookIn(path);
+        ++found[left];
+        whole *= left == "new 300" ? 0.95 : 1.05; // a busier machine needs longer
+        if (left == "new 300" || std::filesystem::exists(path + ".bak")) {
             ASSERT_EQ(bookIn(path + ".bak"), "old 400") << "kill " << time;
         }
     }
