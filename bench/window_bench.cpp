@@ -46,6 +46,15 @@ struct Window {
 
     [[nodiscard]] sheet::Grid& book() const { return form->book().MSFG; }
 
+    /// The row's chainage and offset: three points a cross-section.
+    static void place(sheet::Grid& grid, int row) {
+        const int metres = row / 3 * 10;
+        const std::string rest = std::to_string(1000 + metres % 1000).substr(1);
+        grid.setText(row, sheet::Chainage, std::to_string(100 + metres / 1000) + '-' + rest);
+        const int col = row % 3 == 0 ? sheet::Left : row % 3 == 1 ? sheet::Center : sheet::Right;
+        grid.setText(row, col, col == sheet::Center ? "0" : "2.50");
+    }
+
     void fill(int rows) const {
         sheet::Grid& grid = book();
         grid.setVisible(false);
@@ -53,11 +62,7 @@ struct Window {
         grid.setText(1, sheet::RLevel, "100");
         grid.setText(1, sheet::BackSight, "1.525");
         for (int row = 2; row <= rows; ++row) {
-            const int metres = row / 3 * 10;
-            const std::string rest = std::to_string(1000 + metres % 1000).substr(1);
-            grid.setText(row, sheet::Chainage, std::to_string(100 + metres / 1000) + '-' + rest);
-            const int col = row % 3 == 0 ? sheet::Left : row % 3 == 1 ? sheet::Center : sheet::Right;
-            grid.setText(row, col, col == sheet::Center ? "0" : "2.50");
+            place(grid, row);
             grid.setText(row, sheet::InterSight, "1.235");
         }
         grid.setVisible(true);
@@ -291,8 +296,11 @@ void BM_ArrowToPaint(benchmark::State& state) {
 /// Enter on a reading: the reduced level, a new row at the end of the book, and the view scrolled to it.
 void BM_EnterToPaint(benchmark::State& state) {
     timeKeys(state, [](const Window& window) {
-        window.book().moveTo(window.book().Rows() - 1, sheet::InterSight);
-        window.book().setText("1.235");
+        sheet::Grid& grid = window.book();
+        const int row = grid.Rows() - 1;
+        grid.moveTo(row, sheet::InterSight);
+        Window::place(grid, row);
+        grid.setText("1.235");
         window.key(Qt::Key_Return, "\r");
     });
 }

@@ -36,10 +36,18 @@ double scaled(double points) {
     return points * QFontInfo(QApplication::font()).pointSizeF() / standardFont;
 }
 
+/// The numbers of the rows. The view sets their width, so that a new row need not measure texts of others.
+class RowNumbers final : public QHeaderView {
+  public:
+    explicit RowNumbers(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {}
+    [[nodiscard]] QSize sizeHint() const override { return size(); }
+};
+
 } // namespace
 
 FlexGrid::FlexGrid(sheet::Grid& grid, QWidget* parent)
     : QTableView(parent), m_grid(grid), m_model(new GridModel(grid, this)), m_cells(grid) {
+    setVerticalHeader(new RowNumbers(this));
     setModel(m_model);
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
