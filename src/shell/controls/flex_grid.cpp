@@ -3,6 +3,7 @@
 #include "../text.h"
 #include "grid_model.h"
 #include "metrics.h"
+#include "row_numbers.h"
 
 #include "sheet/book.h"
 
@@ -35,13 +36,6 @@ double scaled(double points) {
     constexpr double standardFont = 9;
     return points * QFontInfo(QApplication::font()).pointSizeF() / standardFont;
 }
-
-/// The numbers of the rows. The view sets their width, so that a new row need not measure texts of others.
-class RowNumbers final : public QHeaderView {
-  public:
-    explicit RowNumbers(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {}
-    [[nodiscard]] QSize sizeHint() const override { return size(); }
-};
 
 } // namespace
 
