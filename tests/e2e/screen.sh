@@ -53,17 +53,30 @@ open_screen() {
     export HOME=$world XDG_DATA_HOME=$world/data XDG_RUNTIME_DIR=$world/run
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM DBUS_SESSION_BUS_ADDRESS
     mkdir -m 700 "$world/run"
+    # A server that takes the number of one that is just ending may lose its socket to it: then another one is started.
+    local attempt
+    for attempt in 1 2 3; do
+        start_screen && return
+        echo "no screen that answers, attempt $attempt" >&2
+    done
+    fail "no screen"
+}
+
+start_screen() {
     # -displayfd finds a free display, so that several tests may run at once; -r keeps a key that a busy machine holds
     # for long from being repeated.
+    : >"$world/display"
     Xvfb -r -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$world/display" 2>/dev/null &
     started+=($!)
-    until_true "a screen" test -s "$world/display"
+    (until_true "a screen" test -s "$world/display") || return
     DISPLAY=:$(cat "$world/display")
     export DISPLAY
     openbox >/dev/null 2>&1 &
     started+=($!)
-    until_true "a window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+    (patience=$((patience / 4)) && until_true "a window manager" managed)
 }
+
+managed() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"; }
 
 # The windows in sight that match, one id a line; fails when a window vanished while they were being counted.
 seen() {
