@@ -39,9 +39,9 @@ begin() {
     echo "== $step"
 }
 
-# until_true WHAT COMMAND...: polls until the command succeeds.
+# until_true WHAT COMMAND...: polls until the command succeeds, for $within or $patience seconds.
 until_true() {
-    local what=$1 end=$((SECONDS + patience))
+    local what=$1 end=$((SECONDS + ${within:-patience}))
     shift
     until "$@" >/dev/null 2>&1; do
         [ $SECONDS -lt $end ] || fail "waited in vain for $what"
@@ -73,7 +73,7 @@ start_screen() {
     export DISPLAY
     openbox >/dev/null 2>&1 &
     started+=($!)
-    (patience=$((patience / 4)) && until_true "a window manager" managed)
+    (within=$((patience / 4)) until_true "a window manager" managed)
 }
 
 managed() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"; }
