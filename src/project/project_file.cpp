@@ -78,13 +78,10 @@ class RowWriter {
         m_row = row;
         m_grl.AddNew();
         if (!text(sheet::Chainage).empty() || m_fields[Fields::Chn].AllowZeroLength())
-            set(
-                Fields::Chn, sheet::Chainage, [this]() -> auto& { return text(sheet::Chainage); });
+            setText(Fields::Chn, sheet::Chainage);
         writeOffset();
         for (const CellField& field : cellFields)
-            if (!text(field.col).empty())
-                set(
-                    field.name, field.col, [&]() -> auto& { return text(field.col); });
+            if (!text(field.col).empty()) setText(field.name, field.col);
         m_grl.Update();
     }
 
@@ -107,6 +104,10 @@ class RowWriter {
     }
 
     static double number(double value) { return value == 0 ? 0.0 : value; } // never minus zero
+
+    void setText(Fields::Name name, int col) {
+        set(name, col, [&]() -> const std::string& { return text(col); });
+    }
 
     template <typename Make>
     void set(Fields::Name name, int col, Make&& make) {
@@ -198,16 +199,16 @@ void showRecord(Fields& fields, sheet::Book& book, int row) {
 std::int32_t countRecords(dao::Recordset& grl) {
     try {
         return grl.RecordsThere();
-    } catch (const basic::RuntimeError&) {
-        std::int32_t count = 0;
-        try {
-            for (; !grl.EOF_(); grl.MoveNext())
-                ++count;
-        } catch (const basic::RuntimeError&) {
-            return std::max(count + 1, grl.RecordCount());
-        }
-        return count;
+    } catch (const basic::RuntimeError&) { // NOLINT(bugprone-empty-catch): then as far as they can be read
     }
+    std::int32_t count = 0;
+    try {
+        for (; !grl.EOF_(); grl.MoveNext())
+            ++count;
+    } catch (const basic::RuntimeError&) {
+        return std::max(count + 1, grl.RecordCount());
+    }
+    return count;
 }
 
 } // namespace
@@ -218,7 +219,8 @@ Refused writeRows(sheet::Book& book, desktop::Desktop& desktop, std::string_view
     dao::Recordset grl = database.OpenRecordset(table);
     const sheet::LongWork work(grid, desktop);
     if (!grl.EOF_()) {
-        database.Execute("Delete * From Grl"); // record by record it costs as much as the writing
+        database.Execute(std::string("Delete * From ") +
+                         table); // record by record it costs as much as the writing
         desktop.setProgress(100);
     }
     RowWriter writer(grl, grid);
